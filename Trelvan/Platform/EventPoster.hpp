@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+#include "Platform/Quartz.hpp"
+#include "Platform/TapEvent.hpp"
+
+namespace trelvan {
+
+/// A synthetic key event, made and ready to post.
+struct KeyEvent {
+    KeyCode keyCode = 0;
+    bool down = false;
+    EventFlags flags = 0;
+    /// The platform's own event, where it has to be made beforehand.
+    std::shared_ptr<void> native;
+};
+
+/// A synthetic mouse event, made and ready to post. `location` has its origin at the top left.
+struct MouseEvent {
+    EventType type = EventType::mouseMoved;
+    std::int64_t buttonNumber = 0;
+    Point location;
+    std::shared_ptr<void> native;
+};
+
+/// A synthetic system-defined event of subtype 8 at location zero: one edge of a media key.
+struct MediaKeyEvent {
+    EventFlags flags = 0;
+    std::int64_t data1 = 0;
+    std::int64_t data2 = -1;
+};
+
+/// Makes and posts synthetic events.
+///
+/// Every call may come from any thread; one call is one event, whole. Making an event can fail (no value);
+/// posting gives no feedback, as the systems give none.
+class EventPoster {
+  public:
+    virtual ~EventPoster() = default;
+
+    [[nodiscard]] virtual std::optional<KeyEvent> makeKey(EventSourceState source, KeyCode keyCode, bool down,
+                                                          EventFlags flags) = 0;
+    /// `type` is a button or a motion type; the location's origin is the top left.
+    [[nodiscard]] virtual std::optional<MouseEvent> makeMouse(EventType type, std::int64_t buttonNumber,
+                                                              Point location) = 0;
+
+    virtual void post(const KeyEvent& event, TapLocation at) = 0;
+    virtual void post(const MouseEvent& event, TapLocation at) = 0;
+    virtual void post(const MediaKeyEvent& event, TapLocation at) = 0;
+
+    /// Posts a duplicate of the system event behind `changed`, carrying its members.
+    /// Only during the tap callback that handed the event out. False when the system cannot duplicate it;
+    /// nothing was posted then. Allocates nothing of its own: it runs for every scaled movement.
+    [[nodiscard]] virtual bool postCopy(const TapEvent& changed, TapLocation at) = 0;
+};
+
+}  // namespace trelvan

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <variant>
+
+#include "Platform/AccessibilityTrust.hpp"
+#include "Platform/ActionShortcuts.hpp"
+#include "Platform/EventPoster.hpp"
+#include "Platform/EventTap.hpp"
+#include "Platform/HotKeyTable.hpp"
+#include "Platform/InputState.hpp"
+#include "Platform/RunLoop.hpp"
+#include "Platform/Screens.hpp"
+#include "Platform/ScriptRunner.hpp"
+#include "Platform/SystemViews.hpp"
+#include "Platform/UserDefaults.hpp"
+#include "Platform/Workspace.hpp"
+#include "Utilities/LogSink.hpp"
+
+namespace trelvan {
+
+/// One platform, whole: every port, made once and living as long as this object. The application is the only
+/// one that sees them together; a service takes just those it uses.
+class Platform {
+  public:
+    virtual ~Platform() = default;
+
+    virtual Clock& clock() = 0;
+    virtual MainQueue& mainQueue() = 0;
+    virtual Timers& timers() = 0;
+    virtual BackgroundQueue& backgroundQueue() = 0;
+    virtual EventTap& eventTap() = 0;
+    virtual EventPoster& eventPoster() = 0;
+    virtual InputState& inputState() = 0;
+    virtual Screens& screens() = 0;
+    virtual UserDefaults& userDefaults() = 0;
+    virtual Workspace& workspace() = 0;
+    virtual AccessibilityTrust& accessibilityTrust() = 0;
+    virtual ScriptRunner& scriptRunner() = 0;
+    virtual HotKeyTable& hotKeyTable() = 0;
+    virtual SystemViews& systemViews() = 0;
+    virtual LogSink& standardOutput() = 0;
+    virtual LogSink& unifiedLog() = 0;
+    virtual const ActionShortcuts& actionShortcuts() = 0;
+
+    /// Runs the main loop on the calling (main) thread until it is told to end. The process's exit status.
+    virtual int run() = 0;
+};
+
+/// What the command line asks of the platform.
+struct PlatformOptions {
+    /// Folder of the settings file; empty for the platform's own place.
+    std::string configDirectory;
+};
+
+/// Why the platform cannot be had: one line for a person, naming what is missing.
+struct PlatformFailure {
+    std::string reason;
+};
+
+/// The platform this program was built for. `argc` and `argv` outlive it (toolkits keep them).
+[[nodiscard]] std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(
+    int& argc, char** argv, const PlatformOptions& options);
+
+}  // namespace trelvan

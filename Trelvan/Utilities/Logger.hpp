@@ -1,0 +1,82 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <source_location>
+#include <string_view>
+
+#include "Utilities/LogLevel.hpp"
+#include "Utilities/LogSink.hpp"
+#include "Utilities/Text.hpp"
+
+namespace trelvan {
+
+/// The single logging facility: each accepted line goes to standard output and to the unified log.
+///
+/// Any thread, no lock, no allocation for lines of the usual length. Log texts are Spanish.
+class Logger {
+  public:
+    /// Tells the time of day.
+    using TimeOfDay = std::chrono::system_clock::time_point (*)(void* context);
+
+    Logger() = default;
+    Logger(const Logger&) = delete;
+    Logger& operator=(const Logger&) = delete;
+
+    /// The one instance of the running program. It writes nowhere until it is connected.
+    static Logger& shared();
+
+    /// Joins the logger to its outputs, which must outlive the connection; before any other thread logs.
+    /// A null `timeOfDay` stands for the system's clock.
+    void connect(LogSink* standardOutput, LogSink* unifiedLog, TimeOfDay timeOfDay = nullptr,
+                 void* context = nullptr);
+    void disconnect() { connect(nullptr, nullptr); }
+
+    /// Lines below this level are dropped.
+    std::atomic<LogLevel> minimumLevel{LogLevel::debug};
+
+    [[nodiscard]] bool accepts(LogLevel level) const {
+        return level >= minimumLevel.load(std::memory_order_relaxed);
+    }
+
+    /// `file` is a path; only its last component is shown.
+    void debug(std::string_view message, const char* file, unsigned line) {
+        log(LogLevel::debug, message, file, line);
+    }
+    void info(std::string_view message, const char* file, unsigned line) {
+        log(LogLevel::info, message, file, line);
+    }
+    void warning(std::string_view message, const char* file, unsigned line) {
+        log(LogLevel::warning, message, file, line);
+    }
+    void error(std::string_view message, const char* file, unsigned line) {
+        log(LogLevel::error, message, file, line);
+    }
+
+    /// The same, naming the place of the call.
+    void debug(std::string_view message, std::source_location at = std::source_location::current()) {
+        log(LogLevel::debug, message, at.file_name(), at.line());
+    }
+    void info(std::string_view message, std::source_location at = std::source_location::current()) {
+        log(LogLevel::info, message, at.file_name(), at.line());
+    }
+    void warning(std::string_view message, std::source_location at = std::source_location::current()) {
+        log(LogLevel::warning, message, at.file_name(), at.line());
+    }
+    void error(std::string_view message, std::source_location at = std::source_location::current()) {
+        log(LogLevel::error, message, at.file_name(), at.line());
+    }
+
+  private:
+    void log(LogLevel level, std::string_view message, std::string_view file, unsigned line);
+
+    LogSink* standardOutput_ = nullptr;
+    LogSink* unifiedLog_ = nullptr;
+    TimeOfDay timeOfDay_ = nullptr;
+    void* context_ = nullptr;
+};
+
+/// The shared logger under its everyday name.
+inline Logger& AppLogger = Logger::shared();
+
+}  // namespace trelvan
