@@ -226,6 +226,7 @@ TEST_F(EventMonitorShapingTest, StopForgetsTheResiduals) {
     EXPECT_EQ(fourth(), 5);
     for (int event = 0; event < 3; ++event) move(3, 0);
     monitor->stop();
+    desktop.time.runDue();
     monitor->start();
     EXPECT_EQ(fourth(), 5);
 }

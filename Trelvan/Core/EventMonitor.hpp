@@ -32,7 +32,7 @@ struct MouseEventInfo {
     /// Raw line deltas before any shaping; 0 for buttons.
     std::int32_t scrollDeltaX = 0;
     std::int32_t scrollDeltaY = 0;
-    std::chrono::system_clock::time_point timestamp;
+    std::chrono::system_clock::time_point timestamp{};
     friend bool operator==(const MouseEventInfo&, const MouseEventInfo&) = default;
 };
 

@@ -35,7 +35,7 @@ struct SimulatedItem {
 
 /// A complete, deterministic desktop in memory: the world that tests and dry runs set up, and every port onto
 /// it. What leaves the program is told to `onTrace` the moment it happens. One thread.
-class SimulatedDesktop final : public Platform {
+class SimulatedDesktop : public Platform {
   public:
     explicit SimulatedDesktop(const ActionShortcuts& shortcuts = macShortcuts);
     ~SimulatedDesktop() override;
