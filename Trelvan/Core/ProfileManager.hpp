@@ -77,7 +77,9 @@ class ProfileManager {
     void keepUnreadable(const DefaultsValue& stored, std::string_view reason);
     [[nodiscard]] bool putUnreadableAside();
     [[nodiscard]] std::optional<std::size_t> indexOf(const Uuid& profileID) const;
+    [[nodiscard]] std::optional<std::size_t> mappingIndex(std::size_t profile, const Uuid& mappingID) const;
     [[nodiscard]] std::size_t activeIndex() const;
+    void appendToActive(std::int64_t buttonNumber, std::string label);
     [[nodiscard]] const TrackballProfile& defaultProfile() const;
     [[nodiscard]] const TrackballProfile& minimalProfile() const;
     void replaceProfiles(Profiles changed);
