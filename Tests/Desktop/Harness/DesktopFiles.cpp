@@ -65,7 +65,7 @@ std::string windowManagerConfiguration() {
   <focus><focusNew>yes</focusNew><followMouse>no</followMouse></focus>
   <placement><policy>Smart</policy></placement>
   <desktops><number>)" +
-           std::to_string(VirtualDesktop::desktops) + R"(</number><firstdesk>1</firstdesk></desktops>
+           std::to_string(VirtualDesktop::desktops) + R"(</number><firstdesk>1</firstdesk><popupTime>0</popupTime></desktops>
   <keyboard></keyboard>
   <mouse></mouse>
   <menu></menu>
