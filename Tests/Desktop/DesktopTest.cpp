@@ -20,7 +20,9 @@ const auto* const environment = testing::AddGlobalTestEnvironment(new DesktopEnv
 
 }  // namespace
 
-VirtualDesktop& DesktopTest::desktop() { return *shared(); }
+VirtualDesktop& DesktopTest::desktop() {
+    return *shared();
+}
 
 void DesktopTest::SetUp() {
     if (shared() && !shared()->isAlive()) shared().reset();
@@ -36,7 +38,8 @@ void DesktopTest::TearDown() {
     }
     for (HardwareDevice* device : {&trackball(), &mouse(), &desktop().keyboard()}) device->releaseAll();
     if (application) {
-        EXPECT_TRUE(waitUntil([&] { return !client().isAnythingHeld(); })) << "a key or a button is still held";
+        EXPECT_TRUE(waitUntil([&] { return !client().isAnythingHeld(); }))
+            << "a key or a button is still held";
         if (HasFailure()) std::cout << "The client received:\n" << describe(client().events());
     }
     if (HasFailure() && running) std::cout << "The program's output:\n" << program().output();
@@ -58,7 +61,8 @@ void DesktopTest::useClient(Protocol protocol) {
 Position DesktopTest::passSentinel() {
     const int before = client().count(Kind::buttonPress, sentinelButton);
     trackball().click(sentinelButton);
-    EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, sentinelButton, before + 1)) << "the sentinel is lost";
+    EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, sentinelButton, before + 1))
+        << "the sentinel is lost";
     Position place;
     for (const ClientEvent& event : client().events()) {
         if (event.kind == Kind::buttonPress && event.button == sentinelButton) place = {event.x, event.y};

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "Desktop/Harness/ClientWindow.hpp"
+#include "Desktop/Harness/TrelvanProcess.hpp"
+#include "Desktop/Harness/VirtualDesktop.hpp"
+
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <optional>
 #include <vector>
-
-#include "Desktop/Harness/ClientWindow.hpp"
-#include "Desktop/Harness/TrelvanProcess.hpp"
-#include "Desktop/Harness/VirtualDesktop.hpp"
 
 namespace trelvan::desktop {
 
@@ -32,8 +32,8 @@ class DesktopTest : public testing::Test {
     /// Puts another application's window in the place of the present one.
     void useClient(Protocol protocol);
 
-    /// Presses a button that no test maps and waits until it arrives: whatever the devices did before has then
-    /// arrived too, for all of it takes the same road. Where the pointer was at the press.
+    /// Presses a button that no test maps and waits until it arrives: whatever the devices did before has
+    /// then arrived too, for all of it takes the same road. Where the pointer was at the press.
     Position passSentinel();
     static constexpr int sentinelButton = 12;
 

@@ -1,7 +1,7 @@
+#include "Desktop/DesktopTest.hpp"
+
 #include <X11/XF86keysym.h>
 #include <X11/keysym.h>
-
-#include "Desktop/DesktopTest.hpp"
 
 /// What the desktop does without the program: the ground that all other desktop tests stand on.
 namespace trelvan::desktop {
@@ -69,7 +69,8 @@ TEST_F(HarnessTest, KeysArriveWithTheHeldModifiers) {
 }
 
 TEST_F(HarnessTest, KeyboardHasTheMediaKeys) {
-    for (const KeySym key : {XF86XK_AudioRaiseVolume, XF86XK_AudioLowerVolume, XF86XK_AudioMute, XF86XK_AudioPlay}) {
+    for (const KeySym key :
+         {XF86XK_AudioRaiseVolume, XF86XK_AudioLowerVolume, XF86XK_AudioMute, XF86XK_AudioPlay}) {
         EXPECT_NE(client().keyCode(key), 0);
     }
 }

@@ -1,5 +1,7 @@
 #include "Desktop/Harness/ChildProcess.hpp"
 
+#include "Desktop/Harness/Wait.hpp"
+
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -12,8 +14,6 @@
 #include <set>
 #include <sstream>
 #include <stdexcept>
-
-#include "Desktop/Harness/Wait.hpp"
 
 namespace trelvan::desktop {
 namespace {
@@ -92,7 +92,9 @@ ChildProcess::~ChildProcess() {
     owned().erase(process);
 }
 
-bool ChildProcess::isRunning() { return !waitForEnd(std::chrono::milliseconds{0}); }
+bool ChildProcess::isRunning() {
+    return !waitForEnd(std::chrono::milliseconds{0});
+}
 
 void ChildProcess::signal(int number) {
     if (!waitStatus) ::kill(process, number);
@@ -101,7 +103,8 @@ void ChildProcess::signal(int number) {
 std::optional<int> ChildProcess::waitForEnd(std::chrono::milliseconds bound) {
     if (waitStatus) return waitStatus;
     int status = 0;
-    if (waitUntil([&] { return ::waitpid(process, &status, WNOHANG) == process; }, bound)) waitStatus = status;
+    if (waitUntil([&] { return ::waitpid(process, &status, WNOHANG) == process; }, bound))
+        waitStatus = status;
     return waitStatus;
 }
 
@@ -117,7 +120,9 @@ void ChildProcess::stop() {
     if (!ended) waitForEnd(patience);
 }
 
-void adoptOrphans() { ::prctl(PR_SET_CHILD_SUBREAPER, 1); }
+void adoptOrphans() {
+    ::prctl(PR_SET_CHILD_SUBREAPER, 1);
+}
 
 void endAdopted() {
     const std::string own = std::to_string(::getpid());

@@ -19,7 +19,8 @@ constexpr int left = 240;
 constexpr int top = 160;
 constexpr unsigned windowWidth = 960;
 constexpr unsigned windowHeight = 560;
-constexpr long inputMask = KeyPressMask | KeyReleaseMask | ButtonPressMask | ButtonReleaseMask | PointerMotionMask;
+constexpr long inputMask =
+    KeyPressMask | KeyReleaseMask | ButtonPressMask | ButtonReleaseMask | PointerMotionMask;
 
 }  // namespace
 
@@ -34,9 +35,13 @@ std::string describe(const KeyStroke& stroke) {
     return text + (key != nullptr ? key : "unknown key");
 }
 
-void PrintTo(const KeyStroke& stroke, std::ostream* out) { *out << describe(stroke); }
+void PrintTo(const KeyStroke& stroke, std::ostream* out) {
+    *out << describe(stroke);
+}
 
-void PrintTo(const Position& position, std::ostream* out) { *out << position.x << ", " << position.y; }
+void PrintTo(const Position& position, std::ostream* out) {
+    *out << position.x << ", " << position.y;
+}
 
 std::string describe(const std::vector<ClientEvent>& events) {
     constexpr std::array names{"key press", "key release", "button press", "button release", "motion"};
@@ -45,7 +50,8 @@ std::string describe(const std::vector<ClientEvent>& events) {
         text << names.at(static_cast<std::size_t>(event.kind));
         if (event.button != 0) text << ' ' << event.button;
         if (event.key != 0) text << ' ' << describe(KeyStroke{event.key, event.state & modifierMask});
-        text << " state 0x" << std::hex << event.state << std::dec << " at " << event.x << ", " << event.y << '\n';
+        text << " state 0x" << std::hex << event.state << std::dec << " at " << event.x << ", " << event.y
+             << '\n';
     }
     return text.str();
 }
@@ -56,15 +62,18 @@ ClientWindow::ClientWindow(const std::string& displayName, Protocol protocol, co
     attributes.background_pixel = 0x16324a;
     attributes.event_mask = StructureNotifyMask | ExposureMask | FocusChangeMask;
     if (protocol == Protocol::core) attributes.event_mask |= inputMask;
-    frame = XCreateWindow(server.get(), server.root(), left, top, windowWidth, windowHeight, 0, CopyFromParent,
-                          InputOutput, CopyFromParent, CWBackPixel | CWEventMask, &attributes);
+    frame =
+        XCreateWindow(server.get(), server.root(), left, top, windowWidth, windowHeight, 0, CopyFromParent,
+                      InputOutput, CopyFromParent, CWBackPixel | CWEventMask, &attributes);
     // Otherwise a held key arrives as pairs of release and press.
     XkbSetDetectableAutoRepeat(server.get(), True, nullptr);
     if (protocol == Protocol::xinput2) selectXInput2();
     appear(title);
 }
 
-ClientWindow::~ClientWindow() { XDestroyWindow(server.get(), frame); }
+ClientWindow::~ClientWindow() {
+    XDestroyWindow(server.get(), frame);
+}
 
 void ClientWindow::selectXInput2() {
     int firstEvent = 0;
@@ -79,7 +88,8 @@ void ClientWindow::selectXInput2() {
     for (const int type : {XI_KeyPress, XI_KeyRelease, XI_ButtonPress, XI_ButtonRelease, XI_Motion}) {
         XISetMask(bits.data(), type);
     }
-    XIEventMask mask{.deviceid = XIAllMasterDevices, .mask_len = static_cast<int>(bits.size()), .mask = bits.data()};
+    XIEventMask mask{
+        .deviceid = XIAllMasterDevices, .mask_len = static_cast<int>(bits.size()), .mask = bits.data()};
     XISelectEvents(server.get(), frame, &mask, 1);
 }
 
@@ -95,7 +105,8 @@ void ClientWindow::appear(const std::string& title) {
     XMapRaised(server.get(), frame);
     const auto isViewable = [&] {
         XWindowAttributes attributes{};
-        return XGetWindowAttributes(server.get(), frame, &attributes) != 0 && attributes.map_state == IsViewable;
+        return XGetWindowAttributes(server.get(), frame, &attributes) != 0 &&
+               attributes.map_state == IsViewable;
     };
     const auto isFocused = [&] {
         Window focused = None;
@@ -119,7 +130,8 @@ void ClientWindow::appear(const std::string& title) {
         XQueryPointer(server.get(), frame, &root, &child, &x, &y, &inside.x, &inside.y, &mask);
         return inside == Position{static_cast<int>(windowWidth) / 2, static_cast<int>(windowHeight) / 2};
     };
-    if (!waitUntil(isUnderPointer)) throw std::runtime_error("the pointer does not get into the client window");
+    if (!waitUntil(isUnderPointer))
+        throw std::runtime_error("the pointer does not get into the client window");
     XSync(server.get(), False);
     forget();
 }
@@ -198,7 +210,8 @@ void ClientWindow::record(XEvent& event) {
             XRefreshKeyboardMapping(&event.xmapping);
             break;
         case GenericEvent:
-            if (event.xcookie.extension == xinputOpcode && XGetEventData(server.get(), &event.xcookie) != False) {
+            if (event.xcookie.extension == xinputOpcode &&
+                XGetEventData(server.get(), &event.xcookie) != False) {
                 recordXInput2(event.xcookie);
                 XFreeEventData(server.get(), &event.xcookie);
             }
@@ -258,7 +271,8 @@ void ClientWindow::forget() {
 bool ClientWindow::waitFor(const Predicate& predicate, std::chrono::milliseconds bound) {
     const auto end = std::chrono::steady_clock::now() + bound;
     while (!predicate(events())) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
         if (left.count() <= 0) return false;
         pollfd readable{.fd = ConnectionNumber(server.get()), .events = POLLIN, .revents = 0};
         ::poll(&readable, 1, static_cast<int>(left.count()));
@@ -284,7 +298,9 @@ bool ClientWindow::waitForButton(Kind kind, unsigned button, int times, std::chr
 }
 
 int ClientWindow::count(Kind kind, unsigned button) {
-    const auto matches = [&](const ClientEvent& event) { return event.kind == kind && event.button == button; };
+    const auto matches = [&](const ClientEvent& event) {
+        return event.kind == kind && event.button == button;
+    };
     return static_cast<int>(std::count_if(events().begin(), events().end(), matches));
 }
 

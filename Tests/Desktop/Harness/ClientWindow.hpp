@@ -1,14 +1,13 @@
 #pragma once
 
-#include <X11/Xlib.h>
+#include "Desktop/Harness/Wait.hpp"
+#include "Desktop/Harness/XConnection.hpp"
+#include "Desktop/Harness/Xlib.hpp"
 
 #include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
-
-#include "Desktop/Harness/Wait.hpp"
-#include "Desktop/Harness/XConnection.hpp"
 
 namespace trelvan::desktop {
 
@@ -49,8 +48,8 @@ void PrintTo(const Position& position, std::ostream* out);
 /// How an application asks for its input: the core protocol, or XInput 2 as the toolkits of today do.
 enum class Protocol { core, xinput2 };
 
-/// An ordinary application's window, focused and with the pointer in its middle, which records what reaches it.
-/// Main thread.
+/// An ordinary application's window, focused and with the pointer in its middle, which records what reaches
+/// it. Main thread.
 class ClientWindow {
   public:
     using Kind = ClientEvent::Kind;
@@ -68,7 +67,8 @@ class ClientWindow {
     const std::vector<ClientEvent>& events();
     void forget();
 
-    /// Reads events until the predicate holds for all that were received; false when it has not within the bound.
+    /// Reads events until the predicate holds for all that were received; false when it has not within the
+    /// bound.
     bool waitFor(const Predicate& predicate, std::chrono::milliseconds bound = patience);
     bool waitForStroke(KeyStroke stroke, std::chrono::milliseconds bound = patience);
     bool waitForButton(Kind kind, unsigned button, int count = 1, std::chrono::milliseconds bound = patience);

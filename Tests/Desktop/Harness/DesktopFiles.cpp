@@ -5,11 +5,14 @@
 namespace trelvan::desktop {
 namespace {
 
-std::string inputDevice(const std::string& name, const std::string& type, const std::filesystem::path& folder) {
+std::string inputDevice(const std::string& name, const std::string& type,
+                        const std::filesystem::path& folder) {
     // No acceleration: one unit from the hardware is one pixel, so that a test can add them up.
     return "Section \"InputDevice\"\n    Identifier \"" + name + "\"\n    Driver \"inputtest\"\n" +
-           "    Option \"SocketPath\" \"" + (folder / name).string() + "\"\n    Option \"DeviceType\" \"" + type +
-           "\"\n    Option \"PointerButtonCount\" \"12\"\n    Option \"AccelerationScheme\" \"none\"\nEndSection\n";
+           "    Option \"SocketPath\" \"" + (folder / name).string() + "\"\n    Option \"DeviceType\" \"" +
+           type +
+           "\"\n    Option \"PointerButtonCount\" \"12\"\n    Option \"AccelerationScheme\" "
+           "\"none\"\nEndSection\n";
 }
 
 constexpr auto serverBasics = R"(Section "ServerFlags"
@@ -55,8 +58,8 @@ EndSection
 }  // namespace
 
 std::string serverConfiguration(const std::filesystem::path& folder) {
-    return serverBasics + inputDevice("trackball", "Pointer", folder) + inputDevice("mouse", "Pointer", folder) +
-           inputDevice("keyboard", "Keyboard", folder);
+    return serverBasics + inputDevice("trackball", "Pointer", folder) +
+           inputDevice("mouse", "Pointer", folder) + inputDevice("keyboard", "Keyboard", folder);
 }
 
 std::string windowManagerConfiguration() {
@@ -65,7 +68,8 @@ std::string windowManagerConfiguration() {
   <focus><focusNew>yes</focusNew><followMouse>no</followMouse></focus>
   <placement><policy>Smart</policy></placement>
   <desktops><number>)" +
-           std::to_string(VirtualDesktop::desktops) + R"(</number><firstdesk>1</firstdesk><popupTime>0</popupTime></desktops>
+           std::to_string(VirtualDesktop::desktops) +
+           R"(</number><firstdesk>1</firstdesk><popupTime>0</popupTime></desktops>
   <keyboard></keyboard>
   <mouse></mouse>
   <menu></menu>

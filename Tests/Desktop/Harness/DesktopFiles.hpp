@@ -5,7 +5,8 @@
 
 namespace trelvan::desktop {
 
-/// The server's configuration: one screen in memory, two pointers and one keyboard whose sockets are in `folder`.
+/// The server's configuration: one screen in memory, two pointers and one keyboard whose sockets are in
+/// `folder`.
 std::string serverConfiguration(const std::filesystem::path& folder);
 
 /// The window manager's: four desktops, and no key or button of its own that a test would miss.

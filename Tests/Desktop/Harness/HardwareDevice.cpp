@@ -1,5 +1,7 @@
 #include "Desktop/Harness/HardwareDevice.hpp"
 
+#include "Desktop/Harness/Wait.hpp"
+
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -7,8 +9,6 @@
 
 #include <cstring>
 #include <stdexcept>
-
-#include "Desktop/Harness/Wait.hpp"
 
 namespace trelvan::desktop {
 namespace {
@@ -50,7 +50,9 @@ HardwareDevice::HardwareDevice(const std::filesystem::path& socket) {
     }
 }
 
-HardwareDevice::~HardwareDevice() { ::close(descriptor); }
+HardwareDevice::~HardwareDevice() {
+    ::close(descriptor);
+}
 
 template <typename Event>
 void HardwareDevice::send(Event& event, int type) {
@@ -102,7 +104,12 @@ void HardwareDevice::scrollVertical(int notches) {
 }
 
 void HardwareDevice::scrollHorizontal(int notches) {
-    for (int turn = 0; turn < std::abs(notches); ++turn) motion(horizontalWheel, notches > 0 ? -notch : notch);
+    for (int turn = 0; turn < std::abs(notches); ++turn)
+        motion(horizontalWheel, notches > 0 ? -notch : notch);
+}
+
+void HardwareDevice::scrollVerticalAtOnce(int notches) {
+    motion(verticalWheel, -notch * notches);
 }
 
 void HardwareDevice::button(int number, bool down) {

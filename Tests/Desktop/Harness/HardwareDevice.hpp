@@ -26,6 +26,8 @@ class HardwareDevice {
     /// Turns the wheel by whole notches: positive is up, and to the left, one event each.
     void scrollVertical(int notches);
     void scrollHorizontal(int notches);
+    /// As many notches up as a fast turn brings in one event.
+    void scrollVerticalAtOnce(int notches);
 
     /// X key codes.
     void keyDown(int keyCode);

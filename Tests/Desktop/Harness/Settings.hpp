@@ -1,7 +1,8 @@
 #pragma once
 
-#include <map>
 #include <nlohmann/json.hpp>
+
+#include <map>
 #include <string>
 
 namespace trelvan::desktop {
@@ -11,9 +12,10 @@ class Settings {
   public:
     Settings();
 
-    /// Maps a button (the program's numbers: 2 middle, 3 and up extra, -100 and below the wheel) to an action by
-    /// its stored name. `more` holds further keys of the mapping.
-    Settings& map(int button, const std::string& action, const nlohmann::json& more = nlohmann::json::object());
+    /// Maps a button (the program's numbers: 2 middle, 3 and up extra, -100 and below the wheel) to an action
+    /// by its stored name. `more` holds further keys of the mapping.
+    Settings& map(int button, const std::string& action,
+                  const nlohmann::json& more = nlohmann::json::object());
     /// Sets one of the plain settings.
     Settings& set(const std::string& key, const nlohmann::json& value);
 

@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <stdexcept>
 
-
 namespace trelvan::desktop {
 namespace {
 
@@ -26,14 +25,16 @@ std::string programPath() {
     return chosen != nullptr ? chosen : TRELVAN_BUILT_PROGRAM;
 }
 
-TrelvanProcess::TrelvanProcess(VirtualDesktop& desktop, const Settings& settings) : folder(freshFolder(desktop)) {
+TrelvanProcess::TrelvanProcess(VirtualDesktop& desktop, const Settings& settings)
+    : folder(freshFolder(desktop)) {
     std::filesystem::create_directory(folder / "config");
     writeFile(folder / "config" / "settings.json", settings.text());
-    process = std::make_unique<ChildProcess>(Launch{.arguments = {programPath(), "--config", folder / "config"},
-                                                    .environment = desktop.environment(),
-                                                    .directory = folder,
-                                                    .output = folder / "output",
-                                                    .errors = folder / "errors"});
+    process =
+        std::make_unique<ChildProcess>(Launch{.arguments = {programPath(), "--config", folder / "config"},
+                                              .environment = desktop.environment(),
+                                              .directory = folder,
+                                              .output = folder / "output",
+                                              .errors = folder / "errors"});
     const bool isReady = waitUntil(
         [&] { return output().find(readyLine) != std::string::npos || !process->isRunning(); }, patience);
     if (!isReady || output().find(readyLine) == std::string::npos) {
@@ -46,7 +47,9 @@ bool TrelvanProcess::waitForLine(const std::string& text, std::chrono::milliseco
     return waitUntil([&] { return output().find(text) != std::string::npos; }, bound);
 }
 
-std::string TrelvanProcess::output() const { return readFile(folder / "output"); }
+std::string TrelvanProcess::output() const {
+    return readFile(folder / "output");
+}
 
 nlohmann::json TrelvanProcess::storedSettings() const {
     return nlohmann::json::parse(readFile(folder / "config" / "settings.json"), nullptr, false);
@@ -63,7 +66,8 @@ ProgramResult runProgram(const VirtualDesktop& desktop, const std::vector<std::s
     launch.arguments.insert(launch.arguments.end(), arguments.begin(), arguments.end());
     ChildProcess process(launch);
     const auto status = process.waitForEnd(patience);
-    ProgramResult result{.exitCode = {}, .output = readFile(folder / "output"), .errors = readFile(folder / "errors")};
+    ProgramResult result{
+        .exitCode = {}, .output = readFile(folder / "output"), .errors = readFile(folder / "errors")};
     if (status && WIFEXITED(*status)) result.exitCode = WEXITSTATUS(*status);
     return result;
 }

@@ -1,23 +1,23 @@
 #pragma once
 
+#include "Desktop/Harness/ChildProcess.hpp"
+#include "Desktop/Harness/Settings.hpp"
+#include "Desktop/Harness/VirtualDesktop.hpp"
+#include "Desktop/Harness/Wait.hpp"
+
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "Desktop/Harness/ChildProcess.hpp"
-#include "Desktop/Harness/Settings.hpp"
-#include "Desktop/Harness/VirtualDesktop.hpp"
-#include "Desktop/Harness/Wait.hpp"
-
 namespace trelvan::desktop {
 
 /// The program under test, run on a virtual desktop with settings of its own. Main thread.
 class TrelvanProcess {
   public:
-    /// Starts the program with these settings and waits until it serves the devices. Throws std::runtime_error
-    /// with the program's output when it does not come to that.
+    /// Starts the program with these settings and waits until it serves the devices. Throws
+    /// std::runtime_error with the program's output when it does not come to that.
     TrelvanProcess(VirtualDesktop& desktop, const Settings& settings);
 
     /// Waits for a line of the output that contains the text.

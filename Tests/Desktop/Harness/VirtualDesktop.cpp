@@ -1,17 +1,17 @@
 #include "Desktop/Harness/VirtualDesktop.hpp"
 
+#include "Desktop/Harness/DesktopFiles.hpp"
+#include "Desktop/Harness/Wait.hpp"
+#include "Desktop/Harness/XConnection.hpp"
+#include "Desktop/Harness/Xlib.hpp"
+
 #include <X11/Xatom.h>
-#include <X11/Xlib.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <stdexcept>
-
-#include "Desktop/Harness/DesktopFiles.hpp"
-#include "Desktop/Harness/Wait.hpp"
-#include "Desktop/Harness/XConnection.hpp"
 
 namespace trelvan::desktop {
 namespace {
@@ -58,7 +58,9 @@ VirtualDesktop::VirtualDesktop() {
     }
 }
 
-VirtualDesktop::~VirtualDesktop() { takeDown(); }
+VirtualDesktop::~VirtualDesktop() {
+    takeDown();
+}
 
 void VirtualDesktop::makeFolders() {
     // A short path whatever TMPDIR says: a socket's path may have no more than 107 bytes.
@@ -93,12 +95,12 @@ void VirtualDesktop::startServer() {
         if (::access(socket.c_str(), F_OK) == 0) continue;
         if (::pipe2(ready, O_CLOEXEC) != 0) throw std::runtime_error("no pipe for the X server");
         display = ":" + std::to_string(number);
-        // From the folder of x.conf, because an ordinary user may not name an absolute path; a seat of its own
-        // keeps the server away from the machine's real screens, devices and terminals.
+        // From the folder of x.conf, because an ordinary user may not name an absolute path; a seat of its
+        // own keeps the server away from the machine's real screens, devices and terminals.
         server = std::make_unique<ChildProcess>(
             Launch{.arguments = {program, display, "-config", "x.conf", "-configdir", "none", "-logfile",
-                                 (place / "server.log").string(), "-noreset", "-seat", "seat9", "-nolisten", "tcp",
-                                 "-displayfd", std::to_string(ready[1])},
+                                 (place / "server.log").string(), "-noreset", "-seat", "seat9", "-nolisten",
+                                 "tcp", "-displayfd", std::to_string(ready[1])},
                    .environment = variables,
                    .directory = place,
                    .output = place / "server.output",
@@ -119,30 +121,32 @@ void VirtualDesktop::startServer() {
 }
 
 void VirtualDesktop::startBus() {
-    bus = std::make_unique<ChildProcess>(
-        Launch{.arguments = {executable({"/usr/bin/dbus-daemon"}), "--config-file", place / "bus.conf", "--nofork"},
-               .environment = variables,
-               .directory = place,
-               .output = place / "bus.output",
-               .errors = {}});
+    bus = std::make_unique<ChildProcess>(Launch{
+        .arguments = {executable({"/usr/bin/dbus-daemon"}), "--config-file", place / "bus.conf", "--nofork"},
+        .environment = variables,
+        .directory = place,
+        .output = place / "bus.output",
+        .errors = {}});
     if (!waitUntil([&] { return std::filesystem::exists(place / "run" / "bus"); })) {
         throw std::runtime_error("the session bus did not start:\n" + readFile(place / "bus.output"));
     }
 }
 
 void VirtualDesktop::startWindowManager() {
-    windowManager = std::make_unique<ChildProcess>(Launch{
-        .arguments = {executable({"/usr/bin/openbox"}), "--sm-disable", "--config-file", place / "openbox.xml"},
-        .environment = variables,
-        .directory = place,
-        .output = place / "openbox.output",
-        .errors = {}});
+    windowManager =
+        std::make_unique<ChildProcess>(Launch{.arguments = {executable({"/usr/bin/openbox"}), "--sm-disable",
+                                                            "--config-file", place / "openbox.xml"},
+                                              .environment = variables,
+                                              .directory = place,
+                                              .output = place / "openbox.output",
+                                              .errors = {}});
     XConnection connection(display);
-    // Its properties are there before it listens, and a window shown in between stays unmanaged; so it is ready
-    // when it has done something that it was asked for.
+    // Its properties are there before it listens, and a window shown in between stays unmanaged; so it is
+    // ready when it has done something that it was asked for.
     const auto obeys = [&] {
         connection.sendToRoot("_NET_CURRENT_DESKTOP", desktops - 1);
-        return connection.property(connection.root(), "_NET_CURRENT_DESKTOP") == std::vector<long>{desktops - 1};
+        return connection.property(connection.root(), "_NET_CURRENT_DESKTOP") ==
+               std::vector<long>{desktops - 1};
     };
     if (!waitUntil(obeys)) {
         throw std::runtime_error("the window manager did not start:\n" + readFile(place / "openbox.output"));
@@ -153,9 +157,13 @@ bool VirtualDesktop::isAlive() {
     return server && server->isRunning() && bus->isRunning() && windowManager->isRunning();
 }
 
-std::string VirtualDesktop::serverLog() const { return readFile(place / "server.log"); }
+std::string VirtualDesktop::serverLog() const {
+    return readFile(place / "server.log");
+}
 
-std::string VirtualDesktop::opened() const { return readFile(place / "opened"); }
+std::string VirtualDesktop::opened() const {
+    return readFile(place / "opened");
+}
 
 void VirtualDesktop::reset() {
     for (HardwareDevice* device : {firstPointer.get(), secondPointer.get(), keys.get()}) device->releaseAll();

@@ -1,18 +1,18 @@
 #pragma once
 
+#include "Desktop/Harness/ChildProcess.hpp"
+#include "Desktop/Harness/HardwareDevice.hpp"
+
 #include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
 
-#include "Desktop/Harness/ChildProcess.hpp"
-#include "Desktop/Harness/HardwareDevice.hpp"
-
 namespace trelvan::desktop {
 
-/// A private desktop: a real X server with a screen in memory and hardware-level devices, a window manager and
-/// a session bus, all in a temporary folder. It leaves no process, lock or socket behind. Main thread.
+/// A private desktop: a real X server with a screen in memory and hardware-level devices, a window manager
+/// and a session bus, all in a temporary folder. It leaves no process, lock or socket behind. Main thread.
 class VirtualDesktop {
   public:
     static constexpr int width = 1440;

@@ -8,7 +8,9 @@ XConnection::XConnection(const std::string& displayName) : connection(XOpenDispl
     if (connection == nullptr) throw std::runtime_error("no X server at " + displayName);
 }
 
-XConnection::~XConnection() { XCloseDisplay(connection); }
+XConnection::~XConnection() {
+    XCloseDisplay(connection);
+}
 
 std::vector<long> XConnection::property(Window window, const char* name) const {
     Atom type = None;
@@ -17,8 +19,8 @@ std::vector<long> XConnection::property(Window window, const char* name) const {
     unsigned long rest = 0;
     unsigned char* bytes = nullptr;
     std::vector<long> values;
-    if (XGetWindowProperty(connection, window, atom(name), 0, 1024, False, AnyPropertyType, &type, &format, &count,
-                           &rest, &bytes) != Success) {
+    if (XGetWindowProperty(connection, window, atom(name), 0, 1024, False, AnyPropertyType, &type, &format,
+                           &count, &rest, &bytes) != Success) {
         return values;
     }
     if (format == 32) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <X11/Xlib.h>
+#include "Desktop/Harness/Xlib.hpp"
 
 #include <string>
 #include <vector>
