@@ -1,0 +1,79 @@
+#include "Desktop/DesktopTest.hpp"
+
+#include <algorithm>
+
+namespace trelvan::desktop {
+namespace {
+
+/// The desktop of this run; taken down by the environment below, whatever the tests did.
+std::unique_ptr<VirtualDesktop>& shared() {
+    static std::unique_ptr<VirtualDesktop> desktop;
+    return desktop;
+}
+
+class DesktopEnvironment : public testing::Environment {
+  public:
+    void TearDown() override { shared().reset(); }
+};
+
+const auto* const environment = testing::AddGlobalTestEnvironment(new DesktopEnvironment);
+
+}  // namespace
+
+VirtualDesktop& DesktopTest::desktop() {
+    return *shared();
+}
+
+void DesktopTest::SetUp() {
+    if (shared() && !shared()->isAlive()) shared().reset();
+    if (!shared()) shared() = std::make_unique<VirtualDesktop>();
+    desktop().reset();
+    useClient(Protocol::core);
+}
+
+void DesktopTest::TearDown() {
+    if (!shared() || !shared()->isAlive()) {
+        ADD_FAILURE() << "the desktop did not survive the test";
+        return;
+    }
+    for (HardwareDevice* device : {&trackball(), &mouse(), &desktop().keyboard()}) device->releaseAll();
+    if (application) {
+        EXPECT_TRUE(waitUntil([&] { return !client().isAnythingHeld(); }))
+            << "a key or a button is still held";
+        if (HasFailure()) std::cout << "The client received:\n" << describe(client().events());
+    }
+    if (HasFailure() && running) std::cout << "The program's output:\n" << program().output();
+    running.reset();
+    application.reset();
+}
+
+void DesktopTest::start(const Settings& settings) {
+    running = std::make_unique<TrelvanProcess>(desktop(), settings);
+    client().warpPointer(client().middle());
+    client().forget();
+}
+
+void DesktopTest::useClient(Protocol protocol) {
+    application.reset();
+    application = std::make_unique<ClientWindow>(desktop().displayName(), protocol);
+}
+
+Position DesktopTest::passSentinel() {
+    const int before = client().count(Kind::buttonPress, sentinelButton);
+    trackball().click(sentinelButton);
+    EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, sentinelButton, before + 1))
+        << "the sentinel is lost";
+    Position place;
+    for (const ClientEvent& event : client().events()) {
+        if (event.kind == Kind::buttonPress && event.button == sentinelButton) place = {event.x, event.y};
+    }
+    return place;
+}
+
+std::vector<unsigned> DesktopTest::buttonsArrived() {
+    auto buttons = client().buttonsPressed();
+    std::erase(buttons, static_cast<unsigned>(sentinelButton));
+    return buttons;
+}
+
+}  // namespace trelvan::desktop

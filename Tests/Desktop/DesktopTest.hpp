@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Desktop/Harness/ClientWindow.hpp"
+#include "Desktop/Harness/TrelvanProcess.hpp"
+#include "Desktop/Harness/VirtualDesktop.hpp"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace trelvan::desktop {
+
+/// A test on the virtual desktop: begins with an application's window in front and nothing held, and must end
+/// with nothing held. One desktop serves all tests of the run; it is made anew when a test has broken it.
+class DesktopTest : public testing::Test {
+  protected:
+    using Kind = ClientEvent::Kind;
+
+    void SetUp() override;
+    void TearDown() override;
+
+    VirtualDesktop& desktop();
+    HardwareDevice& trackball() { return desktop().trackball(); }
+    HardwareDevice& mouse() { return desktop().mouse(); }
+    ClientWindow& client() { return *application; }
+    TrelvanProcess& program() { return *running; }
+
+    /// Starts the program and waits until it serves the devices.
+    void start(const Settings& settings);
+    /// Puts another application's window in the place of the present one.
+    void useClient(Protocol protocol);
+
+    /// Presses a button that no test maps and waits until it arrives: whatever the devices did before has
+    /// then arrived too, for all of it takes the same road. Where the pointer was at the press.
+    Position passSentinel();
+    static constexpr int sentinelButton = 12;
+
+    void holdKey(KeySym key) { desktop().keyboard().keyDown(client().keyCode(key)); }
+    void releaseKey(KeySym key) { desktop().keyboard().keyUp(client().keyCode(key)); }
+
+    /// The buttons pressed by now, without the sentinels.
+    std::vector<unsigned> buttonsArrived();
+
+  private:
+    std::unique_ptr<ClientWindow> application;
+    std::unique_ptr<TrelvanProcess> running;
+};
+
+}  // namespace trelvan::desktop

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace trelvan::desktop {
+
+/// The server's configuration: one screen in memory, two pointers and one keyboard whose sockets are in
+/// `folder`.
+std::string serverConfiguration(const std::filesystem::path& folder);
+
+/// The window manager's: four desktops, and no key or button of its own that a test would miss.
+std::string windowManagerConfiguration();
+
+/// The session bus's: a socket at `socket`, and no service that could be started on demand.
+std::string busConfiguration(const std::filesystem::path& socket);
+
+/// A stand-in for xdg-open that only writes down what it was asked to open.
+std::string recordingOpener(const std::filesystem::path& record);
+
+}  // namespace trelvan::desktop

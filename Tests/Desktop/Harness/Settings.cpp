@@ -1,0 +1,35 @@
+#include "Desktop/Harness/Settings.hpp"
+
+namespace trelvan::desktop {
+namespace {
+
+constexpr auto profileId = "5B6E1B7C-0D5E-4F0B-9C57-2F6D8A1E3C44";
+
+}  // namespace
+
+Settings::Settings() {
+    map(0, "Click Izquierdo");
+    map(1, "Click Derecho");
+}
+
+Settings& Settings::map(int button, const std::string& action, const nlohmann::json& more) {
+    nlohmann::json mapping = {{"buttonNumber", button}, {"buttonLabel", "Button"}, {"action", action}};
+    mapping.update(more);
+    mappings.push_back(mapping);
+    return *this;
+}
+
+Settings& Settings::set(const std::string& key, const nlohmann::json& value) {
+    plain[key] = value;
+    return *this;
+}
+
+std::string Settings::text() const {
+    const nlohmann::json profiles = {{{"id", profileId}, {"name", "Desktop test"}, {"mappings", mappings}}};
+    nlohmann::json all = plain;
+    all["trackball_profiles"] = {{"utf8", profiles.dump()}};
+    all["trackball_active_profile"] = profileId;
+    return all.dump(2);
+}
+
+}  // namespace trelvan::desktop

@@ -1,0 +1,75 @@
+#include "Desktop/Harness/TrelvanProcess.hpp"
+
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+namespace trelvan::desktop {
+namespace {
+
+constexpr auto readyLine = "EventMonitor iniciado ✅";
+
+/// A folder that no earlier run on this desktop had.
+std::filesystem::path freshFolder(const VirtualDesktop& desktop) {
+    static int count = 0;
+    const auto folder = desktop.folder() / ("run-" + std::to_string(++count));
+    std::filesystem::create_directory(folder);
+    return folder;
+}
+
+}  // namespace
+
+std::string programPath() {
+    const char* chosen = std::getenv("TRELVAN_PROGRAM");
+    return chosen != nullptr ? chosen : TRELVAN_BUILT_PROGRAM;
+}
+
+TrelvanProcess::TrelvanProcess(VirtualDesktop& desktop, const Settings& settings)
+    : folder(freshFolder(desktop)) {
+    std::filesystem::create_directory(folder / "config");
+    writeFile(folder / "config" / "settings.json", settings.text());
+    process =
+        std::make_unique<ChildProcess>(Launch{.arguments = {programPath(), "--config", folder / "config"},
+                                              .environment = desktop.environment(),
+                                              .directory = folder,
+                                              .output = folder / "output",
+                                              .errors = folder / "errors"});
+    const bool isReady = waitUntil(
+        [&] { return output().find(readyLine) != std::string::npos || !process->isRunning(); }, patience);
+    if (!isReady || output().find(readyLine) == std::string::npos) {
+        throw std::runtime_error("the program does not serve the devices; its output:\n" + output() +
+                                 readFile(folder / "errors"));
+    }
+}
+
+bool TrelvanProcess::waitForLine(const std::string& text, std::chrono::milliseconds bound) const {
+    return waitUntil([&] { return output().find(text) != std::string::npos; }, bound);
+}
+
+std::string TrelvanProcess::output() const {
+    return readFile(folder / "output");
+}
+
+nlohmann::json TrelvanProcess::storedSettings() const {
+    return nlohmann::json::parse(readFile(folder / "config" / "settings.json"), nullptr, false);
+}
+
+ProgramResult runProgram(const VirtualDesktop& desktop, const std::vector<std::string>& arguments,
+                         const std::map<std::string, std::string>& environment) {
+    const auto folder = freshFolder(desktop);
+    Launch launch{.arguments = {programPath()},
+                  .environment = environment,
+                  .directory = folder,
+                  .output = folder / "output",
+                  .errors = folder / "errors"};
+    launch.arguments.insert(launch.arguments.end(), arguments.begin(), arguments.end());
+    ChildProcess process(launch);
+    const auto status = process.waitForEnd(patience);
+    ProgramResult result{
+        .exitCode = {}, .output = readFile(folder / "output"), .errors = readFile(folder / "errors")};
+    if (status && WIFEXITED(*status)) result.exitCode = WEXITSTATUS(*status);
+    return result;
+}
+
+}  // namespace trelvan::desktop

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Desktop/Harness/ChildProcess.hpp"
+#include "Desktop/Harness/Settings.hpp"
+#include "Desktop/Harness/VirtualDesktop.hpp"
+#include "Desktop/Harness/Wait.hpp"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace trelvan::desktop {
+
+/// The program under test, run on a virtual desktop with settings of its own. Main thread.
+class TrelvanProcess {
+  public:
+    /// Starts the program with these settings and waits until it serves the devices. Throws
+    /// std::runtime_error with the program's output when it does not come to that.
+    TrelvanProcess(VirtualDesktop& desktop, const Settings& settings);
+
+    /// Waits for a line of the output that contains the text.
+    bool waitForLine(const std::string& text, std::chrono::milliseconds bound = patience) const;
+    [[nodiscard]] std::string output() const;
+    [[nodiscard]] nlohmann::json storedSettings() const;
+
+    [[nodiscard]] bool isRunning() { return process->isRunning(); }
+    void signal(int number) { process->signal(number); }
+    /// The wait status of waitpid(2); none when the program goes on past the bound.
+    std::optional<int> waitForEnd() { return process->waitForEnd(patience); }
+
+  private:
+    std::filesystem::path folder;
+    std::unique_ptr<ChildProcess> process;
+};
+
+/// What a run of the program with these arguments, to its end, came to.
+struct ProgramResult {
+    std::optional<int> exitCode;  ///< none when it was ended by a signal or did not end in time
+    std::string output;
+    std::string errors;
+};
+ProgramResult runProgram(const VirtualDesktop& desktop, const std::vector<std::string>& arguments,
+                         const std::map<std::string, std::string>& environment);
+
+/// The program's path: the environment's TRELVAN_PROGRAM, or the one of this build.
+std::string programPath();
+
+}  // namespace trelvan::desktop
