@@ -1,0 +1,10 @@
+#pragma once
+
+#include <cstddef>
+
+namespace trelvan::test {
+
+/// How many times this thread has taken memory with `new`.
+[[nodiscard]] std::size_t allocationCount();
+
+}  // namespace trelvan::test
