@@ -200,6 +200,16 @@ TEST_F(ProfileManagerUnreadable, WhatIsNotJsonIsReportedByItsPlace) {
                 ElementsAre(testing::HasSubstr("no es JSON válido en la línea 2, columna 2")));
 }
 
+TEST_F(ProfileManagerUnreadable, WhatIsNoListIsReportedAsSuch) {
+    storeText("{}");
+    manager.emplace(defaults, log.logger, test::sequentialUuids());
+    EXPECT_THAT(log.messages(LogLevel::warning),
+                ElementsAre(testing::HasSubstr("no es una lista de perfiles legible")));
+    manager->save();
+    ASSERT_EQ(defaults.copies.size(), 1U);
+    EXPECT_EQ(defaults.copies[0].data.bytes, "{}");
+}
+
 TEST_F(ProfileManagerUnreadable, IsCopiedAsideOnceBeforeTheFirstSave) {
     storeText(unreadable);
     start();

@@ -9,7 +9,8 @@
 #include <tuple>
 
 namespace trelvan {
-namespace {
+
+namespace test {
 
 template <typename T>
 constexpr bool isOptional = false;
@@ -21,6 +22,12 @@ struct AnyValue {
     template <typename T>
     requires(!isOptional<T>) operator T() const;  // NOLINT(google-explicit-constructor)
 };
+
+}  // namespace test
+
+namespace {
+
+using test::AnyValue;
 
 /// How many members an aggregate has.
 template <typename Record, typename... Values>
