@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <source_location>
 #include <string_view>
 
 #include "Utilities/LogLevel.hpp"
@@ -39,32 +38,22 @@ class Logger {
         return level >= minimumLevel.load(std::memory_order_relaxed);
     }
 
-    /// `file` is a path; only its last component is shown.
-    void debug(std::string_view message, const char* file, unsigned line) {
+    /// `file` is a path, of which only the last component is shown; both name the place of the call by default.
+    void debug(std::string_view message, const char* file = __builtin_FILE(),
+               unsigned line = __builtin_LINE()) {
         log(LogLevel::debug, message, file, line);
     }
-    void info(std::string_view message, const char* file, unsigned line) {
+    void info(std::string_view message, const char* file = __builtin_FILE(),
+              unsigned line = __builtin_LINE()) {
         log(LogLevel::info, message, file, line);
     }
-    void warning(std::string_view message, const char* file, unsigned line) {
+    void warning(std::string_view message, const char* file = __builtin_FILE(),
+                 unsigned line = __builtin_LINE()) {
         log(LogLevel::warning, message, file, line);
     }
-    void error(std::string_view message, const char* file, unsigned line) {
+    void error(std::string_view message, const char* file = __builtin_FILE(),
+               unsigned line = __builtin_LINE()) {
         log(LogLevel::error, message, file, line);
-    }
-
-    /// The same, naming the place of the call.
-    void debug(std::string_view message, std::source_location at = std::source_location::current()) {
-        log(LogLevel::debug, message, at.file_name(), at.line());
-    }
-    void info(std::string_view message, std::source_location at = std::source_location::current()) {
-        log(LogLevel::info, message, at.file_name(), at.line());
-    }
-    void warning(std::string_view message, std::source_location at = std::source_location::current()) {
-        log(LogLevel::warning, message, at.file_name(), at.line());
-    }
-    void error(std::string_view message, std::source_location at = std::source_location::current()) {
-        log(LogLevel::error, message, at.file_name(), at.line());
     }
 
   private:
