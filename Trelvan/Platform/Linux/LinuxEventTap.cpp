@@ -179,7 +179,8 @@ void LinuxEventTap::handle(_XEvent& event) {
             break;
         case XI_HierarchyChanged: {
             const auto& change = *static_cast<const XIHierarchyEvent*>(event.xcookie.data);
-            constexpr int relevant = XISlaveAdded | XISlaveRemoved | XIDeviceEnabled | XIDeviceDisabled;
+            constexpr int relevant =
+                XISlaveAdded | XISlaveRemoved | XISlaveAttached | XIDeviceEnabled | XIDeviceDisabled;
             if (change.flags & relevant) scan();
             break;
         }
