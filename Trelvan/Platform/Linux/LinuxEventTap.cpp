@@ -114,6 +114,8 @@ bool LinuxEventTap::take(PointerDevice& device) {
     }
     AppLogger.info(ShortText("Dispositivo capturado: ", device.name));
     devices_.push_back(std::make_unique<PointerDevice>(std::move(device)));
+    syncLocation();
+    output_.anchor(static_cast<int>(road_.location.x), static_cast<int>(road_.location.y));
     return true;
 }
 
