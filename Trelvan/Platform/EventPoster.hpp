@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Platform/Quartz.hpp"
+#include "Platform/TapEvent.hpp"
+
 #include <cstdint>
 #include <memory>
 #include <optional>
-
-#include "Platform/Quartz.hpp"
-#include "Platform/TapEvent.hpp"
 
 namespace trelvan {
 
@@ -22,7 +22,7 @@ struct KeyEvent {
 struct MouseEvent {
     EventType type = EventType::mouseMoved;
     std::int64_t buttonNumber = 0;
-    Point location;
+    Point location{};
     std::shared_ptr<void> native;
 };
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <cstdint>
-
 #include "Platform/Quartz.hpp"
 #include "Utilities/Geometry.hpp"
+
+#include <cstdint>
 
 namespace trelvan {
 
@@ -16,7 +16,7 @@ struct TapEvent {
     /// Modifier flags that the event itself carries.
     EventFlags flags = 0;
     /// Where the pointer is, in points, origin at the top left of the main screen.
-    Point location;
+    Point location{};
     /// Field 3: 0 left, 1 right, 2 middle, 3 and up the extra buttons.
     std::int64_t buttonNumber = 0;
     /// Fields 4 and 5: movement in points, right and down positive.

@@ -1,0 +1,58 @@
+#include "Utilities/Text.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+
+namespace trelvan {
+namespace {
+
+TEST(TextTest, ComposedAndDecomposedAccentsAreEquivalent) {
+    EXPECT_TRUE(canonicallyEquivalent("Atrás", "Atra\u0301s"));
+    EXPECT_FALSE(canonicallyEquivalent("Atrás", "Atras"));
+    EXPECT_FALSE(canonicallyEquivalent("Atrás", "atrás"));
+    EXPECT_TRUE(canonicallyEquivalent("", ""));
+}
+
+TEST(TextTest, WhatIsNotUtf8EqualsOnlyItself) {
+    EXPECT_TRUE(canonicallyEquivalent("\xFF", "\xFF"));
+    EXPECT_FALSE(canonicallyEquivalent("\xFF", "\xFE"));
+    EXPECT_EQ(composed("\xC3"), std::nullopt);
+}
+
+TEST(TextTest, ComposedFormIsMade) {
+    EXPECT_EQ(composed("Atra\u0301s"), "Atrás");
+}
+
+TEST(TextTest, TrimmedTakesWhiteSpaceOfUnicodeFromBothEnds) {
+    EXPECT_EQ(trimmed(" \t\r\n a b \u00A0\u2003\u3000"), "a b");
+    EXPECT_EQ(trimmed("   "), "");
+    EXPECT_EQ(trimmed(""), "");
+    EXPECT_EQ(trimmed("\u200Bx"), "\u200Bx");
+    EXPECT_EQ(trimmed("ñ"), "ñ");
+    EXPECT_EQ(trimmed("\xFF "), "\xFF");
+}
+
+TEST(TextTest, LastPathComponentIgnoresTrailingSlashes) {
+    EXPECT_EQ(lastPathComponent("/Applications/Notes.app"), "Notes.app");
+    EXPECT_EQ(lastPathComponent("/Applications/Notes.app/"), "Notes.app");
+    EXPECT_EQ(lastPathComponent("Notes"), "Notes");
+    EXPECT_EQ(lastPathComponent("/"), "/");
+    EXPECT_EQ(lastPathComponent(""), "");
+}
+
+TEST(ShortTextTest, JoinsTextsAndNumbersWithoutBlanks) {
+    EXPECT_EQ(ShortText("a", -101, "b", std::numeric_limits<std::int64_t>::min()).view(),
+              "a-101b-9223372036854775808");
+    EXPECT_EQ(ShortText().view(), "");
+}
+
+TEST(ShortTextTest, GrowsPastItsInlineCapacity) {
+    const std::string half(ShortText::inlineCapacity - 1, 'x');
+    EXPECT_EQ(ShortText(half, "ab", "c").view(), half + "abc");
+    EXPECT_EQ(ShortText(half, "a").view(), half + "a");
+}
+
+}  // namespace
+}  // namespace trelvan

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Core/Model/AppLanguage.hpp"
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace trelvan {
+
+/// What the command line asks for.
+namespace command {
+struct Run {
+    /// Folder of the settings file; empty for the platform's own place.
+    std::string configDirectory;
+};
+struct ShowHelp {};
+struct ShowVersion {};
+/// The arguments make no sense; the text says which and why.
+struct BadUsage {
+    std::string message;
+};
+}  // namespace command
+
+using Command = std::variant<command::Run, command::ShowHelp, command::ShowVersion, command::BadUsage>;
+
+/// Exit statuses of the program.
+namespace exitStatus {
+inline constexpr int ok = 0;
+/// The platform cannot serve: no display, a missing extension, a connection lost.
+inline constexpr int unavailable = 1;
+inline constexpr int badUsage = 2;
+}  // namespace exitStatus
+
+/// Reads the arguments that follow the program's name.
+[[nodiscard]] Command parseCommandLine(std::span<const std::string_view> arguments, AppLanguage language);
+
+/// What `--help` prints.
+[[nodiscard]] std::string_view helpText(AppLanguage language);
+
+/// The language of the terminal, from the POSIX locale variables; the setting of the interface is not at hand
+/// before the settings are read.
+[[nodiscard]] AppLanguage terminalLanguage();
+
+}  // namespace trelvan

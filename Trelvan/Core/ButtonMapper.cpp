@@ -1,0 +1,374 @@
+#include "Core/ButtonMapper.hpp"
+
+#include <array>
+#include <utility>
+
+namespace trelvan {
+
+namespace {
+
+/// Numbers at or below this are the two directions of the wheel.
+constexpr std::int64_t firstScrollButton = -100;
+
+constexpr std::array missionControlHotKeys{32, 7, 8, 9};
+constexpr std::array appExposeHotKeys{33, 34};
+constexpr std::array launchpadHotKeys{160, 161};
+constexpr std::array showDesktopHotKeys{36, 37};
+constexpr std::array desktopLeftHotKeys{79, 80};
+constexpr std::array desktopRightHotKeys{81, 82};
+
+/// The key code in the hot-key table that says that no key is assigned.
+constexpr std::int64_t noKeyAssigned = 65535;
+
+constexpr std::string_view missionControlPath = "/System/Applications/Mission Control.app";
+constexpr std::array<std::string_view, 2> launchpadPaths{"/System/Applications/Launchpad.app",
+                                                         "/Applications/Launchpad.app"};
+
+// A media key goes down and up as system-defined events with these modifier flags, which stand in the low
+// half of data1 as well.
+constexpr EventFlags mediaKeyDown = 0xA00;
+constexpr EventFlags mediaKeyUp = 0xB00;
+
+}  // namespace
+
+ButtonMapper::ButtonMapper(const Ports& ports, ProfileProvider profile,
+                           std::weak_ptr<SmartButtonController> smartButtonController, Logger& logger)
+    : ports_(ports),
+      profile_(std::move(profile)),
+      smartButtonController_(std::move(smartButtonController)),
+      logger_(logger) {}
+
+// Resolution
+
+bool ButtonMapper::execute(std::int64_t buttonNumber, EventFlags eventFlags) {
+    const EventFlags flags = ports_.input.flags(EventSourceState::combinedSession) | eventFlags;
+    const auto profile = profile_();
+    const auto group = profile->mappings(buttonNumber);
+    if (group.empty()) {
+        logger_.debug(ShortText("Botón ", buttonNumber, " sin mapeo registrado"));
+        return false;
+    }
+    if (buttonNumber <= firstScrollButton) return executeScroll(*profile, group, flags);
+
+    const ButtonMapping& mapping = profile->mapping(group.front());
+    const bool isOwnClick = (buttonNumber == 0 && mapping.action == ButtonAction::leftClick) ||
+                            (buttonNumber == 1 && mapping.action == ButtonAction::rightClick);
+    if (isOwnClick) return executeAlternate(mapping, flags);
+
+    const auto [action, slot] = resolvedAction(mapping, flags);
+    logger_.info(ShortText("Ejecutando '", rawValue(action),
+                           action == mapping.action ? "' para botón " : "' (alterna) para botón ",
+                           buttonNumber));
+    performAction(action, mapping, slot);
+    return action != ButtonAction::none;
+}
+
+bool ButtonMapper::executeScroll(const ProfileSnapshot& profile, std::span<const std::uint32_t> group,
+                                 EventFlags flags) {
+    for (const auto index : group) {
+        const ButtonMapping& mapping = profile.mapping(index);
+        const auto [action, slot] = resolvedAction(mapping, flags);
+        if (action == ButtonAction::none) continue;
+        logger_.info(
+            ShortText("Ejecutando '", rawValue(action), "' para scroll '", mapping.buttonLabel, "'"));
+        performAction(action, mapping, slot);
+        return true;
+    }
+    return false;
+}
+
+/// The primary function is the button's own click, which is let through and never synthesised.
+bool ButtonMapper::executeAlternate(const ButtonMapping& mapping, EventFlags flags) {
+    const auto resolved = resolvedAlternateAction(mapping, flags);
+    if (!resolved) return false;
+    logger_.info(ShortText("Ejecutando '", rawValue(resolved->action), "' (adicional) para botón ",
+                           mapping.buttonNumber));
+    performAction(resolved->action, mapping, resolved->slot);
+    return true;
+}
+
+void ButtonMapper::performAction(ButtonAction action, const ButtonMapping& mapping, FunctionSlot slot) {
+    const ActionShortcuts& shortcuts = ports_.shortcuts;
+    switch (action) {
+        case ButtonAction::none:
+            return;
+        case ButtonAction::back:
+            return simulateKey(shortcuts.back);
+        case ButtonAction::forward:
+            return simulateKey(shortcuts.forward);
+        case ButtonAction::missionControl:
+            return triggerMissionControl();
+        case ButtonAction::appExpose:
+            return triggerAppExpose();
+        case ButtonAction::launchpad:
+            return triggerLaunchpad();
+        case ButtonAction::openFolder:
+            return openFolder(mapping.folderPath);
+        case ButtonAction::showDesktop:
+            return triggerShowDesktop();
+        case ButtonAction::moveDesktopLeft:
+            return triggerMoveDesktop(key::leftArrow);
+        case ButtonAction::moveDesktopRight:
+            return triggerMoveDesktop(key::rightArrow);
+        case ButtonAction::copy:
+            return simulateKey(shortcuts.copy);
+        case ButtonAction::paste:
+            return simulateKey(shortcuts.paste);
+        case ButtonAction::cut:
+            return simulateKey(shortcuts.cut);
+        case ButtonAction::undo:
+            return simulateKey(shortcuts.undo);
+        case ButtonAction::screenshotArea:
+            return simulateKey(shortcuts.screenshotArea);
+        case ButtonAction::screenshotFull:
+            return simulateKey(shortcuts.screenshotFull);
+        case ButtonAction::volumeUp:
+            return sendMediaKey(MediaKey::volumeUp);
+        case ButtonAction::volumeDown:
+            return sendMediaKey(MediaKey::volumeDown);
+        case ButtonAction::mute:
+            return sendMediaKey(MediaKey::mute);
+        case ButtonAction::playPause:
+            return sendMediaKey(MediaKey::playPause);
+        case ButtonAction::openExplorer:
+            return ports_.workspace.reveal(ports_.workspace.homeDirectory());
+        case ButtonAction::newNote:
+            return createNewNote();
+        case ButtonAction::emojiPanel:
+            return simulateKey(shortcuts.emojiPanel);
+        case ButtonAction::dictation:
+            return triggerDictation(mapping.dictationShortcut);
+        case ButtonAction::exploreAI:
+            return openExploreAI();
+        case ButtonAction::screenshotTool:
+            return simulateKey(shortcuts.screenshotTool);
+        case ButtonAction::lockWorkstation:
+            return simulateKey(shortcuts.lockWorkstation);
+        case ButtonAction::smartButton:
+            return showSmartButton();
+        case ButtonAction::leftClick:
+            return simulateMouseClick(0);
+        case ButtonAction::rightClick:
+            return simulateMouseClick(1);
+        case ButtonAction::middleClick:
+            return simulateMouseClick(2);
+        case ButtonAction::customShortcut: {
+            const CustomShortcut& shortcut = shortcutOf(mapping, slot);
+            if (!shortcut.isEmpty()) simulateKey(shortcut.keyCode, shortcut.modifiersRawValue);
+            return;
+        }
+        case ButtonAction::launchApp:
+            return launchApp(mapping.appPath);
+    }
+}
+
+// Keys and clicks
+
+void ButtonMapper::simulateKey(KeyCode keyCode, EventFlags flags) {
+    ports_.background.async(
+        [sequence = keyWithModifiers(keyCode, flags), &queue = ports_.background,
+         &poster = ports_.poster]() mutable { InputSequence::perform(std::move(sequence), queue, poster); });
+}
+
+void ButtonMapper::sendMediaKey(MediaKey mediaKey) {
+    const auto data1 = static_cast<std::int64_t>(mediaKey) << 16U;
+    for (const EventFlags edge : {mediaKeyDown, mediaKeyUp}) {
+        ports_.poster.post(
+            MediaKeyEvent{.flags = edge, .data1 = data1 | static_cast<std::int64_t>(edge), .data2 = -1},
+            TapLocation::session);
+    }
+}
+
+void ButtonMapper::simulateMouseClick(std::int64_t button) {
+    Point location = ports_.screens.pointerLocation();
+    if (const auto screens = ports_.screens.frames(); !screens.empty())
+        location.y = screens.front().height - location.y;
+    auto down = EventType::otherMouseDown;
+    auto up = EventType::otherMouseUp;
+    if (button == 0) {
+        down = EventType::leftMouseDown;
+        up = EventType::leftMouseUp;
+    } else if (button == 1) {
+        down = EventType::rightMouseDown;
+        up = EventType::rightMouseUp;
+    }
+    for (const auto type : {down, up}) {
+        if (const auto event = ports_.poster.makeMouse(type, button, location))
+            ports_.poster.post(*event, TapLocation::session);
+    }
+}
+
+// The desktop's own views
+
+std::optional<KeyChord> ButtonMapper::resolveSystemHotKey(int id) const {
+    const auto entry = ports_.hotKeys.entry(id);
+    if (!entry || !entry->enabled || entry->parameters.size() < 3) return std::nullopt;
+    const auto keyCode = entry->parameters[1];
+    const auto modifiers = entry->parameters[2];
+    if (!keyCode || *keyCode < 0 || *keyCode >= noKeyAssigned || !modifiers || *modifiers < 0)
+        return std::nullopt;
+    return KeyChord{static_cast<KeyCode>(*keyCode), static_cast<EventFlags>(*modifiers)};
+}
+
+std::optional<KeyChord> ButtonMapper::resolveFirst(std::span<const int> ids) const {
+    for (const int id : ids) {
+        if (const auto chord = resolveSystemHotKey(id)) return chord;
+    }
+    return std::nullopt;
+}
+
+void ButtonMapper::triggerSystemHotKey(std::span<const int> ids, SystemView view,
+                                       const std::function<void()>& fallback) {
+    if (const auto chord = resolveFirst(ids)) {
+        ports_.background.async([weak = weak_from_this(), chord = *chord] {
+            if (const auto self = weak.lock()) self->simulateKey(chord);
+        });
+        return;
+    }
+    if (!ports_.views.show(view)) fallback();
+}
+
+void ButtonMapper::triggerMissionControl() {
+    triggerSystemHotKey(missionControlHotKeys, SystemView::missionControl, [this] {
+        simulateKey(key::f3, 0);
+        openMissionControlApp();
+    });
+}
+
+void ButtonMapper::triggerAppExpose() {
+    triggerSystemHotKey(appExposeHotKeys, SystemView::appExpose, [this] { simulateKey(key::f10, 0); });
+}
+
+void ButtonMapper::triggerLaunchpad() {
+    triggerSystemHotKey(launchpadHotKeys, SystemView::launchpad, [this] { openLaunchpadDirectly(); });
+}
+
+void ButtonMapper::triggerShowDesktop() {
+    triggerSystemHotKey(showDesktopHotKeys, SystemView::showDesktop, [this] {
+        simulateKey(key::f11, 0);
+        simulateKey(key::f12, 0);
+    });
+}
+
+void ButtonMapper::openMissionControlApp() {
+    if (ports_.workspace.exists(missionControlPath)) {
+        ports_.workspace.openApplication(missionControlPath);
+    } else {
+        logger_.warning("Mission Control.app no encontrado en /System/Applications");
+    }
+}
+
+void ButtonMapper::openLaunchpadDirectly() {
+    if (const auto path = ports_.workspace.applicationPath("com.apple.launchpad.launcher")) {
+        ports_.workspace.openApplication(*path);
+        return;
+    }
+    for (const auto path : launchpadPaths) {
+        if (!ports_.workspace.exists(path)) continue;
+        ports_.workspace.openApplication(path);
+        return;
+    }
+    logger_.warning("Launchpad no disponible por bundle ni por path");
+}
+
+void ButtonMapper::triggerMoveDesktop(KeyCode keyCode) {
+    logger_.debug(ShortText("Intentando mover escritorio keyCode=", keyCode));
+    ports_.background.async([weak = weak_from_this(), keyCode] {
+        const auto self = weak.lock();
+        if (!self) return;
+        const bool left = keyCode == key::leftArrow;
+        const std::span<const int> ids = left ? desktopLeftHotKeys : desktopRightHotKeys;
+        if (const auto chord = self->resolveFirst(ids)) return self->simulateKey(*chord);
+        if (self->ports_.views.show(left ? SystemView::desktopLeft : SystemView::desktopRight)) return;
+        InputSequence::perform(self->desktopMoveCascade(keyCode), self->ports_.background,
+                               self->ports_.poster);
+    });
+}
+
+/// Every known way to move, one after the other: posting gives no feedback on which of them worked.
+InputSequence ButtonMapper::desktopMoveCascade(KeyCode keyCode) {
+    constexpr EventFlags controlArrow = flag::control | flag::numericPad;
+    constexpr EventFlags controlOptionArrow = controlArrow | flag::option;
+    const auto asynchronousKey = [self = shared_from_this(), keyCode](EventFlags flags) {
+        return [self, keyCode, flags] { self->simulateKey(keyCode, flags); };
+    };
+    const auto viaMissionControl = [keyCode] {
+        return sessionShortcut(key::f3, 0)
+            .pause(Seconds{0.110})
+            .append(sessionShortcut(keyCode, flag::numericPad))
+            .pause(Seconds{0.040})
+            .append(sessionShortcut(key::returnKey, 0));
+    };
+    InputSequence sequence;
+    sequence.then(asynchronousKey(controlArrow))
+        .append(sessionShortcut(keyCode, controlArrow))
+        .then(asynchronousKey(controlOptionArrow))
+        .append(sessionShortcut(keyCode, controlOptionArrow))
+        .expand([&poster = ports_.poster, keyCode] { return desktopSwitch(keyCode, poster); })
+        .pause(Seconds{0.090})
+        .expand([self = shared_from_this(), keyCode, viaMissionControl] {
+            return self->triggerDesktopMoveViaAppleScript(keyCode) ? InputSequence{} : viaMissionControl();
+        });
+    return sequence;
+}
+
+bool ButtonMapper::triggerDesktopMoveViaAppleScript(KeyCode keyCode) {
+    const ShortText source("tell application \"System Events\"\n    key code ", keyCode,
+                           " using control down\nend tell");
+    const auto result = ports_.scripts.run(source);
+    if (result.status == ScriptResult::Status::failed)
+        logger_.warning(ShortText("AppleScript mover escritorio falló: ", result.error));
+    return result.status == ScriptResult::Status::ran;
+}
+
+// Applications, folders, addresses
+
+void ButtonMapper::openApp(std::string_view bundleID) {
+    if (const auto path = ports_.workspace.applicationPath(bundleID)) {
+        ports_.workspace.openApplication(*path);
+    } else {
+        logger_.warning(ShortText("App no encontrada: ", bundleID));
+    }
+}
+
+void ButtonMapper::openFolder(const std::string& path) {
+    const bool isThere = !path.empty() && ports_.workspace.exists(path);
+    ports_.workspace.openFolder(isThere ? path : ports_.workspace.homeDirectory());
+}
+
+void ButtonMapper::openExploreAI() {
+    ports_.workspace.openUrl(exploreAIAddress);
+}
+
+void ButtonMapper::createNewNote() {
+    openApp("com.apple.Notes");
+    // The application needs a moment to take the focus.
+    ports_.background.after(Seconds{0.25}, [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->simulateKey(self->ports_.shortcuts.newNote);
+    });
+}
+
+void ButtonMapper::triggerDictation(const CustomShortcut& shortcut) {
+    if (shortcut.isEmpty()) {
+        logger_.warning("Dictado necesita un atajo configurado");
+        return;
+    }
+    simulateKey(shortcut.keyCode, shortcut.modifiersRawValue);
+}
+
+void ButtonMapper::launchApp(const std::string& path) {
+    if (path.empty()) return;
+    ports_.workspace.openApplication(path);
+    logger_.info(ShortText("Abriendo app: ", lastPathComponent(path)));
+}
+
+void ButtonMapper::showSmartButton() {
+    ports_.mainQueue.async([weak = weak_from_this()] {
+        const auto self = weak.lock();
+        if (!self) return;
+        if (const auto controller = self->smartButtonController_.lock())
+            controller->show(self->profile_()->profile().smartButton);
+    });
+}
+
+}  // namespace trelvan

@@ -1,0 +1,351 @@
+#include "Core/EventMonitor.hpp"
+
+#include "Utilities/Fatal.hpp"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace trelvan {
+
+namespace {
+
+constexpr std::int64_t virtualScrollUp = -100;
+constexpr std::int64_t virtualScrollDown = -101;
+
+/// The process that shows the system's own menu-bar menus.
+constexpr std::string_view systemMenuOwner = "com.apple.systemuiserver";
+/// Height of the strip at a screen's far edge, in points, where presses belong to the system.
+constexpr double systemStripHeight = 56.0;
+
+constexpr bool isMotion(EventType type) {
+    return type == EventType::mouseMoved || type == EventType::leftMouseDragged ||
+           type == EventType::rightMouseDragged || type == EventType::otherMouseDragged;
+}
+
+constexpr std::string_view buttonEventName(EventType type) {
+    switch (type) {
+        case EventType::leftMouseDown:
+            return "leftMouseDown";
+        case EventType::rightMouseDown:
+            return "rightMouseDown";
+        case EventType::otherMouseDown:
+            return "otherMouseDown";
+        case EventType::otherMouseUp:
+            return "otherMouseUp";
+        default:
+            return {};
+    }
+}
+
+std::int32_t inThirtyTwoBits(std::int64_t delta) {
+    if (delta < std::numeric_limits<std::int32_t>::min() || delta > std::numeric_limits<std::int32_t>::max())
+        fatal("a scroll delta left the 32-bit range");
+    return static_cast<std::int32_t>(delta);
+}
+
+}  // namespace
+
+EventMonitor::EventMonitor(const Ports& ports, PermissionsProvider permissions, Logger& logger)
+    : ports_(ports), permissions_(std::move(permissions)), logger_(logger) {
+    publishHop_ = ports_.mainQueue.makeHop([this] { deliverPublished(); });
+    loadSpeedSettings();
+}
+
+EventMonitor::~EventMonitor() {
+    if (eventTap_) ports_.tap.remove();
+}
+
+// Life cycle
+
+void EventMonitor::start() {
+    if (isRunning || eventTap_) return;
+    if (PermissionsManager& permissions = permissions_(); !permissions.accessibilityGranted) {
+        logger_.warning("No hay permiso de Accesibilidad — no se puede crear EventTap");
+        permissions.requestIfNeeded();
+        return;
+    }
+    selfPtr_ = shared_from_this();
+    if (!ports_.tap.create(eventMask, &EventMonitor::eventTapCallback, this)) {
+        logger_.error("CGEvent.tapCreate falló — verifica permisos de Accesibilidad");
+        return;
+    }
+    eventTap_ = true;
+    ports_.tap.enable(true);
+    ports_.mainQueue.async([weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->isRunning = true;
+    });
+    logger_.info("EventMonitor iniciado ✅");
+}
+
+void EventMonitor::stop() {
+    if (eventTap_) {
+        ports_.tap.enable(false);
+        ports_.tap.remove();
+    }
+    eventTap_ = false;
+    pressedOtherButtons_.clear();
+    handledOtherButtonsOnDown_.clear();
+    pointer_ = {};
+    ports_.mainQueue.async([weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->isRunning = false;
+    });
+    logger_.info("EventMonitor detenido");
+    // Last: this may be the reference that kept the monitor alive.
+    const auto released = std::move(selfPtr_);
+}
+
+// The tap
+
+TapAnswer EventMonitor::eventTapCallback(void* userInfo, TapEvent& event) {
+    auto* self = static_cast<EventMonitor*>(userInfo);
+    if (event.type == EventType::tapDisabledByTimeout || event.type == EventType::tapDisabledByUserInput) {
+        if (self != nullptr && self->eventTap_) {
+            self->ports_.tap.enable(true);
+            self->logger_.warning("EventTap reactivado tras deshabilitación del sistema");
+        }
+        return TapAnswer::deliver;
+    }
+    return self != nullptr ? self->handle(event) : TapAnswer::deliver;
+}
+
+TapAnswer EventMonitor::handle(TapEvent& event) {
+    if (isMotion(event.type)) return handleMotion(event);
+    switch (event.type) {
+        case EventType::scrollWheel:
+            return handleScroll(event);
+        case EventType::leftMouseDown:
+        case EventType::rightMouseDown:
+        case EventType::otherMouseDown:
+        case EventType::otherMouseUp:
+            return handleButton(event);
+        default:
+            return TapAnswer::deliver;
+    }
+}
+
+bool EventMonitor::isOverOwnWindow(Point location) const {
+    return std::ranges::any_of(ports_.screens.ownWindows(), [location](const OwnWindow& window) {
+        return window.visible && window.alpha > 0.01 && window.frame.contains(location);
+    });
+}
+
+bool EventMonitor::offer(std::int64_t buttonNumber, EventFlags flags) {
+    return onButtonEvent && onButtonEvent(buttonNumber, flags);
+}
+
+// Buttons. They reach the handler over own windows too, so that the settings can show them.
+
+TapAnswer EventMonitor::handleButton(TapEvent& event) {
+    publish({.type = buttonEventName(event.type),
+             .buttonNumber = event.buttonNumber,
+             .timestamp = ports_.clock.now()});
+    if (shouldBypassMapping(event)) return TapAnswer::deliver;
+    switch (event.type) {
+        case EventType::otherMouseDown:
+            return handleOtherDown(event);
+        case EventType::otherMouseUp:
+            return handleOtherUp(event);
+        default:
+            return offer(event.buttonNumber, event.flags) ? TapAnswer::swallow : TapAnswer::deliver;
+    }
+}
+
+TapAnswer EventMonitor::handleOtherDown(const TapEvent& event) {
+    pressedOtherButtons_.insert(event.buttonNumber);
+    if (!offer(event.buttonNumber, event.flags)) {
+        handledOtherButtonsOnDown_.remove(event.buttonNumber);
+        return TapAnswer::deliver;
+    }
+    handledOtherButtonsOnDown_.insert(event.buttonNumber);
+    logger_.debug(ShortText("Evento botón ", event.buttonNumber, " consumido en down (swallowed)"));
+    return TapAnswer::swallow;
+}
+
+TapAnswer EventMonitor::handleOtherUp(const TapEvent& event) {
+    pressedOtherButtons_.remove(event.buttonNumber);
+    if (handledOtherButtonsOnDown_.remove(event.buttonNumber)) {
+        logger_.debug(
+            ShortText("Evento botón ", event.buttonNumber, " ya manejado en down; no se repite en up"));
+        return TapAnswer::swallow;
+    }
+    // A press that was declined is offered once more on release.
+    if (!offer(event.buttonNumber, event.flags)) return TapAnswer::deliver;
+    logger_.debug(ShortText("Evento botón ", event.buttonNumber, " consumido (swallowed)"));
+    return TapAnswer::swallow;
+}
+
+bool EventMonitor::shouldBypassMapping(const TapEvent& event) const {
+    if (event.type != EventType::otherMouseDown && event.type != EventType::otherMouseUp) return false;
+    if (ports_.screens.frontmostApplication() == systemMenuOwner) return true;
+    // The location counts from the top and the frames from the bottom; they are compared as they are.
+    return std::ranges::any_of(ports_.screens.frames(), [&event](const Rect& frame) {
+        return frame.contains(event.location) && event.location.y >= frame.maxY() - systemStripHeight;
+    });
+}
+
+// Scroll
+
+TapAnswer EventMonitor::handleScroll(TapEvent& event) {
+    if (isOverOwnWindow(event.location)) return TapAnswer::deliver;
+    const std::int64_t vertical = event.scrollDeltaAxis1;
+    const std::int64_t horizontal = event.scrollDeltaAxis2;
+    if (const std::int64_t delta = vertical != 0 ? vertical : horizontal; delta != 0) {
+        const std::int64_t button = delta >= 1 ? virtualScrollUp : virtualScrollDown;
+        if (offer(button, event.flags)) {
+            logger_.debug(ShortText("Evento scroll virtual ", button, " consumido (swallowed)"));
+            return TapAnswer::swallow;
+        }
+    }
+    const MouseEventInfo record{.type = "scrollWheel",
+                                .buttonNumber = -1,
+                                .scrollDeltaX = inThirtyTwoBits(horizontal),
+                                .scrollDeltaY = inThirtyTwoBits(vertical),
+                                .timestamp = ports_.clock.now()};
+    shapeScroll(event);
+    publish(record);
+    return TapAnswer::deliver;
+}
+
+void EventMonitor::shapeScroll(TapEvent& event) const {
+    std::int64_t horizontal = event.scrollDeltaAxis2;
+    std::int64_t vertical = event.scrollDeltaAxis1;
+    if (swapScrollDirection) {
+        horizontal = -horizontal;
+        vertical = -vertical;
+    }
+    const bool scales = horizontalScrollEnabled || scrollSpeedVertical != 1.0;
+    if (!scales && !swapScrollDirection) return;
+    if (scales) {
+        horizontal = scaledDelta(horizontal, horizontalScrollEnabled ? scrollSpeedHorizontal : 1.0);
+        vertical = scaledDelta(vertical, scrollSpeedVertical);
+    }
+    event.scrollDeltaAxis2 = event.scrollPointDeltaAxis2 = horizontal;
+    event.scrollDeltaAxis1 = event.scrollPointDeltaAxis1 = vertical;
+}
+
+// Motion
+
+TapAnswer EventMonitor::handleMotion(TapEvent& event) {
+    // First what most events are. Over an own window a movement passes as well, so the windows need not be
+    // asked.
+    if (mouseSpeed == 1.0 || event.sourceUserData == scaledMotionMarker) return TapAnswer::deliver;
+    if (isOverOwnWindow(event.location)) return TapAnswer::deliver;
+    const auto [scaledX, scaledY] = pointer_.scale(event.deltaX, event.deltaY, mouseSpeed, mouseAcceleration);
+    if (scaledX == event.deltaX && scaledY == event.deltaY) return TapAnswer::deliver;
+    if (!advancedMouseSpeedEnabled) {
+        event.deltaX = scaledX;
+        event.deltaY = scaledY;
+        return TapAnswer::deliver;
+    }
+    TapEvent copy = event;
+    copy.sourceUserData = scaledMotionMarker;
+    copy.location.x += static_cast<double>(scaledX - event.deltaX);
+    copy.location.y += static_cast<double>(scaledY - event.deltaY);
+    copy.deltaX = scaledX;
+    copy.deltaY = scaledY;
+    return ports_.poster.postCopy(copy, TapLocation::hid) ? TapAnswer::swallow : TapAnswer::deliver;
+}
+
+// Publishing: one turn of the main loop after the event, so that views never hold up the tap.
+
+void EventMonitor::publish(const MouseEventInfo& record) {
+    if (debugMode) {
+        if (record.type == "scrollWheel") {
+            logger_.debug(
+                ShortText("[", record.type, "] dx=", record.scrollDeltaX, " dy=", record.scrollDeltaY));
+        } else {
+            logger_.debug(ShortText("[", record.type, "] button=", record.buttonNumber));
+        }
+    }
+    pending_[(pendingStart_ + pendingCount_) % pending_.size()] = record;
+    if (pendingCount_ < pending_.size()) {
+        ++pendingCount_;
+    } else {
+        pendingStart_ = (pendingStart_ + 1) % pending_.size();
+    }
+    publishHop_->request();
+}
+
+void EventMonitor::deliverPublished() {
+    while (pendingCount_ > 0) {
+        const MouseEventInfo record = pending_[pendingStart_];
+        pendingStart_ = (pendingStart_ + 1) % pending_.size();
+        --pendingCount_;
+        lastEvent = record;
+        if (!debugMode) continue;
+        debugLog.update([&record](std::vector<MouseEventInfo>& log) {
+            log.insert(log.begin(), record);
+            if (log.size() > debugLogCapacity) log.pop_back();
+        });
+    }
+}
+
+// Settings
+
+std::optional<double> EventMonitor::storedDouble(std::string_view key) const {
+    return asDouble(ports_.defaults.object(key));
+}
+
+void EventMonitor::loadSpeedSettings() {
+    const auto loadScrollSpeed = [this](std::string_view key, Published<double>& speed) {
+        if (const auto stored = storedDouble(key)) speed = std::clamp(*stored, 0.2, 3.0);
+    };
+    const auto loadBool = [this](std::string_view key, Published<bool>& setting) {
+        if (const auto stored = asBool(ports_.defaults.object(key))) setting = *stored;
+    };
+    const auto resetMouseSpeed = [this] {
+        mouseSpeed = defaultMouseSpeed;
+        ports_.defaults.set(mouseSpeedKey, defaultMouseSpeed);
+    };
+    loadScrollSpeed(scrollSpeedVerticalKey, scrollSpeedVertical);
+    loadBool(horizontalScrollEnabledKey, horizontalScrollEnabled);
+    loadScrollSpeed(scrollSpeedHorizontalKey, scrollSpeedHorizontal);
+    loadBool(swapScrollDirectionKey, swapScrollDirection);
+    if (const auto stored = storedDouble(mouseSpeedKey)) {
+        if (*stored > maxMouseSpeed || *stored < minMouseSpeed) {
+            resetMouseSpeed();
+        } else {
+            mouseSpeed = *stored;
+        }
+    }
+    if (mouseSpeed > maxLoadedMouseSpeed) resetMouseSpeed();
+    loadBool(advancedMouseSpeedEnabledKey, advancedMouseSpeedEnabled);
+    if (const auto stored = storedDouble(mouseAccelerationKey))
+        mouseAcceleration = std::clamp(*stored, 0.0, 1.0);
+}
+
+void EventMonitor::persistSpeedSettings() {
+    ports_.defaults.set(scrollSpeedVerticalKey, scrollSpeedVertical.get());
+    ports_.defaults.set(horizontalScrollEnabledKey, horizontalScrollEnabled.get());
+    ports_.defaults.set(scrollSpeedHorizontalKey, scrollSpeedHorizontal.get());
+    ports_.defaults.set(swapScrollDirectionKey, swapScrollDirection.get());
+    ports_.defaults.set(mouseSpeedKey, mouseSpeed.get());
+    ports_.defaults.set(advancedMouseSpeedEnabledKey, advancedMouseSpeedEnabled.get());
+    ports_.defaults.set(mouseAccelerationKey, mouseAcceleration.get());
+}
+
+// The set of buttons
+
+void EventMonitor::ButtonSet::insert(std::int64_t number) {
+    if (number >= 0 && number < 64) {
+        small_.set(static_cast<std::size_t>(number));
+    } else {
+        others_.insert(number);
+    }
+}
+
+bool EventMonitor::ButtonSet::remove(std::int64_t number) {
+    if (number < 0 || number >= 64) return others_.erase(number) > 0;
+    const auto index = static_cast<std::size_t>(number);
+    const bool wasIn = small_.test(index);
+    small_.reset(index);
+    return wasIn;
+}
+
+void EventMonitor::ButtonSet::clear() {
+    small_.reset();
+    others_.clear();
+}
+
+}  // namespace trelvan

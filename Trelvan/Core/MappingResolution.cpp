@@ -1,0 +1,106 @@
+#include "Core/MappingResolution.hpp"
+
+namespace trelvan {
+
+namespace {
+
+constexpr bool contains(EventFlags flags, EventFlags wanted) {
+    return (flags & wanted) == wanted;
+}
+
+constexpr EventFlags bits(ButtonModifierTrigger first, ButtonModifierTrigger second) {
+    return flagBit(first) | flagBit(second);
+}
+
+/// The modifiers a slot asks for; 0 for a slot without triggers.
+EventFlags triggerBits(const ButtonMapping& mapping, FunctionSlot slot) {
+    switch (slot) {
+        case FunctionSlot::primary:
+            return bits(mapping.primaryTrigger1, mapping.primaryTrigger2);
+        // The third trigger of the secondary function is stored and never consulted.
+        case FunctionSlot::secondary:
+            return bits(mapping.secondaryTrigger1, mapping.secondaryTrigger2);
+        case FunctionSlot::tertiary:
+            return bits(mapping.tertiaryTrigger1, mapping.tertiaryTrigger2);
+        case FunctionSlot::quaternary:
+            return bits(mapping.quaternaryTrigger1, mapping.quaternaryTrigger2);
+    }
+    return 0;
+}
+
+bool isActive(const ButtonMapping& mapping, FunctionSlot slot, EventFlags flags) {
+    const EventFlags wanted = triggerBits(mapping, slot);
+    return wanted != 0 && contains(flags, wanted);
+}
+
+/// Whether the slot is in use and does something.
+bool isUsable(const ButtonMapping& mapping, FunctionSlot slot) {
+    return mapping.functionSlots > static_cast<std::int64_t>(slot) &&
+           actionOf(mapping, slot) != ButtonAction::none;
+}
+
+}  // namespace
+
+ButtonAction actionOf(const ButtonMapping& mapping, FunctionSlot slot) {
+    switch (slot) {
+        case FunctionSlot::primary:
+            return mapping.action;
+        case FunctionSlot::secondary:
+            return mapping.secondaryAction;
+        case FunctionSlot::tertiary:
+            return mapping.tertiaryAction;
+        case FunctionSlot::quaternary:
+            return mapping.quaternaryAction;
+    }
+    return ButtonAction::none;
+}
+
+const CustomShortcut& shortcutOf(const ButtonMapping& mapping, FunctionSlot slot) {
+    switch (slot) {
+        case FunctionSlot::primary:
+            break;
+        case FunctionSlot::secondary:
+            return mapping.secondaryShortcut;
+        case FunctionSlot::tertiary:
+            return mapping.tertiaryShortcut;
+        case FunctionSlot::quaternary:
+            return mapping.quaternaryShortcut;
+    }
+    return mapping.shortcut;
+}
+
+bool isPrimaryModifiersMatch(const ButtonMapping& mapping, EventFlags flags) {
+    return contains(flags, triggerBits(mapping, FunctionSlot::primary));
+}
+
+bool areSecondaryModifiersActive(const ButtonMapping& mapping, EventFlags flags) {
+    return isActive(mapping, FunctionSlot::secondary, flags);
+}
+
+bool areTertiaryModifiersActive(const ButtonMapping& mapping, EventFlags flags) {
+    return isActive(mapping, FunctionSlot::tertiary, flags);
+}
+
+bool areQuaternaryModifiersActive(const ButtonMapping& mapping, EventFlags flags) {
+    return isActive(mapping, FunctionSlot::quaternary, flags);
+}
+
+std::optional<ResolvedFunction> resolvedAlternateAction(const ButtonMapping& mapping, EventFlags flags) {
+    for (const auto slot : {FunctionSlot::quaternary, FunctionSlot::tertiary, FunctionSlot::secondary}) {
+        if (isUsable(mapping, slot) && isActive(mapping, slot, flags))
+            return ResolvedFunction{actionOf(mapping, slot), slot};
+    }
+    return std::nullopt;
+}
+
+ResolvedFunction resolvedAction(const ButtonMapping& mapping, EventFlags flags) {
+    if (const auto triggered = resolvedAlternateAction(mapping, flags)) return *triggered;
+    if (isPrimaryModifiersMatch(mapping, flags)) return {mapping.action, FunctionSlot::primary};
+    for (const auto slot : {FunctionSlot::secondary, FunctionSlot::tertiary, FunctionSlot::quaternary}) {
+        if (isUsable(mapping, slot) && triggerBits(mapping, slot) == 0)
+            return {actionOf(mapping, slot), slot};
+    }
+    return {};
+}
+
+}  // namespace trelvan

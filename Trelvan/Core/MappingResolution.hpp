@@ -1,0 +1,60 @@
+#pragma once
+
+#include "Core/Model/ButtonMapping.hpp"
+#include "Platform/Quartz.hpp"
+
+#include <cstdint>
+#include <optional>
+
+namespace trelvan {
+
+/// The functions of a mapping, in order.
+enum class FunctionSlot : std::uint8_t { primary, secondary, tertiary, quaternary };
+
+/// The function that fires.
+struct ResolvedFunction {
+    ButtonAction action = ButtonAction::none;
+    FunctionSlot slot = FunctionSlot::primary;
+    friend bool operator==(const ResolvedFunction&, const ResolvedFunction&) = default;
+};
+
+/// The flag bit that a trigger stands for; 0 for `none`.
+[[nodiscard]] constexpr EventFlags flagBit(ButtonModifierTrigger trigger) {
+    switch (trigger) {
+        case ButtonModifierTrigger::none:
+            return 0;
+        case ButtonModifierTrigger::shift:
+            return flag::shift;
+        case ButtonModifierTrigger::option:
+            return flag::option;
+        case ButtonModifierTrigger::control:
+            return flag::control;
+        case ButtonModifierTrigger::command:
+            return flag::command;
+        case ButtonModifierTrigger::function:
+            return flag::function;
+    }
+    return 0;
+}
+
+// The modifier tests are subset tests: further modifiers held never prevent a match. A primary function
+// without triggers always matches; another function without triggers is never active.
+[[nodiscard]] bool isPrimaryModifiersMatch(const ButtonMapping& mapping, EventFlags flags);
+[[nodiscard]] bool areSecondaryModifiersActive(const ButtonMapping& mapping, EventFlags flags);
+[[nodiscard]] bool areTertiaryModifiersActive(const ButtonMapping& mapping, EventFlags flags);
+[[nodiscard]] bool areQuaternaryModifiersActive(const ButtonMapping& mapping, EventFlags flags);
+
+/// The function that fires with these modifiers held: the highest triggered slot in use, else the primary
+/// when its modifiers are held, else the lowest usable slot without triggers, else (`none`, `primary`).
+[[nodiscard]] ResolvedFunction resolvedAction(const ButtonMapping& mapping, EventFlags flags);
+
+/// The triggered slots alone, for buttons whose primary function is their own click. None when none fires.
+[[nodiscard]] std::optional<ResolvedFunction> resolvedAlternateAction(const ButtonMapping& mapping,
+                                                                      EventFlags flags);
+
+/// The action of a slot.
+[[nodiscard]] ButtonAction actionOf(const ButtonMapping& mapping, FunctionSlot slot);
+/// The custom shortcut of a slot.
+[[nodiscard]] const CustomShortcut& shortcutOf(const ButtonMapping& mapping, FunctionSlot slot);
+
+}  // namespace trelvan

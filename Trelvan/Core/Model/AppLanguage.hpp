@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Core/Model/RawRepresentable.hpp"
+#include "Platform/UserDefaults.hpp"
+
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace trelvan {
+
+/// A language of the interface; stored by its raw value.
+enum class AppLanguage { english, spanish };
+
+template <>
+struct RawValueTable<AppLanguage> {
+    static constexpr std::string_view noun = "a language";
+    static constexpr std::array<std::string_view, 2> rawValues{"English", "Español"};
+};
+
+/// The settings key that holds the raw value of the interface's language.
+inline constexpr std::string_view languageKey = "general_language";
+
+/// The language that a setting's text stands for: English unless it is the Spanish raw value.
+[[nodiscard]] inline AppLanguage languageFromSetting(std::string_view setting) {
+    return fromRawValue<AppLanguage>(setting).value_or(AppLanguage::english);
+}
+
+/// The text of the language setting as it is now; the English raw value when nothing is stored.
+[[nodiscard]] inline std::string languageSetting(const UserDefaults& defaults) {
+    return asText(defaults.object(languageKey)).value_or(std::string(rawValue(AppLanguage::english)));
+}
+
+/// The one of a pair of texts that the language shows.
+constexpr std::string_view localized(AppLanguage language, std::string_view english,
+                                     std::string_view spanish) {
+    return language == AppLanguage::spanish ? spanish : english;
+}
+
+}  // namespace trelvan

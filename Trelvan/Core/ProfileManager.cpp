@@ -1,0 +1,303 @@
+#include "Core/ProfileManager.hpp"
+
+#include "Core/Model/ButtonNumbers.hpp"
+#include "Core/Model/ProfileNormalization.hpp"
+#include "Core/Model/RecordCoding.hpp"
+#include "Utilities/Text.hpp"
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+namespace trelvan {
+
+namespace {
+
+/// What a stored value of any kind would lose if it were overwritten.
+Data bytesOf(const DefaultsValue& value) {
+    return std::visit(
+        [](const auto& content) -> Data {
+            using Content = std::remove_cvref_t<decltype(content)>;
+            if constexpr (std::is_same_v<Content, Data>) {
+                return content;
+            } else if constexpr (std::is_same_v<Content, std::string>) {
+                return {content};
+            } else if constexpr (std::is_same_v<Content, bool>) {
+                return {content ? "true" : "false"};
+            } else {
+                return {std::to_string(content)};
+            }
+        },
+        value);
+}
+
+/// Where the stored profiles stop being readable, in the words of the log.
+std::string placeOf(const CodingError& error) {
+    if (error.position) {
+        return "no es JSON válido en la línea " + std::to_string(error.position->line) + ", columna " +
+               std::to_string(error.position->column);
+    }
+    if (error.path.empty()) return "no es una lista de perfiles";
+    return "dato no válido en '" + error.path + "'";
+}
+
+}  // namespace
+
+ProfileManager::ProfileManager(UserDefaults& defaults, Logger& logger, UuidSource newId)
+    : defaults_(defaults), logger_(logger), newId_(std::move(newId)) {
+    load();
+}
+
+void ProfileManager::load() {
+    auto loaded = storedProfiles();
+    if (loaded && !loaded->empty()) {
+        for (auto& profile : *loaded) profile = normalizeProfile(std::move(profile));
+        replaceProfiles(std::move(*loaded));
+    } else {
+        replaceProfiles({defaultProfile()});
+    }
+
+    std::optional<Uuid> active;
+    if (const auto text = asText(defaults_.object(activeKey))) active = Uuid::parse(*text);
+    if (!active || !indexOf(*active)) active = profiles->front().id;
+    replaceActiveProfileID(active);
+    logger_.info(
+        ShortText("Perfiles cargados: ", profiles->size(), ". Activo: '", activeProfile().name, "'"));
+}
+
+std::optional<ProfileManager::Profiles> ProfileManager::storedProfiles() {
+    unreadable_.reset();
+    const auto stored = defaults_.object(storageKey);
+    if (!stored) return std::nullopt;
+    const auto* data = std::get_if<Data>(&*stored);
+    if (data == nullptr) {
+        keepUnreadable(*stored, "el valor no es de tipo datos");
+        return std::nullopt;
+    }
+    if (data->bytes.empty()) return std::nullopt;
+    auto decoded = decodeProfiles(data->bytes, newId_);
+    if (!decoded) {
+        keepUnreadable(*stored, placeOf(decoded.error()));
+        return std::nullopt;
+    }
+    return std::move(*decoded);
+}
+
+void ProfileManager::keepUnreadable(const DefaultsValue& stored, std::string_view reason) {
+    unreadable_ = bytesOf(stored);
+    logger_.warning(ShortText("No se pudieron leer los perfiles guardados: ", reason,
+                              ". Se usa el perfil por defecto y se conservan los datos"));
+}
+
+bool ProfileManager::putUnreadableAside() {
+    if (!unreadable_) return true;
+    const auto place = defaults_.putAside(storageKey, *unreadable_);
+    if (!place) {
+        logger_.error("No se pudieron copiar los perfiles ilegibles; no se guardan los cambios");
+        return false;
+    }
+    logger_.warning(ShortText("Los perfiles ilegibles se han copiado en '", *place, "'"));
+    unreadable_.reset();
+    return true;
+}
+
+void ProfileManager::save() {
+    auto encoded = encodeProfiles(profiles);
+    if (!encoded || !putUnreadableAside()) return;
+    defaults_.set(storageKey, Data{std::move(*encoded)});
+}
+
+const TrackballProfile& ProfileManager::activeProfile() const {
+    return profiles->empty() ? defaultProfile() : profiles.get()[activeIndex()];
+}
+
+std::shared_ptr<const ProfileSnapshot> ProfileManager::activeSnapshot() const {
+    if (!snapshot_) snapshot_ = std::make_shared<const ProfileSnapshot>(activeProfile());
+    return snapshot_;
+}
+
+void ProfileManager::setActiveProfile(TrackballProfile profile) {
+    const auto index = indexOf(profile.id);
+    if (!index) return;
+    changeProfile(*index, [&](TrackballProfile& old) { old = std::move(profile); });
+    save();
+}
+
+void ProfileManager::setActive(const TrackballProfile& profile) {
+    // The argument may be an element of what observers of the change are about to replace.
+    const std::string name = profile.name;
+    const Uuid id = profile.id;
+    replaceActiveProfileID(id);
+    defaults_.set(activeKey, id.text());
+    logger_.info(ShortText("Perfil activo: '", name, "'"));
+}
+
+TrackballProfile ProfileManager::createProfile(std::string name) {
+    TrackballProfile created = minimalProfile();
+    created.id = newId_();
+    created.name = std::move(name);
+    Profiles changed = profiles;
+    changed.push_back(created);
+    replaceProfiles(std::move(changed));
+    save();
+    logger_.info(ShortText("Perfil creado: '", created.name, "'"));
+    return created;
+}
+
+void ProfileManager::rename(const Uuid& profileID, std::string_view newName) {
+    const std::string name(trimmed(newName));
+    const auto index = indexOf(profileID);
+    if (name.empty() || !index) return;
+    changeProfile(*index, [&](TrackballProfile& profile) { profile.name = name; });
+    save();
+    logger_.info(ShortText("Perfil renombrado: '", name, "'"));
+}
+
+TrackballProfile ProfileManager::duplicate(const TrackballProfile& profile) {
+    TrackballProfile copy = profile;
+    copy.id = newId_();
+    copy.name += " (copia)";
+    copy = normalizeProfile(std::move(copy));
+    Profiles changed = profiles;
+    changed.push_back(copy);
+    replaceProfiles(std::move(changed));
+    save();
+    return copy;
+}
+
+void ProfileManager::deleteProfile(const Uuid& profileID) {
+    if (profiles->size() < 2) {
+        logger_.warning("No se puede eliminar el único perfil");
+        return;
+    }
+    const auto index = indexOf(profileID);
+    if (!index) return;
+    // The argument may be the identifier inside the profile that goes.
+    const Uuid removed = profileID;
+    Profiles changed = profiles;
+    const std::string name = std::move(changed[*index].name);
+    changed.erase(std::next(changed.begin(), static_cast<std::ptrdiff_t>(*index)));
+    replaceProfiles(std::move(changed));
+    if (activeProfileID.get() == removed) replaceActiveProfileID(profiles->front().id);
+    save();
+    logger_.info(ShortText("Perfil eliminado: '", name, "'"));
+}
+
+void ProfileManager::updateMapping(ButtonMapping mapping, const Uuid& profileID) {
+    const auto profile = indexOf(profileID);
+    if (!profile) return;
+    const auto place = mappingIndex(*profile, mapping.id);
+    if (!place) return;
+    changeProfile(*profile, [&](TrackballProfile& changed) {
+        changed.mappings[*place] = normalizeMapping(std::move(mapping));
+    });
+    save();
+}
+
+void ProfileManager::addExtraButtonMapping(std::int64_t buttonNumber) {
+    if (buttonNumber < firstExtraButtonNumber) return;
+    const auto& mappings = activeProfile().mappings;
+    if (std::ranges::find(mappings, buttonNumber, &ButtonMapping::buttonNumber) != mappings.end()) return;
+    appendToActive(buttonNumber, std::string(ShortText("Botón extra ", buttonNumber - 1).view()));
+}
+
+void ProfileManager::addScrollMappings() {
+    std::int64_t lowest = scrollUpButtonNumber + 1;
+    for (const auto& mapping : activeProfile().mappings) lowest = std::min(lowest, mapping.buttonNumber);
+    if (lowest == std::numeric_limits<std::int64_t>::min()) return;
+    const std::int64_t number = lowest - 1;
+    const auto sameDirection =
+        std::ranges::count_if(activeProfile().mappings, [&](const ButtonMapping& mapping) {
+            return isScrollButton(mapping.buttonNumber) &&
+                   isEvenButton(mapping.buttonNumber) == isEvenButton(number);
+        });
+    const std::string_view direction = isEvenButton(number) ? "Scroll Up " : "Scroll Down ";
+    appendToActive(number, std::string(ShortText(direction, sameDirection + 1).view()));
+}
+
+void ProfileManager::appendToActive(std::int64_t buttonNumber, std::string label) {
+    if (profiles->empty()) return;
+    changeProfile(activeIndex(), [&](TrackballProfile& profile) {
+        profile.mappings.push_back(ButtonMapping::unassigned(newId_(), buttonNumber, std::move(label)));
+    });
+    save();
+}
+
+void ProfileManager::removeExtraButtonMapping(const Uuid& mappingID, const Uuid& profileID) {
+    const auto profile = indexOf(profileID);
+    if (!profile) return;
+    const auto place = mappingIndex(*profile, mappingID);
+    if (!place) return;
+    const auto number = profiles.get()[*profile].mappings[*place].buttonNumber;
+    if (number < firstExtraButtonNumber && !isScrollButton(number)) return;
+    changeProfile(*profile, [&](TrackballProfile& changed) {
+        changed.mappings.erase(std::next(changed.mappings.begin(), static_cast<std::ptrdiff_t>(*place)));
+    });
+    save();
+}
+
+void ProfileManager::moveMapping(const Uuid& mappingID, const Uuid& profileID, MoveDirection direction) {
+    const auto profile = indexOf(profileID);
+    if (!profile) return;
+    const auto place = mappingIndex(*profile, mappingID);
+    if (!place) return;
+    const bool towardsStart = direction == MoveDirection::towardsStart;
+    const std::size_t end = towardsStart ? 0 : profiles.get()[*profile].mappings.size() - 1;
+    if (*place == end) return;
+    const std::size_t neighbour = towardsStart ? *place - 1 : *place + 1;
+    changeProfile(*profile, [&](TrackballProfile& changed) {
+        std::swap(changed.mappings[*place], changed.mappings[neighbour]);
+    });
+    save();
+}
+
+std::optional<std::size_t> ProfileManager::indexOf(const Uuid& profileID) const {
+    const auto found = std::ranges::find(profiles.get(), profileID, &TrackballProfile::id);
+    if (found == profiles->end()) return std::nullopt;
+    return static_cast<std::size_t>(found - profiles->begin());
+}
+
+std::optional<std::size_t> ProfileManager::mappingIndex(std::size_t profile, const Uuid& mappingID) const {
+    const auto& mappings = profiles.get()[profile].mappings;
+    const auto found = std::ranges::find(mappings, mappingID, &ButtonMapping::id);
+    if (found == mappings.end()) return std::nullopt;
+    return static_cast<std::size_t>(found - mappings.begin());
+}
+
+std::size_t ProfileManager::activeIndex() const {
+    const auto& id = activeProfileID.get();
+    return id ? indexOf(*id).value_or(0) : 0;
+}
+
+const TrackballProfile& ProfileManager::defaultProfile() const {
+    if (!defaultProfile_) defaultProfile_ = TrackballProfile::defaultProfile(newId_);
+    return *defaultProfile_;
+}
+
+const TrackballProfile& ProfileManager::minimalProfile() const {
+    if (!minimalProfile_) minimalProfile_ = TrackballProfile::minimalProfile(newId_);
+    return *minimalProfile_;
+}
+
+void ProfileManager::replaceProfiles(Profiles changed) {
+    profiles = std::move(changed);
+    // Only now: an observer that asked for the snapshot was told before the change and got the old one.
+    snapshot_.reset();
+}
+
+void ProfileManager::replaceActiveProfileID(std::optional<Uuid> changed) {
+    activeProfileID = changed;
+    snapshot_.reset();
+}
+
+template <typename Change>
+void ProfileManager::changeProfile(std::size_t index, Change&& change) {
+    Profiles changed = profiles;
+    std::forward<Change>(change)(changed[index]);
+    replaceProfiles(std::move(changed));
+}
+
+}  // namespace trelvan

@@ -1,0 +1,103 @@
+#pragma once
+
+#include "Core/Model/CodingError.hpp"
+#include "Core/Model/ProfileSnapshot.hpp"
+#include "Core/Model/TrackballProfile.hpp"
+#include "Platform/UserDefaults.hpp"
+#include "Utilities/Logger.hpp"
+#include "Utilities/PublishedBy.hpp"
+#include "Utilities/Uuid.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace trelvan {
+
+/// Which neighbour a mapping changes places with.
+enum class MoveDirection { towardsStart, towardsEnd };
+
+/// Owns the list of profiles and the choice of the active one, and keeps both in the user defaults.
+///
+/// Main thread. Operations on what does not exist, and refused ones, change and store nothing.
+class ProfileManager {
+  public:
+    using Profiles = std::vector<TrackballProfile>;
+
+    /// The settings key of the profile list.
+    static constexpr std::string_view storageKey = "trackball_profiles";
+    /// The settings key of the active profile's identifier.
+    static constexpr std::string_view activeKey = "trackball_active_profile";
+
+    /// Loads what is stored. The defaults and the logger must outlive the manager.
+    ProfileManager(UserDefaults& defaults, Logger& logger, UuidSource newId = Uuid::random);
+
+    /// In order of creation; never empty.
+    PublishedBy<Profiles, ProfileManager> profiles;
+    PublishedBy<std::optional<Uuid>, ProfileManager> activeProfileID;
+
+    /// Reads the stored profiles and the stored choice again, in place of those in memory.
+    void load();
+    /// Stores all profiles. Profiles that could not be read at load are copied aside before they are
+    /// overwritten; as long as that fails nothing is stored.
+    void save();
+
+    /// The profile with the active identifier, otherwise the first one. Valid until the next change.
+    [[nodiscard]] const TrackballProfile& activeProfile() const;
+    /// The active profile, unchanging and indexed by button. Allocates only after a change.
+    [[nodiscard]] std::shared_ptr<const ProfileSnapshot> activeSnapshot() const;
+    /// Replaces the profile that has the same identifier.
+    void setActiveProfile(TrackballProfile profile);
+
+    void setActive(const TrackballProfile& profile);
+    /// Adds a profile with the left and right buttons only; it does not become active.
+    TrackballProfile createProfile(std::string name);
+    void rename(const Uuid& profileID, std::string_view newName);
+    /// Adds a copy under a name of its own; it does not become active.
+    TrackballProfile duplicate(const TrackballProfile& profile);
+    /// The last profile stays.
+    void deleteProfile(const Uuid& profileID);
+
+    /// Replaces the mapping that has the same identifier.
+    void updateMapping(ButtonMapping mapping, const Uuid& profileID);
+    /// To the active profile, unless it maps the button already; 2 and up.
+    void addExtraButtonMapping(std::int64_t buttonNumber);
+    /// Adds one mapping to the active profile, for the scroll directions by turns.
+    void addScrollMappings();
+    /// Buttons of 2 and up and scroll mappings only.
+    void removeExtraButtonMapping(const Uuid& mappingID, const Uuid& profileID);
+    void moveMapping(const Uuid& mappingID, const Uuid& profileID, MoveDirection direction);
+
+  private:
+    [[nodiscard]] std::optional<Profiles> storedProfiles();
+    void keepUnreadable(const DefaultsValue& stored, std::string_view reason);
+    [[nodiscard]] bool putUnreadableAside();
+    [[nodiscard]] std::optional<std::size_t> indexOf(const Uuid& profileID) const;
+    [[nodiscard]] std::optional<std::size_t> mappingIndex(std::size_t profile, const Uuid& mappingID) const;
+    [[nodiscard]] std::size_t activeIndex() const;
+    void appendToActive(std::int64_t buttonNumber, std::string label);
+    [[nodiscard]] const TrackballProfile& defaultProfile() const;
+    [[nodiscard]] const TrackballProfile& minimalProfile() const;
+    void replaceProfiles(Profiles changed);
+    void replaceActiveProfileID(std::optional<Uuid> changed);
+    template <typename Change>
+    void changeProfile(std::size_t index, Change&& change);
+
+    UserDefaults& defaults_;
+    Logger& logger_;
+    UuidSource newId_;
+    /// Stored bytes that the next save would lose.
+    std::optional<Data> unreadable_;
+    /// The templates, made when first needed and then kept: profiles made from one share its mapping
+    /// identifiers.
+    mutable std::optional<TrackballProfile> defaultProfile_;
+    mutable std::optional<TrackballProfile> minimalProfile_;
+    /// None after a change.
+    mutable std::shared_ptr<const ProfileSnapshot> snapshot_;
+};
+
+}  // namespace trelvan

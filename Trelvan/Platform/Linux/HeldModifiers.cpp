@@ -1,0 +1,116 @@
+#include "Platform/Linux/HeldModifiers.hpp"
+
+#include "Platform/Linux/KeyTable.hpp"
+#include "Platform/Linux/X11.hpp"
+#include "Platform/Linux/XErrorScope.hpp"
+
+#include <algorithm>
+#include <memory>
+#include <string_view>
+
+namespace trelvan {
+
+namespace {
+
+using DeviceList = std::unique_ptr<XIDeviceInfo, decltype(&XIFreeDeviceInfo)>;
+using DeviceState = std::unique_ptr<XDeviceState, decltype(&XFreeDeviceState)>;
+
+constexpr std::string_view xtestSuffix = "XTEST keyboard";
+
+void addKeys(Display* display, int deviceId, std::vector<bool>& down) {
+    XDevice* device = XOpenDevice(display, static_cast<XID>(deviceId));
+    if (device == nullptr) return;
+    const DeviceState state(XQueryDeviceState(display, device), &XFreeDeviceState);
+    const XInputClass* each = state ? state->data : nullptr;
+    for (int left = state ? state->num_classes : 0; left > 0; --left) {
+        if (each->c_class == KeyClass) {
+            const auto& keys = reinterpret_cast<const XKeyState&>(*each);
+            for (int keycode = 8; keycode < 256; ++keycode) {
+                if (x11::isSet(reinterpret_cast<const unsigned char*>(keys.keys), 32, keycode)) {
+                    down[static_cast<std::size_t>(keycode)] = true;
+                }
+            }
+        }
+        each = reinterpret_cast<const XInputClass*>(reinterpret_cast<const char*>(each) + each->length);
+    }
+    XCloseDevice(display, device);
+}
+
+}  // namespace
+
+std::vector<bool> HeldModifiers::physicallyDown() const {
+    std::vector<bool> down(256, false);
+    const XErrorScope scope(display_);
+    int count = 0;
+    const DeviceList devices(XIQueryDevice(display_, XIAllDevices, &count), &XIFreeDeviceInfo);
+    for (int index = 0; devices && index < count; ++index) {
+        const XIDeviceInfo& info = devices.get()[index];
+        if (info.use != XISlaveKeyboard || !info.enabled) continue;
+        if (std::string_view(info.name).ends_with(xtestSuffix)) continue;
+        addKeys(display_, info.deviceid, down);
+    }
+    return down;
+}
+
+void HeldModifiers::suspendAllBut(unsigned wanted, const ModifierMap& map) {
+    XkbStateRec state{};
+    XkbGetState(display_, XkbUseCoreKbd, &state);
+    const unsigned caps = LockMask;
+    const unsigned unwanted = state.base_mods & ~wanted & ~caps;
+    if (unwanted == 0) return;
+    map_ = map;
+    menuModifiers_ = map.super | map.alt;
+    const auto down = physicallyDown();
+    std::vector<int> lifted;
+    for (const int keycode : map.keycodes(unwanted)) {
+        if ((map.modifiersOf(keycode) & wanted) != 0 || ledger_.isKeyDown(keycode)) continue;
+        if (down[static_cast<std::size_t>(keycode)]) lifted.push_back(keycode);
+    }
+    mask(lifted);
+    for (const int keycode : lifted) {
+        std::erase(putBack_, keycode);
+        ledger_.key(keycode, false);
+        suspended_.push_back(keycode);
+    }
+}
+
+void HeldModifiers::resume() {
+    if (suspended_.empty()) return;
+    const auto down = physicallyDown();
+    std::vector<int> back;
+    for (const int keycode : suspended_) {
+        if (!down[static_cast<std::size_t>(keycode)]) continue;
+        back.push_back(keycode);
+        putBack_.push_back(keycode);
+        XTestFakeKeyEvent(display_, static_cast<unsigned>(keycode), x11::yes, CurrentTime);
+    }
+    suspended_.clear();
+    mask(back);
+    // The user may have let go between the question and the press.
+    settle();
+}
+
+void HeldModifiers::mask(const std::vector<int>& keycodes) {
+    const bool opensMenus = std::ranges::any_of(
+        keycodes, [&](int keycode) { return (map_.modifiersOf(keycode) & menuModifiers_) != 0; });
+    const auto control = KeyTable::xKeycode(key::control);
+    if (!opensMenus || !control || ledger_.isKeyDown(*control)) return;
+    ledger_.key(*control, true);
+    ledger_.key(*control, false);
+}
+
+void HeldModifiers::settle() {
+    if (putBack_.empty()) return;
+    const auto down = physicallyDown();
+    std::erase_if(putBack_, [&](int keycode) {
+        if (down[static_cast<std::size_t>(keycode)]) return false;
+        ledger_.key(keycode, false);
+        return true;
+    });
+}
+
+void HeldModifiers::forgetBeforePress(int keycode) {
+    if (std::erase(putBack_, keycode) > 0) ledger_.key(keycode, false);
+}
+
+}  // namespace trelvan

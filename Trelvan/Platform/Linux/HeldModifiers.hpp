@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Platform/Linux/ModifierMap.hpp"
+#include "Platform/Linux/XTestLedger.hpp"
+
+#include <vector>
+
+namespace trelvan {
+
+/// Takes the modifier keys that the user holds out of the way of a synthetic shortcut and gives them back.
+///
+/// A release through XTEST lifts the key for the applications although a keyboard still holds it; a press
+/// puts it back, and the keyboard's own release then lifts it for good. The press leaves the key down on the
+/// XTEST device alone, which nobody sees but which would make its next press a repetition, so it is lifted
+/// there as soon as the user lets the key go. Not thread-safe; guarded by the poster's lock.
+class HeldModifiers {
+  public:
+    HeldModifiers(_XDisplay* display, XTestLedger& ledger) : display_(display), ledger_(ledger) {}
+
+    /// Lifts the held modifier keys that set none of the wanted modifiers.
+    void suspendAllBut(unsigned wanted, const ModifierMap& map);
+    /// Puts back those that are still held.
+    void resume();
+    [[nodiscard]] bool anySuspended() const { return !suspended_.empty(); }
+
+    /// Lifts keys that were put back and that the user has let go since.
+    void settle();
+    /// A key that was put back is about to be pressed: its press must not count as a repetition.
+    void forgetBeforePress(int keycode);
+    [[nodiscard]] bool anyPutBack() const { return !putBack_.empty(); }
+
+  private:
+    /// Whether keycodes are down on a real keyboard, by key code.
+    [[nodiscard]] std::vector<bool> physicallyDown() const;
+    /// A lone tap of Super or Alt opens menus; a tap of Control in between makes it none.
+    void mask(const std::vector<int>& keycodes);
+
+    _XDisplay* display_;
+    XTestLedger& ledger_;
+    std::vector<int> suspended_;
+    std::vector<int> putBack_;
+    unsigned menuModifiers_ = 0;
+    ModifierMap map_;
+};
+
+}  // namespace trelvan

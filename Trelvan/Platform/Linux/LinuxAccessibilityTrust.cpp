@@ -1,0 +1,20 @@
+#include "Platform/Linux/LinuxAccessibilityTrust.hpp"
+
+#include "Platform/Linux/X11.hpp"
+#include "Platform/Linux/XErrorScope.hpp"
+
+namespace trelvan {
+
+bool LinuxAccessibilityTrust::isTrusted() {
+    // An untrusted client (X SECURITY) has both extensions hidden from it.
+    const XErrorScope scope(connection_.display());
+    int event = 0;
+    int error = 0;
+    int major = 0;
+    int minor = 0;
+    int opcode = 0;
+    return XTestQueryExtension(connection_.display(), &event, &error, &major, &minor) != 0 &&
+           XQueryExtension(connection_.display(), "XInputExtension", &opcode, &event, &error) != 0;
+}
+
+}  // namespace trelvan

@@ -1,0 +1,192 @@
+#include "Platform/Linux/LinuxEventPoster.hpp"
+
+#include "Platform/Linux/ButtonNumbers.hpp"
+#include "Platform/Linux/KeyTable.hpp"
+#include "Platform/Linux/X11.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace trelvan {
+
+namespace {
+
+/// The states in the middle byte of a media key's data.
+constexpr std::int64_t mediaDown = 0xA;
+constexpr std::int64_t mediaUp = 0xB;
+
+struct ButtonEdge {
+    bool isButton = false;
+    bool down = false;
+};
+
+ButtonEdge edgeOf(EventType type) {
+    switch (type) {
+        case EventType::leftMouseDown:
+        case EventType::rightMouseDown:
+        case EventType::otherMouseDown:
+            return {.isButton = true, .down = true};
+        case EventType::leftMouseUp:
+        case EventType::rightMouseUp:
+        case EventType::otherMouseUp:
+            return {.isButton = true, .down = false};
+        default:
+            return {};
+    }
+}
+
+bool isMotion(EventType type) {
+    return type == EventType::mouseMoved || type == EventType::leftMouseDragged ||
+           type == EventType::rightMouseDragged || type == EventType::otherMouseDragged;
+}
+
+}  // namespace
+
+LinuxEventPoster::LinuxEventPoster(std::unique_ptr<XConnection> connection, LinuxEventTap& tap)
+    : connection_(std::move(connection)),
+      tap_(tap),
+      ledger_(connection_->display()),
+      held_(connection_->display(), ledger_),
+      map_(ModifierMap::read(connection_->display())),
+      mediaKeys_(connection_->display()) {
+    XkbSelectEvents(connection_->display(), XkbUseCoreKbd, XkbMapNotifyMask | XkbNewKeyboardNotifyMask,
+                    XkbMapNotifyMask | XkbNewKeyboardNotifyMask);
+}
+
+LinuxEventPoster::~LinuxEventPoster() {
+    const std::lock_guard lock(mutex_);
+    ledger_.releaseAll();
+    held_.resume();
+    XSync(connection_->display(), x11::no);
+}
+
+std::optional<KeyEvent> LinuxEventPoster::makeKey(EventSourceState /*source*/, KeyCode keyCode, bool down,
+                                                  EventFlags flags) {
+    if (!KeyTable::xKeycode(keyCode)) return std::nullopt;
+    return KeyEvent{.keyCode = keyCode, .down = down, .flags = flags, .native = {}};
+}
+
+std::optional<MouseEvent> LinuxEventPoster::makeMouse(EventType type, std::int64_t buttonNumber,
+                                                      Point location) {
+    const bool isKnown = edgeOf(type).isButton ? xButton(buttonNumber).has_value() : isMotion(type);
+    if (!isKnown) return std::nullopt;
+    return MouseEvent{.type = type, .buttonNumber = buttonNumber, .location = location, .native = {}};
+}
+
+void LinuxEventPoster::refresh() {
+    Display* display = connection_->display();
+    bool changed = false;
+    while (XPending(display) > 0) {
+        XEvent event;
+        XNextEvent(display, &event);
+        if (event.type == MappingNotify) {
+            XRefreshKeyboardMapping(&event.xmapping);
+            changed = true;
+        } else if (event.type == connection_->keyboardEventBase()) {
+            auto& notice = reinterpret_cast<XkbEvent&>(event);
+            if (notice.any.xkb_type == XkbMapNotify) XkbRefreshKeyboardMapping(&notice.map);
+            changed = true;
+        }
+    }
+    if (changed) map_ = ModifierMap::read(display);
+}
+
+void LinuxEventPoster::post(const KeyEvent& event, TapLocation /*at*/) {
+    const auto keycode = KeyTable::xKeycode(event.keyCode);
+    if (!keycode) return;
+    const std::lock_guard lock(mutex_);
+    refresh();
+    if (event.down) {
+        pressKey(*keycode, event.flags);
+    } else {
+        releaseKey(*keycode);
+    }
+    XFlush(connection_->display());
+}
+
+void LinuxEventPoster::pressKey(int keycode, EventFlags flags) {
+    const unsigned wanted = map_.modifiers(flags);
+    held_.settle();
+    held_.suspendAllBut(wanted, map_);
+    if (map_.modifiersOf(keycode) == 0) pressMissing(keycode, wanted);
+    held_.forgetBeforePress(keycode);
+    ledger_.key(keycode, true);
+}
+
+void LinuxEventPoster::pressMissing(int keycode, unsigned wanted) {
+    XkbStateRec state{};
+    XkbGetState(connection_->display(), XkbUseCoreKbd, &state);
+    for (const KeyCode modifier : {key::control, key::option, key::shift, key::command}) {
+        const auto companion = KeyTable::xKeycode(modifier);
+        const unsigned sets = companion ? map_.modifiersOf(*companion) : 0;
+        if ((sets & wanted) == 0 || (sets & state.mods) != 0) continue;
+        held_.forgetBeforePress(*companion);
+        ledger_.key(*companion, true);
+        companions_[static_cast<std::size_t>(keycode)].push_back(*companion);
+    }
+}
+
+void LinuxEventPoster::releaseKey(int keycode) {
+    ledger_.key(keycode, false);
+    auto& companions = companions_[static_cast<std::size_t>(keycode)];
+    std::ranges::for_each(companions.rbegin(), companions.rend(),
+                          [this](int companion) { ledger_.key(companion, false); });
+    companions.clear();
+    if (!ledger_.anyKeyDown()) held_.resume();
+}
+
+void LinuxEventPoster::post(const MouseEvent& event, TapLocation /*at*/) {
+    const std::lock_guard lock(mutex_);
+    moveTo(event.location);
+    const ButtonEdge edge = edgeOf(event.type);
+    const auto button = xButton(event.buttonNumber);
+    if (edge.isButton && button) ledger_.button(*button, edge.down);
+    XFlush(connection_->display());
+}
+
+void LinuxEventPoster::moveTo(Point location) {
+    Display* display = connection_->display();
+    const int x = static_cast<int>(std::lround(location.x));
+    const int y = static_cast<int>(std::lround(location.y));
+    Window root = 0;
+    Window child = 0;
+    int rootX = 0;
+    int rootY = 0;
+    int windowX = 0;
+    int windowY = 0;
+    unsigned modifiers = 0;
+    XQueryPointer(display, connection_->root(), &root, &child, &rootX, &rootY, &windowX, &windowY,
+                  &modifiers);
+    // A movement of nothing is still a movement to the applications.
+    if (rootX == x && rootY == y) return;
+    XTestFakeMotionEvent(display, -1, x, y, CurrentTime);
+}
+
+void LinuxEventPoster::post(const MediaKeyEvent& event, TapLocation /*at*/) {
+    const std::int64_t state = (event.data1 >> 8) & 0xF;
+    if (state != mediaDown && state != mediaUp) return;
+    const std::lock_guard lock(mutex_);
+    refresh();
+    const auto keycode = mediaKeys_.keycode((event.data1 >> 16) & 0xFFFF);
+    if (!keycode) return;
+    // The modifiers that chose the function must not turn the key into another one.
+    if (state == mediaDown) {
+        pressKey(*keycode, 0);
+    } else {
+        releaseKey(*keycode);
+    }
+    XFlush(connection_->display());
+}
+
+bool LinuxEventPoster::postCopy(const TapEvent& changed, TapLocation /*at*/) {
+    return tap_.postCopy(changed);
+}
+
+void LinuxEventPoster::physicalKeyReleased() {
+    const std::lock_guard lock(mutex_);
+    if (!held_.anyPutBack()) return;
+    held_.settle();
+    XFlush(connection_->display());
+}
+
+}  // namespace trelvan

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Platform/EventPoster.hpp"
+#include "Platform/Linux/HeldModifiers.hpp"
+#include "Platform/Linux/LinuxEventTap.hpp"
+#include "Platform/Linux/MediaKeycodes.hpp"
+#include "Platform/Linux/XConnection.hpp"
+
+#include <array>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace trelvan {
+
+/// Posts synthetic input through XTEST on a connection of its own.
+///
+/// X has one road in, so the three tap locations are the same. A key arrives with the modifiers of its flags
+/// and no others: modifier keys that the user holds are lifted while the synthetic keys are down, those that
+/// the flags ask for and nobody holds are pressed around the key.
+///
+/// Any thread; a lock is held for each call. `postCopy` is the tap's, on the main thread.
+class LinuxEventPoster : public EventPoster {
+  public:
+    LinuxEventPoster(std::unique_ptr<XConnection> connection, LinuxEventTap& tap);
+    ~LinuxEventPoster() override;
+
+    [[nodiscard]] std::optional<KeyEvent> makeKey(EventSourceState source, KeyCode keyCode, bool down,
+                                                  EventFlags flags) override;
+    [[nodiscard]] std::optional<MouseEvent> makeMouse(EventType type, std::int64_t buttonNumber,
+                                                      Point location) override;
+    void post(const KeyEvent& event, TapLocation at) override;
+    void post(const MouseEvent& event, TapLocation at) override;
+    void post(const MediaKeyEvent& event, TapLocation at) override;
+    [[nodiscard]] bool postCopy(const TapEvent& changed, TapLocation at) override;
+
+    /// A real keyboard let a key go.
+    void physicalKeyReleased();
+
+  private:
+    /// Reads what the server has told about its keyboard mapping since the last call.
+    void refresh();
+    void pressKey(int keycode, EventFlags flags);
+    void releaseKey(int keycode);
+    void pressMissing(int keycode, unsigned wanted);
+    void moveTo(Point location);
+
+    std::mutex mutex_;
+    std::unique_ptr<XConnection> connection_;
+    LinuxEventTap& tap_;
+    XTestLedger ledger_;
+    HeldModifiers held_;
+    ModifierMap map_;
+    MediaKeycodes mediaKeys_;
+    /// Modifier keys pressed here around the key at the index.
+    std::array<std::vector<int>, 256> companions_;
+};
+
+}  // namespace trelvan

@@ -1,0 +1,290 @@
+#include "Platform/Linux/LinuxEventTap.hpp"
+
+#include "Platform/Linux/X11.hpp"
+#include "Platform/Linux/XErrorScope.hpp"
+#include "Utilities/Logger.hpp"
+
+#include <algorithm>
+
+namespace trelvan {
+
+namespace {
+
+/// How long until a device that could not be taken is tried again: one that another client holds, and one
+/// whose button was down.
+constexpr Seconds retryHeld{1.0};
+constexpr Seconds retryBusy{0.1};
+
+/// The tracked location is compared with the server's this often while the pointer moves: barriers, warps and
+/// other devices move it behind the tap's back.
+constexpr std::chrono::milliseconds syncInterval{100};
+
+}  // namespace
+
+LinuxEventTap::LinuxEventTap(XEventPump& pump, const ModifierState& modifiers, ActivityLog& activity,
+                             Timers& timers)
+    : pump_(pump),
+      modifiers_(modifiers),
+      activity_(activity),
+      timers_(timers),
+      output_(pump.connection().display()),
+      road_(output_) {
+    pump_.add(*this);
+}
+
+LinuxEventTap::~LinuxEventTap() {
+    remove();
+    pump_.remove(*this);
+}
+
+bool LinuxEventTap::create(std::uint64_t mask, Callback callback, void* userInfo) {
+    if (created_) return false;
+    XErrorScope scope(pump_.connection().display());
+    x11::EventMask events(XIAllDevices, {XI_HierarchyChanged, XI_DeviceChanged});
+    XISelectEvents(pump_.connection().display(), pump_.connection().root(), events.get(), 1);
+    if (scope.failed()) return false;
+    road_.connect(mask, callback, userInfo);
+    created_ = true;
+    return true;
+}
+
+void LinuxEventTap::enable(bool on) {
+    if (!created_ || enabled_ == on) return;
+    enabled_ = on;
+    if (on) {
+        readBounds();
+        syncLocation();
+        scan();
+    } else {
+        ungrabAll();
+    }
+}
+
+void LinuxEventTap::remove() {
+    if (!created_) return;
+    enable(false);
+    x11::EventMask nothing(XIAllDevices, {});
+    XISelectEvents(pump_.connection().display(), pump_.connection().root(), nothing.get(), 1);
+    road_.connect(0, nullptr, nullptr);
+    created_ = false;
+}
+
+PointerDevice* LinuxEventTap::find(int deviceId) {
+    const auto device = std::ranges::find(devices_, deviceId, [](const auto& each) { return each->id; });
+    return device == devices_.end() ? nullptr : device->get();
+}
+
+void LinuxEventTap::scan() {
+    if (!enabled_) return;
+    retry_.reset();
+    auto present = queryPointerDevices(pump_.connection().display());
+    for (auto& device : devices_) {
+        if (std::ranges::find(present, device->id, &PointerDevice::id) != present.end()) continue;
+        AppLogger.info(ShortText("Dispositivo retirado: ", device->name));
+        road_.letGo(*device);
+        leaving_.push_back(std::move(device));
+    }
+    std::erase(devices_, nullptr);
+    bool anyHeld = false;
+    bool anyBusy = false;
+    for (auto& device : present) {
+        if (find(device.id) != nullptr) continue;
+        // A press begun before the grab would be left without its release.
+        if (device.anyButtonDown) {
+            anyBusy = true;
+        } else if (!take(device)) {
+            anyHeld = true;
+        }
+    }
+    if (anyHeld || anyBusy) retry_ = timers_.once(anyBusy ? retryBusy : retryHeld, [this] { scan(); });
+}
+
+bool LinuxEventTap::take(PointerDevice& device) {
+    if (!grab(device)) {
+        reportHeld(device);
+        return false;
+    }
+    std::erase(reported_, device.name);
+    const auto now = queryPointerDevice(pump_.connection().display(), device.id);
+    // A floating device that nobody holds was taken off the pointer on purpose; it stays off.
+    const bool wanted = device.attached && now.id != 0;
+    if (!wanted || now.anyButtonDown) {
+        XIUngrabDevice(pump_.connection().display(), device.id, CurrentTime);
+        return !wanted;
+    }
+    AppLogger.info(ShortText("Dispositivo capturado: ", device.name));
+    devices_.push_back(std::make_unique<PointerDevice>(std::move(device)));
+    return true;
+}
+
+bool LinuxEventTap::grab(const PointerDevice& device) {
+    const auto& connection = pump_.connection();
+    const XErrorScope scope(connection.display());
+    // Movement comes raw: accelerated by the server, in fractions, and not cut off at the edge of the screen.
+    // Buttons do not: only the ordinary event has been through the device's button map.
+    x11::EventMask events(device.id, {XI_RawMotion, XI_ButtonPress, XI_ButtonRelease});
+    return XIGrabDevice(connection.display(), device.id, connection.root(), CurrentTime, x11::none,
+                        XIGrabModeAsync, XIGrabModeAsync, x11::no, events.get()) == x11::success;
+}
+
+void LinuxEventTap::reportHeld(const PointerDevice& device) {
+    if (std::ranges::find(reported_, device.name) != reported_.end()) return;
+    reported_.push_back(device.name);
+    AppLogger.warning(ShortText("Otro programa retiene el dispositivo ", device.name, "; se reintentará"));
+}
+
+void LinuxEventTap::ungrab(PointerDevice& device) {
+    const XErrorScope scope(pump_.connection().display());
+    // First the releases: back on the pointer, the device's own release of a button that is up changes
+    // nothing.
+    road_.letGo(device);
+    XIUngrabDevice(pump_.connection().display(), device.id, CurrentTime);
+}
+
+void LinuxEventTap::ungrabAll() {
+    retry_.reset();
+    reported_.clear();
+    for (auto& device : devices_) {
+        ungrab(*device);
+        leaving_.push_back(std::move(device));
+    }
+    devices_.clear();
+    XSync(pump_.connection().display(), x11::no);
+}
+
+void LinuxEventTap::refreshAxes(int deviceId) {
+    auto* device = find(deviceId);
+    if (device == nullptr) return;
+    auto now = queryPointerDevice(pump_.connection().display(), deviceId);
+    if (now.id != 0) device->axes = std::move(now.axes);
+}
+
+void LinuxEventTap::handle(_XEvent& event) {
+    if (depth_ == 0) leaving_.clear();
+    if (event.type == ConfigureNotify && event.xconfigure.window == pump_.connection().root()) {
+        setBounds(event.xconfigure.width, event.xconfigure.height);
+    }
+    if (event.type != GenericEvent || event.xcookie.extension != pump_.connection().inputOpcode()) return;
+    if (event.xcookie.data == nullptr || !enabled_) return;
+    ++depth_;
+    switch (event.xcookie.evtype) {
+        case XI_RawMotion:
+            rawMotion(event.xcookie.data);
+            break;
+        case XI_ButtonPress:
+            buttonEvent(event.xcookie.data, true);
+            break;
+        case XI_ButtonRelease:
+            buttonEvent(event.xcookie.data, false);
+            break;
+        case XI_HierarchyChanged: {
+            const auto& change = *static_cast<const XIHierarchyEvent*>(event.xcookie.data);
+            constexpr int relevant = XISlaveAdded | XISlaveRemoved | XIDeviceEnabled | XIDeviceDisabled;
+            if (change.flags & relevant) scan();
+            break;
+        }
+        case XI_DeviceChanged:
+            refreshAxes(static_cast<const XIDeviceChangedEvent*>(event.xcookie.data)->deviceid);
+            break;
+        default:
+            break;
+    }
+    --depth_;
+}
+
+void LinuxEventTap::rawMotion(const void* data) {
+    const auto& raw = *static_cast<const XIRawEvent*>(data);
+    PointerDevice* device = find(raw.deviceid);
+    if (device == nullptr) return;
+    double deltaX = 0;
+    double deltaY = 0;
+    double vertical = 0;
+    double horizontal = 0;
+    const double* value = raw.valuators.values;
+    auto axis = device->axes.begin();
+    for (int number = 0; number < raw.valuators.mask_len * 8; ++number) {
+        if (!x11::isSet(raw.valuators.mask, raw.valuators.mask_len, number)) continue;
+        const double amount = *value++;
+        while (axis != device->axes.end() && axis->number < number) ++axis;
+        if (axis == device->axes.end()) break;
+        if (axis->number != number) continue;
+        switch (axis->kind) {
+            case PointerAxis::Kind::horizontal:
+                deltaX = amount;
+                break;
+            case PointerAxis::Kind::vertical:
+                deltaY = amount;
+                break;
+            case PointerAxis::Kind::scrollVertical:
+                vertical = -amount / axis->increment;
+                break;
+            case PointerAxis::Kind::scrollHorizontal:
+                horizontal = -amount / axis->increment;
+                break;
+        }
+    }
+    road_.flags = modifiers_.flags();
+    const auto now = std::chrono::steady_clock::now();
+    if (deltaX != 0 || deltaY != 0) {
+        activity_.note(EventType::mouseMoved, now);
+        if (now - lastSync_ > syncInterval) syncLocation();
+        road_.motion(*device, deltaX, deltaY);
+    }
+    if ((vertical == 0 && horizontal == 0) || find(raw.deviceid) != device) return;
+    activity_.note(EventType::scrollWheel, now);
+    syncLocation();
+    road_.scroll(*device, vertical, horizontal);
+}
+
+void LinuxEventTap::buttonEvent(const void* data, bool down) {
+    const auto& event = *static_cast<const XIDeviceEvent*>(data);
+    PointerDevice* device = find(event.deviceid);
+    if (device == nullptr) return;
+    road_.flags = modifiers_.flags();
+    syncLocation();
+    if (const auto number = quartzButton(event.detail)) {
+        activity_.note(buttonType(*number, down));
+        road_.button(*device, event.detail, down);
+        return;
+    }
+    // Where the wheel has axes of its own, these buttons only echo them.
+    if (!down || !isWheelButton(event.detail)) return;
+    if ((event.flags & XIPointerEmulated) != 0 || device->scrollsSmoothly()) return;
+    activity_.note(EventType::scrollWheel);
+    const double turn = event.detail == 4 || event.detail == 6 ? 1.0 : -1.0;
+    const bool isVertical = event.detail <= 5;
+    road_.scroll(*device, isVertical ? turn : 0.0, isVertical ? 0.0 : turn);
+}
+
+void LinuxEventTap::readBounds() {
+    Window root = 0;
+    int x = 0;
+    int y = 0;
+    unsigned width = 0;
+    unsigned height = 0;
+    unsigned border = 0;
+    unsigned depth = 0;
+    XGetGeometry(pump_.connection().display(), pump_.connection().root(), &root, &x, &y, &width, &height,
+                 &border, &depth);
+    setBounds(static_cast<int>(width), static_cast<int>(height));
+}
+
+void LinuxEventTap::setBounds(int width, int height) {
+    road_.bounds = {.x = static_cast<double>(width - 1), .y = static_cast<double>(height - 1)};
+}
+
+void LinuxEventTap::syncLocation() {
+    Display* display = pump_.connection().display();
+    Window root = 0;
+    Window child = 0;
+    int x = 0;
+    int y = 0;
+    int windowX = 0;
+    int windowY = 0;
+    unsigned modifiers = 0;
+    XQueryPointer(display, pump_.connection().root(), &root, &child, &x, &y, &windowX, &windowY, &modifiers);
+    road_.location = {.x = static_cast<double>(x), .y = static_cast<double>(y)};
+    lastSync_ = std::chrono::steady_clock::now();
+}
+
+}  // namespace trelvan

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "Platform/EventTap.hpp"
+#include "Platform/Linux/ActivityLog.hpp"
+#include "Platform/Linux/ModifierState.hpp"
+#include "Platform/Linux/PointerRoad.hpp"
+#include "Platform/Linux/XEventPump.hpp"
+#include "Platform/Linux/XTestPointerOutput.hpp"
+#include "Platform/RunLoop.hpp"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace trelvan {
+
+/// The event tap on X: holds every mouse and trackball by a device grab, which takes them off the pointer,
+/// and moves the pointer itself with what the callback lets through. Main thread.
+///
+/// The grabs end with the connection, so a crash gives the devices back.
+class LinuxEventTap : public EventTap, public XEventHandler {
+  public:
+    LinuxEventTap(XEventPump& pump, const ModifierState& modifiers, ActivityLog& activity, Timers& timers);
+    ~LinuxEventTap() override;
+
+    [[nodiscard]] bool create(std::uint64_t mask, Callback callback, void* userInfo) override;
+    void enable(bool on) override;
+    void remove() override;
+
+    /// The changed copy of the movement the callback is looking at; false outside a callback.
+    [[nodiscard]] bool postCopy(const TapEvent& changed) { return road_.sendCopy(changed); }
+
+    void handle(_XEvent& event) override;
+
+  private:
+    using Devices = std::vector<std::unique_ptr<PointerDevice>>;
+
+    [[nodiscard]] PointerDevice* find(int deviceId);
+    /// Takes what can be taken and forgets what is gone; asks again later for what another client holds.
+    void scan();
+    [[nodiscard]] bool take(PointerDevice& device);
+    [[nodiscard]] bool grab(const PointerDevice& device);
+    void ungrab(PointerDevice& device);
+    void ungrabAll();
+    void reportHeld(const PointerDevice& device);
+    void refreshAxes(int deviceId);
+
+    void rawMotion(const void* data);
+    void buttonEvent(const void* data, bool down);
+    void readBounds();
+    void setBounds(int width, int height);
+    void syncLocation();
+
+    XEventPump& pump_;
+    const ModifierState& modifiers_;
+    ActivityLog& activity_;
+    Timers& timers_;
+    XTestPointerOutput output_;
+    PointerRoad road_;
+    Devices devices_;
+    /// Devices that went away during a callback, which may still be looking at them.
+    Devices leaving_;
+    std::vector<std::string> reported_;
+    std::unique_ptr<Timers::Timer> retry_;
+    ActivityLog::Time lastSync_{};
+    bool created_ = false;
+    bool enabled_ = false;
+    int depth_ = 0;
+};
+
+}  // namespace trelvan

@@ -1,0 +1,159 @@
+#include "Platform/Linux/LinuxPlatform.hpp"
+
+#include "Platform/Linux/DesktopMoveScript.hpp"
+#include "Platform/Linux/JournalSink.hpp"
+#include "Platform/Linux/LastWish.hpp"
+#include "Platform/Linux/LinuxAccessibilityTrust.hpp"
+#include "Platform/Linux/LinuxEventPoster.hpp"
+#include "Platform/Linux/LinuxEventTap.hpp"
+#include "Platform/Linux/LinuxInputState.hpp"
+#include "Platform/Linux/LinuxScreens.hpp"
+#include "Platform/Linux/LinuxSystemViews.hpp"
+#include "Platform/Linux/LinuxWorkspace.hpp"
+#include "Platform/Linux/ModifierState.hpp"
+#include "Platform/Linux/NoHotKeys.hpp"
+#include "Platform/Linux/OutputSink.hpp"
+#include "Platform/Linux/QtRunLoop.hpp"
+#include "Platform/Linux/SettingsFile.hpp"
+#include "Platform/Linux/SteadyClock.hpp"
+#include "Platform/Linux/TerminationSignals.hpp"
+#include "Platform/Linux/WorkerQueue.hpp"
+#include "Platform/Linux/XErrorScope.hpp"
+#include "Platform/Linux/XEventPump.hpp"
+#include "Utilities/Logger.hpp"
+
+#include <unistd.h>
+
+#include <QApplication>
+
+namespace trelvan {
+
+namespace {
+
+/// Joins the log to its outputs before the first part that may have something to say, and until after the
+/// last.
+struct LogJoin {
+    LogJoin(LogSink& output, LogSink& journal) { AppLogger.connect(&output, &journal); }
+    LogJoin(const LogJoin&) = delete;
+    LogJoin& operator=(const LogJoin&) = delete;
+    ~LogJoin() { AppLogger.disconnect(); }
+};
+
+}  // namespace
+
+/// Every part, in the order they need each other: what goes first at the end stands last. So the background
+/// queue finishes its key sequences, then the poster and the tap release what they hold, then the connections
+/// close.
+struct LinuxPlatform::Parts {
+    Parts(std::unique_ptr<QApplication> qtApplication, std::unique_ptr<XConnection> main,
+          std::unique_ptr<XConnection> posting, const PlatformOptions& options)
+        : application(std::move(qtApplication)),
+          connection(std::move(main)),
+          defaults(options.configDirectory.empty() ? SettingsFile::defaultFolder() : options.configDirectory,
+                   [this](std::function<void()> job) { mainQueue.async(std::move(job)); }),
+          poster(std::move(posting), tap) {
+        setLastWish([this] { defaults.flush(); });
+    }
+    ~Parts() { setLastWish(nullptr); }
+
+    OutputSink output{STDOUT_FILENO};
+    JournalSink journal;
+    LogJoin join{output, journal};
+    std::unique_ptr<QApplication> application;
+    std::unique_ptr<XConnection> connection;
+    SteadyClock clock;
+    QtMainQueue mainQueue;
+    QtTimers timers;
+    XEventPump pump{*connection};
+    SettingsFile defaults;
+    ActivityLog activity;
+    ModifierState modifiers{pump};
+    LinuxEventTap tap{pump, modifiers, activity, timers};
+    LinuxEventPoster poster;
+    LinuxInputState inputState{pump, modifiers, activity, timers, [this] { poster.physicalKeyReleased(); }};
+    LinuxScreens screens{pump};
+    LinuxWorkspace workspace{mainQueue};
+    LinuxAccessibilityTrust trust{*connection};
+    LinuxSystemViews views{*connection, mainQueue};
+    DesktopMoveScript script{views};
+    NoHotKeys hotKeys;
+    TerminationSignals termination{[] { QCoreApplication::quit(); }};
+    WorkerQueue background;
+};
+
+LinuxPlatform::LinuxPlatform(std::unique_ptr<QApplication> application, std::unique_ptr<XConnection> main,
+                             std::unique_ptr<XConnection> posting, const PlatformOptions& options)
+    : parts_(std::make_unique<Parts>(std::move(application), std::move(main), std::move(posting), options)) {}
+
+LinuxPlatform::~LinuxPlatform() = default;
+
+Clock& LinuxPlatform::clock() {
+    return parts_->clock;
+}
+MainQueue& LinuxPlatform::mainQueue() {
+    return parts_->mainQueue;
+}
+Timers& LinuxPlatform::timers() {
+    return parts_->timers;
+}
+BackgroundQueue& LinuxPlatform::backgroundQueue() {
+    return parts_->background;
+}
+EventTap& LinuxPlatform::eventTap() {
+    return parts_->tap;
+}
+EventPoster& LinuxPlatform::eventPoster() {
+    return parts_->poster;
+}
+InputState& LinuxPlatform::inputState() {
+    return parts_->inputState;
+}
+Screens& LinuxPlatform::screens() {
+    return parts_->screens;
+}
+UserDefaults& LinuxPlatform::userDefaults() {
+    return parts_->defaults;
+}
+Workspace& LinuxPlatform::workspace() {
+    return parts_->workspace;
+}
+AccessibilityTrust& LinuxPlatform::accessibilityTrust() {
+    return parts_->trust;
+}
+ScriptRunner& LinuxPlatform::scriptRunner() {
+    return parts_->script;
+}
+HotKeyTable& LinuxPlatform::hotKeyTable() {
+    return parts_->hotKeys;
+}
+SystemViews& LinuxPlatform::systemViews() {
+    return parts_->views;
+}
+LogSink& LinuxPlatform::standardOutput() {
+    return parts_->output;
+}
+LogSink& LinuxPlatform::unifiedLog() {
+    return parts_->journal;
+}
+
+int LinuxPlatform::run() {
+    return QApplication::exec();
+}
+
+std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(int& argc, char** argv,
+                                                                      const PlatformOptions& options) {
+    XErrorScope::install();
+    // Qt ends the process where it finds no display, so the server is asked first.
+    auto main = XConnection::open();
+    if (const auto* missing = std::get_if<std::string>(&main)) return PlatformFailure{*missing};
+    auto posting = XConnection::open();
+    if (const auto* missing = std::get_if<std::string>(&posting)) return PlatformFailure{*missing};
+    setenv("QT_QPA_PLATFORM", "xcb", 0);
+    auto application = std::make_unique<QApplication>(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    return std::make_unique<LinuxPlatform>(
+        std::move(application), std::get<std::unique_ptr<XConnection>>(std::move(main)),
+        std::get<std::unique_ptr<XConnection>>(std::move(posting)), options);
+}
+
+}  // namespace trelvan

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Platform/Platform.hpp"
+
+#include <memory>
+
+class QApplication;
+
+namespace trelvan {
+
+class XConnection;
+
+/// The platform on an X server with Qt's event loop as the main loop. Main thread.
+class LinuxPlatform : public Platform {
+  public:
+    LinuxPlatform(std::unique_ptr<QApplication> application, std::unique_ptr<XConnection> main,
+                  std::unique_ptr<XConnection> posting, const PlatformOptions& options);
+    ~LinuxPlatform() override;
+
+    Clock& clock() override;
+    MainQueue& mainQueue() override;
+    Timers& timers() override;
+    BackgroundQueue& backgroundQueue() override;
+    EventTap& eventTap() override;
+    EventPoster& eventPoster() override;
+    InputState& inputState() override;
+    Screens& screens() override;
+    UserDefaults& userDefaults() override;
+    Workspace& workspace() override;
+    AccessibilityTrust& accessibilityTrust() override;
+    ScriptRunner& scriptRunner() override;
+    HotKeyTable& hotKeyTable() override;
+    SystemViews& systemViews() override;
+    LogSink& standardOutput() override;
+    LogSink& unifiedLog() override;
+    const ActionShortcuts& actionShortcuts() override { return linuxShortcuts; }
+
+    int run() override;
+
+  private:
+    struct Parts;
+
+    std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace trelvan

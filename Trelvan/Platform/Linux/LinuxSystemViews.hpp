@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Platform/Linux/RootProperties.hpp"
+#include "Platform/RunLoop.hpp"
+#include "Platform/SystemViews.hpp"
+
+#include <set>
+
+namespace trelvan {
+
+/// The desktop's views by the window manager's protocol and the shells' own interfaces. Any thread: the work
+/// hops to the main thread.
+class LinuxSystemViews : public SystemViews {
+  public:
+    LinuxSystemViews(XConnection& connection, MainQueue& mainQueue)
+        : properties_(connection), mainQueue_(mainQueue) {}
+
+    [[nodiscard]] bool show(SystemView view) override;
+
+  private:
+    void showNow(SystemView view);
+    [[nodiscard]] bool toggleShowDesktop();
+    [[nodiscard]] bool moveDesktop(bool right);
+    void reportMissing(SystemView view);
+
+    RootProperties properties_;
+    MainQueue& mainQueue_;
+    std::set<SystemView> reported_;
+};
+
+}  // namespace trelvan

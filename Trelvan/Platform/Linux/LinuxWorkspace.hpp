@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Platform/RunLoop.hpp"
+#include "Platform/Workspace.hpp"
+
+namespace trelvan {
+
+/// Applications by their desktop entries; folders and addresses through the desktop's own openers. Any
+/// thread: what starts something hops to the main thread.
+class LinuxWorkspace : public Workspace {
+  public:
+    explicit LinuxWorkspace(MainQueue& mainQueue) : mainQueue_(mainQueue) {}
+
+    [[nodiscard]] std::string homeDirectory() const override;
+    [[nodiscard]] bool exists(std::string_view path) const override;
+    [[nodiscard]] std::optional<std::string> applicationPath(
+        std::string_view bundleIdentifier) const override;
+    void openApplication(std::string_view path) override;
+    void openFolder(std::string_view path) override;
+    void openUrl(std::string_view url) override;
+    void reveal(std::string_view folder) override;
+
+  private:
+    MainQueue& mainQueue_;
+};
+
+}  // namespace trelvan

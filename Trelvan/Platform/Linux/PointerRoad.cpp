@@ -1,0 +1,151 @@
+#include "Platform/Linux/PointerRoad.hpp"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace trelvan {
+
+namespace {
+
+constexpr std::int64_t pointsPerLine = 10;
+/// A device that reports more lines than this at once is broken, and each line is two requests.
+constexpr std::int64_t mostLines = 100;
+
+constexpr int leftButton = 1;
+constexpr int rightButton = 3;
+
+}  // namespace
+
+void PointerRoad::connect(std::uint64_t mask, EventTap::Callback callback, void* userInfo) {
+    mask_ = mask;
+    callback_ = callback;
+    userInfo_ = userInfo;
+}
+
+TapAnswer PointerRoad::ask(TapEvent& event) {
+    current_ = &event;
+    const TapAnswer answer = callback_(userInfo_, event);
+    current_ = nullptr;
+    return answer;
+}
+
+TapEvent PointerRoad::make(EventType type) const {
+    TapEvent event;
+    event.type = type;
+    event.flags = flags;
+    event.location = location;
+    return event;
+}
+
+EventType PointerRoad::motionType() const {
+    if (held_[leftButton] > 0) return EventType::leftMouseDragged;
+    if (held_[rightButton] > 0) return EventType::rightMouseDragged;
+    return heldExtra_ > 0 ? EventType::otherMouseDragged : EventType::mouseMoved;
+}
+
+void PointerRoad::motion(PointerDevice& device, double deltaX, double deltaY) {
+    const std::int64_t wholeX = device.restX.take(deltaX);
+    const std::int64_t wholeY = device.restY.take(deltaY);
+    if (wholeX == 0 && wholeY == 0) return;
+    const EventType type = motionType();
+    if (!isTapped(type)) {
+        move(wholeX, wholeY);
+        return;
+    }
+    TapEvent event = make(type);
+    event.deltaX = wholeX;
+    event.deltaY = wholeY;
+    event.location.x = std::clamp(location.x + static_cast<double>(wholeX), 0.0, bounds.x);
+    event.location.y = std::clamp(location.y + static_cast<double>(wholeY), 0.0, bounds.y);
+    if (type != EventType::mouseMoved) {
+        const auto other = std::ranges::find_if(held_, [](auto devices) { return devices > 0; });
+        event.buttonNumber = quartzButton(static_cast<int>(other - held_.begin())).value_or(0);
+    }
+    if (ask(event) == TapAnswer::deliver) move(event.deltaX, event.deltaY);
+}
+
+void PointerRoad::move(std::int64_t deltaX, std::int64_t deltaY) {
+    location.x = std::clamp(location.x + static_cast<double>(deltaX), 0.0, bounds.x);
+    location.y = std::clamp(location.y + static_cast<double>(deltaY), 0.0, bounds.y);
+    output_.move(deltaX, deltaY);
+}
+
+bool PointerRoad::sendCopy(const TapEvent& changed) {
+    if (current_ == nullptr) return false;
+    switch (changed.type) {
+        case EventType::mouseMoved:
+        case EventType::leftMouseDragged:
+        case EventType::rightMouseDragged:
+        case EventType::otherMouseDragged:
+            break;
+        default:
+            return false;
+    }
+    move(changed.deltaX, changed.deltaY);
+    return true;
+}
+
+void PointerRoad::scroll(PointerDevice& device, double vertical, double horizontal) {
+    const std::int64_t up = std::clamp(device.restVertical.take(vertical), -mostLines, mostLines);
+    const std::int64_t left = std::clamp(device.restHorizontal.take(horizontal), -mostLines, mostLines);
+    if (up == 0 && left == 0) return;
+    TapEvent event = make(EventType::scrollWheel);
+    event.scrollDeltaAxis1 = up;
+    event.scrollDeltaAxis2 = left;
+    event.scrollPointDeltaAxis1 = up * pointsPerLine;
+    event.scrollPointDeltaAxis2 = left * pointsPerLine;
+    if (isTapped(event.type) && ask(event) == TapAnswer::swallow) return;
+    click(1, event.scrollDeltaAxis1);
+    click(2, event.scrollDeltaAxis2);
+}
+
+void PointerRoad::click(int axis, std::int64_t lines) {
+    const int xButton = wheelButton(axis, lines > 0);
+    for (std::int64_t left = std::min(std::abs(lines), 10 * mostLines); left > 0; --left) {
+        output_.button(xButton, true);
+        output_.button(xButton, false);
+    }
+}
+
+void PointerRoad::button(PointerDevice& device, int xButton, bool down) {
+    const auto number = quartzButton(xButton);
+    const auto place = static_cast<std::size_t>(xButton);
+    if (!number || device.held.test(place) == down) return;
+    count(xButton, down);
+    device.held.set(place, down);
+    const bool wasPassed = device.passed.test(place);
+    TapEvent event = make(buttonType(*number, down));
+    event.buttonNumber = *number;
+    const bool swallowed = isTapped(event.type) && ask(event) == TapAnswer::swallow;
+    // The callback may have taken the tap away, which released all; nothing may be pressed after that.
+    if (device.held.test(place) != down) return;
+    if (down ? !swallowed : wasPassed) pass(device, xButton, down);
+}
+
+void PointerRoad::count(int xButton, bool down) {
+    auto& devices = held_[static_cast<std::size_t>(xButton)];
+    devices = static_cast<std::uint8_t>(down ? devices + 1 : devices - 1);
+    if (xButton != leftButton && xButton != rightButton) heldExtra_ += down ? 1 : -1;
+}
+
+void PointerRoad::pass(PointerDevice& device, int xButton, bool down) {
+    const auto place = static_cast<std::size_t>(xButton);
+    if (device.passed.test(place) == down) return;
+    device.passed.set(place, down);
+    auto& devices = passed_[place];
+    devices = static_cast<std::uint8_t>(down ? devices + 1 : devices - 1);
+    // Two devices may hold the same button: it is one button to the applications.
+    if (devices == (down ? 1 : 0)) output_.button(xButton, down);
+}
+
+void PointerRoad::letGo(PointerDevice& device) {
+    for (int xButton = 1; xButton <= highestXButton; ++xButton) {
+        const auto place = static_cast<std::size_t>(xButton);
+        pass(device, xButton, false);
+        if (!device.held.test(place)) continue;
+        device.held.reset(place);
+        count(xButton, false);
+    }
+}
+
+}  // namespace trelvan

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "Platform/EventTap.hpp"
+#include "Platform/Linux/PointerDevices.hpp"
+#include "Platform/Linux/PointerOutput.hpp"
+
+#include <array>
+#include <cstdint>
+
+namespace trelvan {
+
+/// The road of one pointer event from a held device through the tap's callback to the output.
+///
+/// Keeps the promise that a press which was passed has its release passed. Knows nothing of X; allocates
+/// nothing. Main thread.
+class PointerRoad {
+  public:
+    explicit PointerRoad(PointerOutput& output) : output_(output) {}
+
+    /// The callback and its mask; without a callback every event is passed on.
+    void connect(std::uint64_t mask, EventTap::Callback callback, void* userInfo);
+
+    /// Modifier flags and pointer location (origin top left) that the next events carry.
+    EventFlags flags = 0;
+    Point location;
+    /// The root window's size in points; tracking does not leave it.
+    Point bounds;
+
+    /// Movement in points, accelerated, right and down positive.
+    void motion(PointerDevice& device, double deltaX, double deltaY);
+    /// Wheel movement in lines with the Quartz sign, up and left positive. Points are ten a line, since X has
+    /// no finer measure of its own.
+    void scroll(PointerDevice& device, double vertical, double horizontal);
+    /// An X button that is not of the wheel.
+    void button(PointerDevice& device, int xButton, bool down);
+
+    /// Sends the movement of the event that the callback is looking at, changed; false outside a callback.
+    [[nodiscard]] bool sendCopy(const TapEvent& changed);
+
+    /// Releases what the device still holds through the tap; before it is let go or once it is gone.
+    void letGo(PointerDevice& device);
+
+  private:
+    [[nodiscard]] bool isTapped(EventType type) const {
+        return callback_ != nullptr && (mask_ & maskBit(type)) != 0;
+    }
+    [[nodiscard]] TapAnswer ask(TapEvent& event);
+    [[nodiscard]] TapEvent make(EventType type) const;
+    [[nodiscard]] EventType motionType() const;
+    void move(std::int64_t deltaX, std::int64_t deltaY);
+    void click(int axis, std::int64_t lines);
+    void pass(PointerDevice& device, int xButton, bool down);
+    void count(int xButton, bool down);
+
+    PointerOutput& output_;
+    std::uint64_t mask_ = 0;
+    EventTap::Callback callback_ = nullptr;
+    void* userInfo_ = nullptr;
+    const TapEvent* current_ = nullptr;
+    /// How many devices hold a button, and how many of them had it passed.
+    std::array<std::uint8_t, highestXButton + 1> held_{};
+    std::array<std::uint8_t, highestXButton + 1> passed_{};
+    int heldExtra_ = 0;
+};
+
+}  // namespace trelvan

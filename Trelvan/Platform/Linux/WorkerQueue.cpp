@@ -1,0 +1,77 @@
+#include "Platform/Linux/WorkerQueue.hpp"
+
+#include <pthread.h>
+#include <signal.h>
+#include <sys/prctl.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace trelvan {
+
+namespace {
+
+/// How many jobs may still follow from others once the queue ends: a job that puts itself in again has no
+/// end.
+constexpr int mostAtTheEnd = 10'000;
+
+}  // namespace
+
+WorkerQueue::WorkerQueue() : worker_([this] { work(); }) {}
+
+WorkerQueue::~WorkerQueue() {
+    {
+        const std::lock_guard lock(mutex_);
+        ending_ = true;
+    }
+    changed_.notify_one();
+    worker_.join();
+}
+
+bool WorkerQueue::isLater(const Entry& left, const Entry& right) {
+    return std::tie(left.due, left.order) > std::tie(right.due, right.order);
+}
+
+void WorkerQueue::after(Seconds delay, std::function<void()> job) {
+    const auto pause = std::chrono::duration_cast<Time::duration>(std::max(delay, Seconds{0}));
+    {
+        const std::lock_guard lock(mutex_);
+        heap_.push_back({std::chrono::steady_clock::now() + pause, ++lastOrder_, std::move(job)});
+        std::ranges::push_heap(heap_, isLater);
+    }
+    changed_.notify_one();
+}
+
+void WorkerQueue::work() {
+    pthread_setname_np(pthread_self(), "trelvan-keys");
+    // The kernel lets ordinary threads sleep 50 microseconds longer than they asked.
+    prctl(PR_SET_TIMERSLACK, 1000UL);
+    // Signals are for the main thread.
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_BLOCK, &all, nullptr);
+    while (const auto job = next()) job();
+}
+
+std::function<void()> WorkerQueue::next() {
+    std::unique_lock lock(mutex_);
+    static thread_local int atTheEnd = 0;
+    for (;;) {
+        if (ending_ && (heap_.empty() || ++atTheEnd > mostAtTheEnd)) return nullptr;
+        if (heap_.empty()) {
+            changed_.wait(lock);
+            continue;
+        }
+        const Time due = heap_.front().due;
+        if (!ending_ && due > std::chrono::steady_clock::now()) {
+            changed_.wait_until(lock, due);
+            continue;
+        }
+        std::ranges::pop_heap(heap_, isLater);
+        auto job = std::move(heap_.back().job);
+        heap_.pop_back();
+        return job;
+    }
+}
+
+}  // namespace trelvan

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Platform/Linux/PointerOutput.hpp"
+#include "Platform/Linux/XTestLedger.hpp"
+
+namespace trelvan {
+
+/// Passes the tap's events on through XTEST on the main connection, whose device the tap never holds, so that
+/// they do not come back. Main thread.
+class XTestPointerOutput : public PointerOutput {
+  public:
+    explicit XTestPointerOutput(_XDisplay* display) : display_(display), ledger_(display) {}
+
+    void button(int xButton, bool down) override { ledger_.button(xButton, down); }
+    void move(std::int64_t deltaX, std::int64_t deltaY) override;
+
+  private:
+    _XDisplay* display_;
+    XTestLedger ledger_;
+};
+
+}  // namespace trelvan

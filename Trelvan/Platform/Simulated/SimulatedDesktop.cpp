@@ -1,0 +1,101 @@
+#include "Platform/Simulated/SimulatedDesktop.hpp"
+
+#include "Platform/Simulated/SimulatedInput.hpp"
+#include "Platform/Simulated/SimulatedSystem.hpp"
+
+namespace trelvan {
+
+/// The ports, each a small class of its own.
+struct SimulatedDesktop::Parts {
+    explicit Parts(SimulatedDesktop& desktop)
+        : input(desktop),
+          tap(desktop),
+          poster(desktop, tap),
+          screens(desktop),
+          defaults(desktop),
+          workspace(desktop),
+          trust(desktop),
+          scripts(desktop),
+          hotKeys(desktop),
+          traceLog(desktop) {}
+
+    SimulatedInputState input;
+    SimulatedTap tap;
+    SimulatedPoster poster;
+    SimulatedScreens screens;
+    SimulatedDefaults defaults;
+    SimulatedWorkspace workspace;
+    SimulatedTrust trust;
+    SimulatedScripts scripts;
+    SimulatedHotKeys hotKeys;
+    SimulatedViews views;
+    SimulatedLog traceLog;
+    SilentLog silentLog;
+};
+
+SimulatedDesktop::SimulatedDesktop(const ActionShortcuts& shortcuts)
+    : shortcuts_(shortcuts), parts_(std::make_unique<Parts>(*this)) {
+    disk["/Users/me"] = {SimulatedItem::Kind::folder, ""};
+    logger.connect(
+        &parts_->traceLog, nullptr, [](void* clock) { return static_cast<VirtualTime*>(clock)->now(); },
+        &time);
+}
+
+SimulatedDesktop::~SimulatedDesktop() = default;
+
+TapAnswer SimulatedDesktop::send(TapEvent event) {
+    parts_->input.note(event.type);
+    return parts_->tap.send(event);
+}
+
+void SimulatedDesktop::disableTap(EventType why) {
+    parts_->tap.disable(why);
+}
+bool SimulatedDesktop::tapExists() const {
+    return parts_->tap.exists();
+}
+bool SimulatedDesktop::tapEnabled() const {
+    return parts_->tap.enabled();
+}
+int SimulatedDesktop::tapsCreated() const {
+    return parts_->tap.created();
+}
+
+EventTap& SimulatedDesktop::eventTap() {
+    return parts_->tap;
+}
+EventPoster& SimulatedDesktop::eventPoster() {
+    return parts_->poster;
+}
+InputState& SimulatedDesktop::inputState() {
+    return parts_->input;
+}
+Screens& SimulatedDesktop::screens() {
+    return parts_->screens;
+}
+UserDefaults& SimulatedDesktop::userDefaults() {
+    return parts_->defaults;
+}
+Workspace& SimulatedDesktop::workspace() {
+    return parts_->workspace;
+}
+AccessibilityTrust& SimulatedDesktop::accessibilityTrust() {
+    return parts_->trust;
+}
+ScriptRunner& SimulatedDesktop::scriptRunner() {
+    return parts_->scripts;
+}
+HotKeyTable& SimulatedDesktop::hotKeyTable() {
+    return parts_->hotKeys;
+}
+SystemViews& SimulatedDesktop::systemViews() {
+    return parts_->views;
+}
+LogSink& SimulatedDesktop::standardOutput() {
+    return parts_->traceLog;
+}
+LogSink& SimulatedDesktop::unifiedLog() {
+    return parts_->silentLog;
+}
+
+}  // namespace trelvan

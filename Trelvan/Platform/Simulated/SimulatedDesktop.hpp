@@ -1,0 +1,103 @@
+#pragma once
+
+#include "Platform/Platform.hpp"
+#include "Platform/Simulated/Trace.hpp"
+#include "Platform/Simulated/VirtualTime.hpp"
+#include "Utilities/Logger.hpp"
+
+#include <array>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace trelvan {
+
+/// The switches that make calls of the simulated platform fail.
+struct SimulatedFailures {
+    bool tapCreate = false;
+    bool eventCopy = false;
+    bool eventCreate = false;
+    bool scriptCreate = false;
+    bool scriptRun = false;
+    bool save = false;
+};
+
+/// Something on the simulated disk.
+struct SimulatedItem {
+    enum class Kind { application, folder, file } kind = Kind::file;
+    /// Bundle identifier of an application; may be empty.
+    std::string bundle;
+};
+
+/// A complete, deterministic desktop in memory: the world that tests and dry runs set up, and every port onto
+/// it. What leaves the program is told to `onTrace` the moment it happens. One thread.
+class SimulatedDesktop : public Platform {
+  public:
+    explicit SimulatedDesktop(const ActionShortcuts& shortcuts = macShortcuts);
+    ~SimulatedDesktop() override;
+
+    // The world
+
+    VirtualTime time;
+    SimulatedFailures failures;
+    std::vector<Rect> screenFrames{{0, 0, 1440, 900}};
+    std::vector<OwnWindow> windows;
+    /// Top-left coordinates.
+    Point pointer{720, 450};
+    std::string frontmost = "com.example.app";
+    EventFlags modifierFlags = 0;
+    bool accessibility = true;
+    std::map<int, HotKeyEntry> hotKeyEntries;
+    std::map<std::string, DefaultsValue, std::less<>> defaults;
+    std::map<std::string, SimulatedItem, std::less<>> disk;
+    /// What was put aside, by the name it got.
+    std::map<std::string, std::string> asides;
+
+    /// Told of everything that leaves the program; none: nothing is put together.
+    std::function<void(const TraceEntry&)> onTrace;
+    /// Writes into the trace.
+    Logger logger;
+
+    /// One event of the hardware (or of another program) at the tap; what became of it, which is `deliver`
+    /// for types that are not tapped.
+    TapAnswer send(TapEvent event);
+    /// The system takes the tap out of service and says why.
+    void disableTap(EventType why);
+    [[nodiscard]] bool tapExists() const;
+    [[nodiscard]] bool tapEnabled() const;
+    /// How many taps were ever created.
+    [[nodiscard]] int tapsCreated() const;
+
+    // Platform
+    Clock& clock() override { return time; }
+    MainQueue& mainQueue() override { return time; }
+    Timers& timers() override { return time; }
+    BackgroundQueue& backgroundQueue() override { return time.background(); }
+    EventTap& eventTap() override;
+    EventPoster& eventPoster() override;
+    InputState& inputState() override;
+    Screens& screens() override;
+    UserDefaults& userDefaults() override;
+    Workspace& workspace() override;
+    AccessibilityTrust& accessibilityTrust() override;
+    ScriptRunner& scriptRunner() override;
+    HotKeyTable& hotKeyTable() override;
+    SystemViews& systemViews() override;
+    LogSink& standardOutput() override;
+    LogSink& unifiedLog() override;
+    const ActionShortcuts& actionShortcuts() override { return shortcuts_; }
+    /// Nothing happens by itself here: returns at once.
+    int run() override { return 0; }
+
+  private:
+    struct Parts;
+
+    ActionShortcuts shortcuts_;
+    std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace trelvan

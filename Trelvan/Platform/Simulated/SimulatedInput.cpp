@@ -1,0 +1,116 @@
+#include "Platform/Simulated/SimulatedInput.hpp"
+
+#include "Platform/Simulated/SimulatedDesktop.hpp"
+
+namespace trelvan {
+
+namespace {
+
+template <typename What>
+void tell(const SimulatedDesktop& desktop, What what) {
+    if (desktop.onTrace) desktop.onTrace({desktop.time.uptime(), std::move(what)});
+}
+
+}  // namespace
+
+EventFlags SimulatedInputState::flags(EventSourceState /*source*/) const {
+    return desktop_.modifierFlags;
+}
+
+double SimulatedInputState::secondsSinceLast(EventType type) const {
+    const auto number = static_cast<std::size_t>(type);
+    const Seconds last = number < last_.size() ? last_[number] : Seconds{0};
+    return (desktop_.time.uptime() - last).count();
+}
+
+void SimulatedInputState::note(EventType type) {
+    const auto number = static_cast<std::size_t>(type);
+    if (number < last_.size()) last_[number] = desktop_.time.uptime();
+}
+
+SimulatedTap::SimulatedTap(SimulatedDesktop& desktop)
+    : desktop_(desktop), hop_(desktop.time.makeHop([this] { sendReturning(); })) {
+    returning_.reserve(16);
+    sending_.reserve(16);
+}
+
+bool SimulatedTap::create(std::uint64_t mask, Callback callback, void* userInfo) {
+    if (desktop_.failures.tapCreate || !desktop_.accessibility) return false;
+    mask_ = mask;
+    callback_ = callback;
+    userInfo_ = userInfo;
+    ++created_;
+    return true;
+}
+
+void SimulatedTap::remove() {
+    callback_ = nullptr;
+    enabled_ = false;
+}
+
+TapAnswer SimulatedTap::send(TapEvent& event, bool marked) {
+    if (!enabled_ || (mask_ & maskBit(event.type)) == 0) return TapAnswer::deliver;
+    const TapAnswer answer = callback_(userInfo_, event);
+    tell(desktop_, trace::Event{event, answer, marked});
+    return answer;
+}
+
+void SimulatedTap::disable(EventType why) {
+    if (callback_ == nullptr) return;
+    enabled_ = false;
+    TapEvent event;
+    event.type = why;
+    callback_(userInfo_, event);
+}
+
+void SimulatedTap::sendLater(const TapEvent& event) {
+    returning_.push_back(event);
+    hop_->request();
+}
+
+void SimulatedTap::sendReturning() {
+    sending_.swap(returning_);
+    for (auto& event : sending_) send(event, event.sourceUserData != 0);
+    sending_.clear();
+}
+
+std::optional<KeyEvent> SimulatedPoster::makeKey(EventSourceState /*source*/, KeyCode keyCode, bool down,
+                                                 EventFlags flags) {
+    if (desktop_.failures.eventCreate) return std::nullopt;
+    return KeyEvent{keyCode, down, flags, nullptr};
+}
+
+std::optional<MouseEvent> SimulatedPoster::makeMouse(EventType type, std::int64_t buttonNumber,
+                                                     Point location) {
+    if (desktop_.failures.eventCreate) return std::nullopt;
+    return MouseEvent{type, buttonNumber, location, nullptr};
+}
+
+void SimulatedPoster::post(const KeyEvent& event, TapLocation at) {
+    tell(desktop_, trace::PostedKey{event.keyCode, event.down, event.flags, at});
+}
+
+void SimulatedPoster::post(const MouseEvent& event, TapLocation at) {
+    tell(desktop_, trace::PostedMouse{event.type, event.buttonNumber, event.location, 0, 0, 0, at});
+    desktop_.pointer = event.location;
+    if (at != TapLocation::hid) return;
+    TapEvent returning;
+    returning.type = event.type;
+    returning.buttonNumber = event.buttonNumber;
+    returning.location = event.location;
+    tap_.sendLater(returning);
+}
+
+void SimulatedPoster::post(const MediaKeyEvent& event, TapLocation at) {
+    tell(desktop_, trace::PostedMedia{event.data1, event.flags, at});
+}
+
+bool SimulatedPoster::postCopy(const TapEvent& changed, TapLocation at) {
+    if (desktop_.failures.eventCopy) return false;
+    tell(desktop_, trace::PostedMouse{changed.type, changed.buttonNumber, changed.location, changed.deltaX,
+                                      changed.deltaY, changed.sourceUserData, at});
+    if (at == TapLocation::hid) tap_.sendLater(changed);
+    return true;
+}
+
+}  // namespace trelvan

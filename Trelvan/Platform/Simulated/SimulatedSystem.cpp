@@ -1,0 +1,111 @@
+#include "Platform/Simulated/SimulatedSystem.hpp"
+
+#include "Platform/Simulated/SimulatedDesktop.hpp"
+
+namespace trelvan {
+
+namespace {
+
+template <typename What>
+void tell(const SimulatedDesktop& desktop, What what) {
+    if (desktop.onTrace) desktop.onTrace({desktop.time.uptime(), std::move(what)});
+}
+
+}  // namespace
+
+std::span<const Rect> SimulatedScreens::frames() const {
+    return desktop_.screenFrames;
+}
+
+std::span<const OwnWindow> SimulatedScreens::ownWindows() const {
+    return desktop_.windows;
+}
+
+Point SimulatedScreens::pointerLocation() const {
+    const double height = desktop_.screenFrames.empty() ? 0.0 : desktop_.screenFrames.front().height;
+    return {desktop_.pointer.x, height - desktop_.pointer.y};
+}
+
+std::string_view SimulatedScreens::frontmostApplication() const {
+    return desktop_.frontmost;
+}
+
+std::optional<DefaultsValue> SimulatedDefaults::object(std::string_view key) const {
+    const auto found = desktop_.defaults.find(key);
+    return found != desktop_.defaults.end() ? std::optional{found->second} : std::nullopt;
+}
+
+void SimulatedDefaults::set(std::string_view key, DefaultsValue value) {
+    if (desktop_.failures.save) return;
+    desktop_.defaults.insert_or_assign(std::string(key), std::move(value));
+}
+
+void SimulatedDefaults::remove(std::string_view key) {
+    if (desktop_.failures.save) return;
+    if (const auto found = desktop_.defaults.find(key); found != desktop_.defaults.end())
+        desktop_.defaults.erase(found);
+}
+
+std::optional<std::string> SimulatedDefaults::putAside(std::string_view key, const Data& data) {
+    if (desktop_.failures.save) return std::nullopt;
+    const std::string name =
+        std::string(key) + ".undecodable-" + std::to_string(desktop_.asides.size() + 1) + ".json";
+    desktop_.asides[name] = data.bytes;
+    return name;
+}
+
+bool SimulatedWorkspace::exists(std::string_view path) const {
+    return desktop_.disk.contains(path);
+}
+
+std::optional<std::string> SimulatedWorkspace::applicationPath(std::string_view bundleIdentifier) const {
+    for (const auto& [path, item] : desktop_.disk) {
+        if (item.kind == SimulatedItem::Kind::application && item.bundle == bundleIdentifier) return path;
+    }
+    return std::nullopt;
+}
+
+void SimulatedWorkspace::openApplication(std::string_view path) {
+    tell(desktop_, trace::Opened{trace::Opened::Kind::application, std::string(path)});
+}
+
+void SimulatedWorkspace::openFolder(std::string_view path) {
+    tell(desktop_, trace::Opened{trace::Opened::Kind::folder, std::string(path)});
+}
+
+void SimulatedWorkspace::openUrl(std::string_view url) {
+    tell(desktop_, trace::Opened{trace::Opened::Kind::url, std::string(url)});
+}
+
+void SimulatedWorkspace::reveal(std::string_view folder) {
+    tell(desktop_, trace::Opened{trace::Opened::Kind::reveal, std::string(folder)});
+}
+
+bool SimulatedTrust::isTrusted() {
+    return desktop_.accessibility;
+}
+
+bool SimulatedTrust::requestTrust() {
+    if (!desktop_.accessibility) tell(desktop_, trace::Prompted{trace::Prompted::Permission::accessibility});
+    return desktop_.accessibility;
+}
+
+ScriptResult SimulatedScripts::run(std::string_view source) {
+    if (desktop_.failures.scriptCreate) return {ScriptResult::Status::notCreated, ""};
+    tell(desktop_, trace::Script{std::string(source)});
+    if (desktop_.failures.scriptRun) return {ScriptResult::Status::failed, "simulated failure"};
+    return {ScriptResult::Status::ran, ""};
+}
+
+std::optional<HotKeyEntry> SimulatedHotKeys::entry(int id) const {
+    const auto found = desktop_.hotKeyEntries.find(id);
+    return found != desktop_.hotKeyEntries.end() ? std::optional{found->second} : std::nullopt;
+}
+
+void SimulatedLog::write(const LogRecord& record) {
+    // The copy is made for the trace only: without one, a log line costs what it costs elsewhere.
+    if (!desktop_.onTrace) return;
+    tell(desktop_, trace::Logged{record.level, std::string(record.message)});
+}
+
+}  // namespace trelvan

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "Platform/EventPoster.hpp"
+#include "Platform/EventTap.hpp"
+#include "Platform/RunLoop.hpp"
+#include "Utilities/LogLevel.hpp"
+
+#include <string>
+#include <variant>
+
+namespace trelvan {
+
+/// What can leave the program on the simulated desktop.
+namespace trace {
+
+/// An event that reached the tap, as it left it.
+struct Event {
+    TapEvent event;
+    TapAnswer answer;
+    /// Whether it is one of the program's own copies coming back.
+    bool marked = false;
+};
+
+struct PostedKey {
+    KeyCode keyCode;
+    bool down;
+    EventFlags flags;
+    TapLocation tap;
+    friend bool operator==(const PostedKey&, const PostedKey&) = default;
+};
+
+struct PostedMouse {
+    EventType type;
+    std::int64_t button;
+    Point location;
+    std::int64_t deltaX;
+    std::int64_t deltaY;
+    std::int64_t userData;
+    TapLocation tap;
+    friend bool operator==(const PostedMouse&, const PostedMouse&) = default;
+};
+
+struct PostedMedia {
+    std::int64_t data1;
+    EventFlags flags;
+    TapLocation tap;
+    friend bool operator==(const PostedMedia&, const PostedMedia&) = default;
+};
+
+struct Opened {
+    enum class Kind { application, folder, url, reveal } kind;
+    std::string target;
+    friend bool operator==(const Opened&, const Opened&) = default;
+};
+
+struct Script {
+    std::string source;
+    friend bool operator==(const Script&, const Script&) = default;
+};
+
+struct Logged {
+    LogLevel level;
+    std::string message;
+    friend bool operator==(const Logged&, const Logged&) = default;
+};
+
+struct Prompted {
+    enum class Permission { accessibility, automation } permission;
+    friend bool operator==(const Prompted&, const Prompted&) = default;
+};
+
+}  // namespace trace
+
+/// One thing that left the program, and when.
+struct TraceEntry {
+    Seconds at;
+    std::variant<trace::Event, trace::PostedKey, trace::PostedMouse, trace::PostedMedia, trace::Opened,
+                 trace::Script, trace::Logged, trace::Prompted>
+        what;
+};
+
+}  // namespace trelvan

@@ -1,0 +1,75 @@
+#include "TrelvanApp.hpp"
+
+#include "Core/ButtonMapper.hpp"
+
+#include <utility>
+
+namespace trelvan {
+
+TrelvanApp::TrelvanApp(Platform& platform, Logger& logger, UuidSource uuids)
+    : profileManager(platform.userDefaults(), logger, std::move(uuids)),
+      eventMonitor(std::make_shared<EventMonitor>(
+          EventMonitor::Ports{.tap = platform.eventTap(),
+                              .poster = platform.eventPoster(),
+                              .screens = platform.screens(),
+                              .defaults = platform.userDefaults(),
+                              .mainQueue = platform.mainQueue(),
+                              .clock = platform.clock()},
+          [this]() -> PermissionsManager& { return permissions; }, logger)),
+      permissions(platform.accessibilityTrust(), platform.scriptRunner(), logger),
+      platform_(platform),
+      logger_(logger),
+      alive_(std::make_shared<TrelvanApp*>(this)) {}
+
+TrelvanApp::~TrelvanApp() {
+    permissionTimer_.reset();
+    permissionObserver_.reset();
+    eventMonitor->stop();
+    eventMonitor->onButtonEvent = nullptr;
+}
+
+void TrelvanApp::appear() {
+    if (std::exchange(appeared_, true)) return;
+    setupMonitor();
+    watchPermission();
+}
+
+void TrelvanApp::setupMonitor() {
+    const auto mapper = std::make_shared<ButtonMapper>(
+        ButtonMapper::Ports{.input = platform_.inputState(),
+                            .poster = platform_.eventPoster(),
+                            .background = platform_.backgroundQueue(),
+                            .mainQueue = platform_.mainQueue(),
+                            .screens = platform_.screens(),
+                            .workspace = platform_.workspace(),
+                            .hotKeys = platform_.hotKeyTable(),
+                            .views = platform_.systemViews(),
+                            .scripts = platform_.scriptRunner(),
+                            .shortcuts = platform_.actionShortcuts()},
+        [this] { return profileManager.activeSnapshot(); }, smartButtonController, logger_);
+    eventMonitor->onButtonEvent = [mapper](std::int64_t buttonNumber, EventFlags flags) {
+        return mapper->execute(buttonNumber, flags);
+    };
+    permissions.refresh();
+    if (permissions.accessibilityGranted) eventMonitor->start();
+}
+
+void TrelvanApp::watchPermission() {
+    permissionObserver_ = permissions.accessibilityGranted.observe([this](bool granted) {
+        if (!granted || permissions.accessibilityGranted) return;
+        // Observers are told before the change; the start looks at the permission itself.
+        platform_.mainQueue().async([weak = std::weak_ptr(alive_)] {
+            if (const auto app = weak.lock()) (*app)->startIfPermitted();
+        });
+    });
+    permissionTimer_ = platform_.timers().every(permissionInterval, [this] {
+        permissions.refresh();
+        startIfPermitted();
+    });
+}
+
+void TrelvanApp::startIfPermitted() {
+    if (permissions.accessibilityGranted && !eventMonitor->isRunning) eventMonitor->start();
+}
+
+}  // namespace trelvan

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Core/EventMonitor.hpp"
+#include "Core/PermissionsManager.hpp"
+#include "Core/ProfileManager.hpp"
+#include "Core/SmartButtonController.hpp"
+#include "Platform/Platform.hpp"
+#include "Utilities/Logger.hpp"
+
+#include <memory>
+
+namespace trelvan {
+
+/// The root object: owns the long-lived services, joins the tap to the actions, and sees to it that the tap
+/// comes up as soon as the permission for it is there. Main thread.
+class TrelvanApp {
+  public:
+    /// How often the permission is looked at, and a tap that is missing is tried again.
+    static constexpr Seconds permissionInterval{2.0};
+
+    /// Creates the services, in the order of their declaration. Platform and logger outlive the application.
+    TrelvanApp(Platform& platform, Logger& logger, UuidSource uuids = &Uuid::random);
+    TrelvanApp(const TrelvanApp&) = delete;
+    TrelvanApp& operator=(const TrelvanApp&) = delete;
+    /// Stops the tap: a monitor whose tap exists would outlive its owner.
+    ~TrelvanApp();
+
+    /// The interface appeared for the first time: wires the services and starts the permission trigger.
+    /// Further calls do nothing.
+    void appear();
+
+    ProfileManager profileManager;
+    const std::shared_ptr<EventMonitor> eventMonitor;
+    PermissionsManager permissions;
+    /// Set by the interface that can show a menu; without one the Smart Button action does nothing.
+    std::shared_ptr<SmartButtonController> smartButtonController;
+
+  private:
+    void setupMonitor();
+    void watchPermission();
+    void startIfPermitted();
+
+    Platform& platform_;
+    Logger& logger_;
+    bool appeared_ = false;
+    Subscription permissionObserver_;
+    std::unique_ptr<Timers::Timer> permissionTimer_;
+    /// What was put into the main queue asks this before it touches the application.
+    std::shared_ptr<TrelvanApp*> alive_;
+};
+
+}  // namespace trelvan

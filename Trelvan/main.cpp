@@ -1,0 +1,60 @@
+#include "CommandLine.hpp"
+#include "Platform/Platform.hpp"
+#include "TrelvanApp.hpp"
+#include "Utilities/Logger.hpp"
+
+#include <cstdio>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace {
+
+using namespace trelvan;
+
+void print(std::FILE* stream, std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stream);
+}
+
+int complain(const std::string& reason) {
+    print(stderr, "trelvan: " + reason + "\n");
+    return exitStatus::unavailable;
+}
+
+int runApplication(int& argc, char** argv, const command::Run& options) {
+    auto made = makePlatform(argc, argv, {.configDirectory = options.configDirectory});
+    if (const auto* failure = std::get_if<PlatformFailure>(&made)) return complain(failure->reason);
+    Platform& platform = *std::get<std::unique_ptr<Platform>>(made);
+
+    AppLogger.connect(&platform.standardOutput(), &platform.unifiedLog());
+    int status = exitStatus::ok;
+    {
+        TrelvanApp app(platform, AppLogger);
+        app.appear();
+        status = platform.run();
+    }
+    AppLogger.disconnect();
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const AppLanguage language = terminalLanguage();
+    const std::vector<std::string_view> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+    const Command asked = parseCommandLine(arguments, language);
+    if (const auto* bad = std::get_if<command::BadUsage>(&asked)) {
+        print(stderr, "trelvan: " + bad->message + "\n");
+        print(stderr, helpText(language));
+        return exitStatus::badUsage;
+    }
+    if (std::holds_alternative<command::ShowHelp>(asked)) {
+        print(stdout, helpText(language));
+        return exitStatus::ok;
+    }
+    if (std::holds_alternative<command::ShowVersion>(asked)) {
+        print(stdout, "trelvan " TRELVAN_VERSION "\n");
+        return exitStatus::ok;
+    }
+    return runApplication(argc, argv, std::get<command::Run>(asked));
+}
