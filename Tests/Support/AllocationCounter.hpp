@@ -1,10 +1,10 @@
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 
 namespace trelvan::test {
 
-/// How often this process has allocated from the heap so far. Linking AllocationCounter.cpp counts.
-[[nodiscard]] std::uint64_t allocationCount();
+/// How many times this thread has taken memory with `new`.
+[[nodiscard]] std::size_t allocationCount();
 
 }  // namespace trelvan::test

@@ -40,7 +40,7 @@ std::string placeOf(const CodingError& error) {
         return "no es JSON válido en la línea " + std::to_string(error.position->line) + ", columna " +
                std::to_string(error.position->column);
     }
-    if (error.path.empty()) return "no es una lista de perfiles";
+    if (error.path.empty()) return "no es una lista de perfiles legible";
     return "dato no válido en '" + error.path + "'";
 }
 

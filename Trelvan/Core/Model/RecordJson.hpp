@@ -187,7 +187,7 @@ template <typename T>
 [[nodiscard]] Coded<T> decode(std::string_view bytes, const UuidSource& newId) {
     const auto value = parse(bytes);
     if (!value) return value.error();
-    T result;
+    T result{};
     if (auto problem = read(*value, result, newId)) return std::move(*problem);
     return result;
 }

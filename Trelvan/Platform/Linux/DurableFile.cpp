@@ -62,7 +62,8 @@ void syncFolder(const std::string& folder) {
 
 FileContent readFile(const std::string& path) {
     const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!file.isOpen()) return {.bytes = {}, .missing = errno == ENOENT, .error = lastError()};
+    if (!file.isOpen())
+        return {.bytes = {}, .missing = errno == ENOENT || errno == ENOTDIR, .error = lastError()};
     std::string bytes;
     std::string block(64 * 1024, '\0');
     for (;;) {

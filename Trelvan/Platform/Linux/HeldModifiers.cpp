@@ -74,6 +74,18 @@ void HeldModifiers::suspendAllBut(unsigned wanted, const ModifierMap& map) {
     }
 }
 
+void HeldModifiers::noteLifted(int keycode, const ModifierMap& map) {
+    map_ = map;
+    menuModifiers_ = map.super | map.alt;
+    if (std::ranges::find(suspended_, keycode) == suspended_.end()) suspended_.push_back(keycode);
+}
+
+void HeldModifiers::abandon() {
+    for (const int keycode : putBack_) ledger_.key(keycode, false);
+    putBack_.clear();
+    suspended_.clear();
+}
+
 void HeldModifiers::resume() {
     if (suspended_.empty()) return;
     const auto down = physicallyDown();

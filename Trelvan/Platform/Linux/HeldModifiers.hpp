@@ -19,9 +19,14 @@ class HeldModifiers {
 
     /// Lifts the held modifier keys that set none of the wanted modifiers.
     void suspendAllBut(unsigned wanted, const ModifierMap& map);
+    /// A synthetic modifier key went up, which lifts it for the applications even where the user holds it
+    /// too.
+    void noteLifted(int keycode, const ModifierMap& map);
     /// Puts back those that are still held.
     void resume();
-    [[nodiscard]] bool anySuspended() const { return !suspended_.empty(); }
+    /// Gives up: what was put back is lifted on the XTEST device, what was lifted stays so until pressed
+    /// again.
+    void abandon();
 
     /// Lifts keys that were put back and that the user has let go since.
     void settle();

@@ -56,7 +56,7 @@ LinuxEventPoster::LinuxEventPoster(std::unique_ptr<XConnection> connection, Linu
 LinuxEventPoster::~LinuxEventPoster() {
     const std::lock_guard lock(mutex_);
     ledger_.releaseAll();
-    held_.resume();
+    held_.abandon();
     XSync(connection_->display(), x11::no);
 }
 
@@ -121,18 +121,30 @@ void LinuxEventPoster::pressMissing(int keycode, unsigned wanted) {
         const unsigned sets = companion ? map_.modifiersOf(*companion) : 0;
         if ((sets & wanted) == 0 || (sets & state.mods) != 0) continue;
         held_.forgetBeforePress(*companion);
+        if (ledger_.isKeyDown(*companion)) {
+            // It went up with the user's own key of the same code; its owner lifts it again.
+            ledger_.key(*companion, false);
+            ledger_.key(*companion, true);
+            continue;
+        }
         ledger_.key(*companion, true);
         companions_[static_cast<std::size_t>(keycode)].push_back(*companion);
     }
 }
 
 void LinuxEventPoster::releaseKey(int keycode) {
-    ledger_.key(keycode, false);
+    lift(keycode);
     auto& companions = companions_[static_cast<std::size_t>(keycode)];
-    std::ranges::for_each(companions.rbegin(), companions.rend(),
-                          [this](int companion) { ledger_.key(companion, false); });
-    companions.clear();
+    while (!companions.empty()) {
+        lift(companions.back());
+        companions.pop_back();
+    }
     if (!ledger_.anyKeyDown()) held_.resume();
+}
+
+void LinuxEventPoster::lift(int keycode) {
+    ledger_.key(keycode, false);
+    if (map_.modifiersOf(keycode) != 0) held_.noteLifted(keycode, map_);
 }
 
 void LinuxEventPoster::post(const MouseEvent& event, TapLocation /*at*/) {

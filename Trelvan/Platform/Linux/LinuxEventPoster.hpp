@@ -42,6 +42,7 @@ class LinuxEventPoster : public EventPoster {
     void refresh();
     void pressKey(int keycode, EventFlags flags);
     void releaseKey(int keycode);
+    void lift(int keycode);
     void pressMissing(int keycode, unsigned wanted);
     void moveTo(Point location);
 

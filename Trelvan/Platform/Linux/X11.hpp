@@ -1,7 +1,7 @@
 #pragma once
 
-// The X libraries for the files that speak to the server. Include it last, and never from a header that
-// others include: the macros that collide with Qt and with ordinary words are taken away again below.
+// The X libraries for the files that speak to the server; never included from a header that others include.
+// The macros that collide with Qt and with ordinary words are taken away again below.
 
 #include <X11/XKBlib.h>
 #include <X11/Xatom.h>

@@ -9,14 +9,17 @@ namespace trelvan {
 /// they do not come back. Main thread.
 class XTestPointerOutput : public PointerOutput {
   public:
-    explicit XTestPointerOutput(_XDisplay* display) : display_(display), ledger_(display) {}
+    explicit XTestPointerOutput(_XDisplay* display);
 
-    void button(int xButton, bool down) override { ledger_.button(xButton, down); }
+    void button(int xButton, bool down) override;
     void move(std::int64_t deltaX, std::int64_t deltaY) override;
 
   private:
     _XDisplay* display_;
     XTestLedger ledger_;
+    /// The XTEST device has this many buttons (ten, as a rule); the server drops events of others.
+    int buttonCount_;
+    bool reportedMissing_ = false;
 };
 
 }  // namespace trelvan
