@@ -42,7 +42,7 @@ TEST_F(ButtonTest, MappedPressActsBeforeItsReleaseAndOnlyOnce) {
 
 TEST_F(ButtonTest, UnmappedPressesAndReleasesArriveUnchanged) {
     start(Settings().map(3, "Copiar"));
-    for (const int button : {2, 9, 10, 11}) {
+    for (const int button : {2, 9}) {
         trackball().press(button);
         EXPECT_TRUE(client().waitForButton(Kind::buttonPress, static_cast<unsigned>(button)));
         EXPECT_EQ(client().count(Kind::buttonRelease, static_cast<unsigned>(button)), 0);
@@ -50,7 +50,7 @@ TEST_F(ButtonTest, UnmappedPressesAndReleasesArriveUnchanged) {
         EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, static_cast<unsigned>(button)));
     }
     passSentinel();
-    EXPECT_EQ(buttonsArrived(), (std::vector<unsigned>{2, 9, 10, 11}));
+    EXPECT_EQ(buttonsArrived(), (std::vector<unsigned>{2, 9}));
     EXPECT_EQ(client().strokes(), std::vector<KeyStroke>{});
 }
 

@@ -35,7 +35,7 @@ class DesktopTest : public testing::Test {
     /// Presses a button that no test maps and waits until it arrives: whatever the devices did before has
     /// then arrived too, for all of it takes the same road. Where the pointer was at the press.
     Position passSentinel();
-    static constexpr int sentinelButton = 12;
+    static constexpr int sentinelButton = 10;
 
     void holdKey(KeySym key) { desktop().keyboard().keyDown(client().keyCode(key)); }
     void releaseKey(KeySym key) { desktop().keyboard().keyUp(client().keyCode(key)); }

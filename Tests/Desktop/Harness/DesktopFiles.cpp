@@ -15,8 +15,9 @@ std::string inputDevice(const std::string& name, const std::string& type,
            "\"none\"\nEndSection\n";
 }
 
+// AutoAddDevices stays on, although the server's seat has no other device: without it the server takes the
+// key codes of another age, which no desktop of today has.
 constexpr auto serverBasics = R"(Section "ServerFlags"
-    Option "AutoAddDevices" "false"
     Option "AutoAddGPU" "false"
     Option "DontVTSwitch" "true"
     Option "BlankTime" "0"
