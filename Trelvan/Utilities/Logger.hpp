@@ -1,12 +1,12 @@
 #pragma once
 
-#include <atomic>
-#include <chrono>
-#include <string_view>
-
 #include "Utilities/LogLevel.hpp"
 #include "Utilities/LogSink.hpp"
 #include "Utilities/Text.hpp"
+
+#include <atomic>
+#include <chrono>
+#include <string_view>
 
 namespace trelvan {
 
@@ -38,7 +38,8 @@ class Logger {
         return level >= minimumLevel.load(std::memory_order_relaxed);
     }
 
-    /// `file` is a path, of which only the last component is shown; both name the place of the call by default.
+    /// `file` is a path, of which only the last component is shown; both name the place of the call by
+    /// default.
     void debug(std::string_view message, const char* file = __builtin_FILE(),
                unsigned line = __builtin_LINE()) {
         log(LogLevel::debug, message, file, line);
