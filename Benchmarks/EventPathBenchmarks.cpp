@@ -1,10 +1,11 @@
-#include <benchmark/benchmark.h>
-
 #include "Support/AllocationCounter.hpp"
 #include "Support/HotPath.hpp"
 
-// The time from an event at the tap to the answer, on the simulated tap. What an event puts off until later (the
-// debug view, a marked copy on its way back) is cleared away every thousand events, outside the measured time.
+#include <benchmark/benchmark.h>
+
+// The time from an event at the tap to the answer, on the simulated tap. What an event puts off until later
+// (the debug view, a marked copy on its way back) is cleared away every thousand events, outside the measured
+// time.
 
 namespace trelvan {
 namespace {

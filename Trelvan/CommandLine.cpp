@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::string_view englishHelp =
     R"(Usage: trelvan [--config DIR]
+       trelvan simulate [--shortcuts macos|linux] SCRIPT|-
        trelvan --help | --version
 
 Turns the extra buttons and the wheel of a trackball or mouse into shortcuts,
@@ -21,12 +22,18 @@ system actions and application launches. Runs until it is told to end
   --help         shows this text
   --version      shows the version
 
+simulate runs a script of events on a simulated desktop and prints what would
+happen, one JSON object a line; nothing of this computer is touched.
+  --shortcuts    whose key combinations the actions send: macos (the default)
+                 or linux
+
 Exit status: 0 normal end, 1 no display or a needed part of it is missing,
 2 wrong arguments.
 )";
 
 constexpr std::string_view spanishHelp =
     R"(Uso: trelvan [--config CARPETA]
+     trelvan simulate [--shortcuts macos|linux] GUION|-
      trelvan --help | --version
 
 Convierte los botones extra y la rueda de un trackball o ratón en atajos,
@@ -37,6 +44,11 @@ terminar (Control+C o la señal de terminación).
                      Si no, $XDG_CONFIG_HOME/trelvan o ~/.config/trelvan.
   --help             muestra este texto
   --version          muestra la versión
+
+simulate ejecuta un guion de eventos en un escritorio simulado y muestra lo que
+pasaría, un objeto JSON por línea; nada de este ordenador se toca.
+  --shortcuts        de quién son los atajos que envían las acciones: macos (lo
+                     habitual) o linux
 
 Estado de salida: 0 fin normal, 1 no hay pantalla o falta una parte necesaria,
 2 argumentos incorrectos.
@@ -64,11 +76,41 @@ Command withConfig(std::string_view folder, AppLanguage language) {
     return command::Run{std::string(folder)};
 }
 
+/// Reads what follows "simulate".
+Command parseSimulate(std::span<const std::string_view> arguments, AppLanguage language) {
+    command::Simulate result;
+    for (std::size_t index = 0; index < arguments.size(); ++index) {
+        const std::string_view argument = arguments[index];
+        if (argument == "--help") return command::ShowHelp{};
+        if (argument == "--shortcuts") {
+            const std::string_view whose = index + 1 < arguments.size() ? arguments[++index] : "";
+            if (whose != "linux" && whose != "macos") {
+                return wrong(
+                    pick(language, "--shortcuts: macos or linux, not", "--shortcuts: macos o linux, no"),
+                    whose);
+            }
+            result.linuxShortcuts = whose == "linux";
+        } else if (argument.starts_with('-') && argument != "-") {
+            return wrong(pick(language, "unknown option", "opción desconocida"), argument);
+        } else if (result.script.empty()) {
+            result.script = argument;
+        } else {
+            return wrong(pick(language, "unexpected argument", "argumento inesperado"), argument);
+        }
+    }
+    if (result.script.empty())
+        return command::BadUsage{
+            std::string(pick(language, "simulate needs a script", "simulate necesita un guion"))};
+    return result;
+}
+
 }  // namespace
 
 Command parseCommandLine(std::span<const std::string_view> arguments, AppLanguage language) {
     constexpr std::string_view configOption = "--config";
     constexpr std::string_view configPrefix = "--config=";
+    if (!arguments.empty() && arguments.front() == "simulate")
+        return parseSimulate(arguments.subspan(1), language);
     Command result = command::Run{};
     for (std::size_t index = 0; index < arguments.size(); ++index) {
         const std::string_view argument = arguments[index];

@@ -15,6 +15,12 @@ struct Run {
     /// Folder of the settings file; empty for the platform's own place.
     std::string configDirectory;
 };
+struct Simulate {
+    /// A file's path, or "-" for standard input.
+    std::string script;
+    /// Whether the catalogue's shortcuts are those of Linux rather than those of macOS.
+    bool linuxShortcuts = false;
+};
 struct ShowHelp {};
 struct ShowVersion {};
 /// The arguments make no sense; the text says which and why.
@@ -23,7 +29,8 @@ struct BadUsage {
 };
 }  // namespace command
 
-using Command = std::variant<command::Run, command::ShowHelp, command::ShowVersion, command::BadUsage>;
+using Command =
+    std::variant<command::Run, command::Simulate, command::ShowHelp, command::ShowVersion, command::BadUsage>;
 
 /// Exit statuses of the program.
 namespace exitStatus {

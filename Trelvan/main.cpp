@@ -1,4 +1,5 @@
 #include "CommandLine.hpp"
+#include "DryRun/Simulation.hpp"
 #include "Platform/Platform.hpp"
 #include "TrelvanApp.hpp"
 #include "Utilities/Logger.hpp"
@@ -56,5 +57,7 @@ int main(int argc, char** argv) {
         print(stdout, "trelvan " TRELVAN_VERSION "\n");
         return exitStatus::ok;
     }
+    if (const auto* dryRun = std::get_if<command::Simulate>(&asked))
+        return simulate(dryRun->script, dryRun->linuxShortcuts ? linuxShortcuts : macShortcuts);
     return runApplication(argc, argv, std::get<command::Run>(asked));
 }

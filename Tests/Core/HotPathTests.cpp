@@ -1,7 +1,7 @@
-#include <gtest/gtest.h>
-
 #include "Support/AllocationCounter.hpp"
 #include "Support/HotPath.hpp"
+
+#include <gtest/gtest.h>
 
 namespace trelvan {
 namespace {

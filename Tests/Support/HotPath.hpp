@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstdint>
-#include <memory>
-
 #include "Core/ButtonMapper.hpp"
 #include "Core/EventMonitor.hpp"
 #include "Core/PermissionsManager.hpp"
 #include "Platform/Simulated/SimulatedDesktop.hpp"
+
+#include <cstdint>
+#include <memory>
 
 namespace trelvan::test {
 

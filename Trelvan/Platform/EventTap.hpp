@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstdint>
-
 #include "Platform/TapEvent.hpp"
+
+#include <cstdint>
 
 namespace trelvan {
 
@@ -14,9 +14,9 @@ enum class TapAnswer : std::uint8_t { deliver, swallow };
 /// All calls and the callback are made on the main thread. There is at most one tap.
 class EventTap {
   public:
-    /// Called for each event whose type is in the mask, and for the two tap-disabled pseudo-types whatever the
-    /// mask (the event then carries nothing but its type, and the answer is not looked at).
-    /// A plain function pointer: it runs up to 8,000 times a second.
+    /// Called for each event whose type is in the mask, and for the two tap-disabled pseudo-types whatever
+    /// the mask (the event then carries nothing but its type, and the answer is not looked at). A plain
+    /// function pointer: it runs up to 8,000 times a second.
     using Callback = TapAnswer (*)(void* userInfo, TapEvent& event);
 
     virtual ~EventTap() = default;

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "Platform/Quartz.hpp"
+
 #include <cstdint>
 #include <optional>
 #include <vector>
-
-#include "Platform/Quartz.hpp"
 
 namespace trelvan {
 
@@ -15,8 +15,8 @@ struct KeyChord {
     friend bool operator==(const KeyChord&, const KeyChord&) = default;
 };
 
-/// One entry of the symbolic hot-key table, as the system stores it. A platform that keeps shortcuts in another
-/// form offers them as {0, key code, modifier flags}.
+/// One entry of the symbolic hot-key table, as the system stores it. A platform that keeps shortcuts in
+/// another form offers them as {0, key code, modifier flags}.
 struct HotKeyEntry {
     bool enabled = false;
     /// The array "parameters"; no value for an element that is not a whole number.

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <string>
-#include <variant>
-
 #include "Platform/AccessibilityTrust.hpp"
 #include "Platform/ActionShortcuts.hpp"
 #include "Platform/EventPoster.hpp"
@@ -17,6 +13,10 @@
 #include "Platform/UserDefaults.hpp"
 #include "Platform/Workspace.hpp"
 #include "Utilities/LogSink.hpp"
+
+#include <memory>
+#include <string>
+#include <variant>
 
 namespace trelvan {
 

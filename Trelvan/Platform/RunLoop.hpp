@@ -23,8 +23,8 @@ class Clock {
 /// The main thread's queue: what is put in runs later on the main thread, in order. Any thread may put in.
 class MainQueue {
   public:
-    /// A job made once and asked for often. Asking again before it ran runs it once. Asking allocates nothing,
-    /// so the tap may do it for each event. After the handle is gone the job does not run.
+    /// A job made once and asked for often. Asking again before it ran runs it once. Asking allocates
+    /// nothing, so the tap may do it for each event. After the handle is gone the job does not run.
     class Hop {
       public:
         virtual ~Hop() = default;

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "Utilities/Geometry.hpp"
+
 #include <optional>
 #include <span>
 #include <string_view>
-
-#include "Utilities/Geometry.hpp"
 
 namespace trelvan {
 

@@ -16,8 +16,8 @@ enum class SystemView : std::uint8_t {
 
 /// Shows a view or moves between desktops by the desktop's own protocol rather than by keys.
 ///
-/// Asked when no symbolic hot key resolves. Where the answer is true nothing else is tried, which keeps guessed
-/// keystrokes out of the user's document on desktops that can be asked directly. Any thread.
+/// Asked when no symbolic hot key resolves. Where the answer is true nothing else is tried, which keeps
+/// guessed keystrokes out of the user's document on desktops that can be asked directly. Any thread.
 class SystemViews {
   public:
     virtual ~SystemViews() = default;

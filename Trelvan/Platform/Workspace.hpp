@@ -17,7 +17,8 @@ class Workspace {
     [[nodiscard]] virtual bool exists(std::string_view path) const = 0;
     /// Where the application with the bundle identifier is; none when it is not installed. A platform without
     /// bundle identifiers knows those the core asks for as roles.
-    [[nodiscard]] virtual std::optional<std::string> applicationPath(std::string_view bundleIdentifier) const = 0;
+    [[nodiscard]] virtual std::optional<std::string> applicationPath(
+        std::string_view bundleIdentifier) const = 0;
 
     virtual void openApplication(std::string_view path) = 0;
     virtual void openFolder(std::string_view path) = 0;

@@ -17,10 +17,14 @@ constexpr std::optional<LogLevel> logLevelFromRaw(int raw) {
 /// What a log line shows for the level; the trailing blanks keep the words five letters wide.
 constexpr std::string_view label(LogLevel level) {
     switch (level) {
-        case LogLevel::debug: return "🔍 DEBUG";
-        case LogLevel::info: return "ℹ️ INFO ";
-        case LogLevel::warning: return "⚠️ WARN ";
-        case LogLevel::error: return "❌ ERROR";
+        case LogLevel::debug:
+            return "🔍 DEBUG";
+        case LogLevel::info:
+            return "ℹ️ INFO ";
+        case LogLevel::warning:
+            return "⚠️ WARN ";
+        case LogLevel::error:
+            return "❌ ERROR";
     }
     return {};
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string_view>
-
 #include "Utilities/LogLevel.hpp"
+
+#include <string_view>
 
 namespace trelvan {
 

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <atomic>
-#include <chrono>
-#include <source_location>
-#include <string_view>
-
 #include "Utilities/LogLevel.hpp"
 #include "Utilities/LogSink.hpp"
 #include "Utilities/Text.hpp"
+
+#include <atomic>
+#include <chrono>
+#include <string_view>
 
 namespace trelvan {
 
@@ -39,32 +38,23 @@ class Logger {
         return level >= minimumLevel.load(std::memory_order_relaxed);
     }
 
-    /// `file` is a path; only its last component is shown.
-    void debug(std::string_view message, const char* file, unsigned line) {
+    /// `file` is a path, of which only the last component is shown; both name the place of the call by
+    /// default.
+    void debug(std::string_view message, const char* file = __builtin_FILE(),
+               unsigned line = __builtin_LINE()) {
         log(LogLevel::debug, message, file, line);
     }
-    void info(std::string_view message, const char* file, unsigned line) {
+    void info(std::string_view message, const char* file = __builtin_FILE(),
+              unsigned line = __builtin_LINE()) {
         log(LogLevel::info, message, file, line);
     }
-    void warning(std::string_view message, const char* file, unsigned line) {
+    void warning(std::string_view message, const char* file = __builtin_FILE(),
+                 unsigned line = __builtin_LINE()) {
         log(LogLevel::warning, message, file, line);
     }
-    void error(std::string_view message, const char* file, unsigned line) {
+    void error(std::string_view message, const char* file = __builtin_FILE(),
+               unsigned line = __builtin_LINE()) {
         log(LogLevel::error, message, file, line);
-    }
-
-    /// The same, naming the place of the call.
-    void debug(std::string_view message, std::source_location at = std::source_location::current()) {
-        log(LogLevel::debug, message, at.file_name(), at.line());
-    }
-    void info(std::string_view message, std::source_location at = std::source_location::current()) {
-        log(LogLevel::info, message, at.file_name(), at.line());
-    }
-    void warning(std::string_view message, std::source_location at = std::source_location::current()) {
-        log(LogLevel::warning, message, at.file_name(), at.line());
-    }
-    void error(std::string_view message, std::source_location at = std::source_location::current()) {
-        log(LogLevel::error, message, at.file_name(), at.line());
     }
 
   private:

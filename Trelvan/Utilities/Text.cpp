@@ -25,9 +25,8 @@ bool isWhiteSpace(utf8proc_int32_t codepoint) {
 /// The code point at the front of `text` and its length in bytes; length 0 where it is not UTF-8.
 std::pair<utf8proc_int32_t, std::size_t> firstCodepoint(std::string_view text) {
     utf8proc_int32_t codepoint = -1;
-    const auto length =
-        utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                         static_cast<utf8proc_ssize_t>(text.size()), &codepoint);
+    const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                                         static_cast<utf8proc_ssize_t>(text.size()), &codepoint);
     return {codepoint, length > 0 ? static_cast<std::size_t>(length) : 0};
 }
 

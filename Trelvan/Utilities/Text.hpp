@@ -10,8 +10,8 @@
 
 namespace trelvan {
 
-/// Whether two UTF-8 texts are the same under canonical equivalence (a letter with a composed accent equals the
-/// letter followed by the combining one). Texts that are not UTF-8 are compared by their bytes.
+/// Whether two UTF-8 texts are the same under canonical equivalence (a letter with a composed accent equals
+/// the letter followed by the combining one). Texts that are not UTF-8 are compared by their bytes.
 [[nodiscard]] bool canonicallyEquivalent(std::string_view left, std::string_view right);
 
 /// The composed form (NFC) of a UTF-8 text; none when it is not UTF-8.
@@ -45,8 +45,7 @@ class ShortText {
     }
 
     template <std::integral Number>
-        requires(!std::same_as<Number, bool> && !std::same_as<Number, char>)
-    void append(Number number) {
+    requires(!std::same_as<Number, bool> && !std::same_as<Number, char>) void append(Number number) {
         std::array<char, 24> digits{};
         const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), number);
         append(std::string_view(digits.data(), static_cast<std::size_t>(end - digits.data())));

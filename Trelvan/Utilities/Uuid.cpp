@@ -15,7 +15,9 @@ int digitValue(char character) {
     return -1;
 }
 
-constexpr bool hyphenBefore(std::size_t byte) { return byte == 4 || byte == 6 || byte == 8 || byte == 10; }
+constexpr bool hyphenBefore(std::size_t byte) {
+    return byte == 4 || byte == 6 || byte == 8 || byte == 10;
+}
 
 }  // namespace
 

@@ -2,9 +2,31 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <cstdlib>
 #include <functional>
+#include <new>
 #include <string>
 #include <vector>
+
+namespace {
+
+std::atomic<long> allocations{0};
+
+}  // namespace
+
+// Counts every allocation of the test program.
+void* operator new(std::size_t size) {
+    allocations.fetch_add(1, std::memory_order_relaxed);
+    if (void* memory = std::malloc(size > 0 ? size : 1)) return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+    std::free(memory);
+}
 
 namespace trelvan {
 namespace {
@@ -203,6 +225,31 @@ TEST_F(PointerRoadTest, RewrittenWheelLines_AreWhatIsSent) {
     };
     road.scroll(mouse, 1, 0);
     EXPECT_EQ(output.sent, (Sent{"+5", "-5", "+5", "-5"}));
+}
+
+/// Takes everything and keeps nothing.
+class SilentOutput : public PointerOutput {
+  public:
+    void button(int /*xButton*/, bool /*down*/) override { ++count; }
+    void move(std::int64_t /*deltaX*/, std::int64_t /*deltaY*/) override { ++count; }
+    int count = 0;
+};
+
+TEST(PointerRoadHotPath, MotionScrollAndPress_AllocateNothing) {
+    SilentOutput output;
+    PointerRoad road(output);
+    PointerDevice mouse;
+    road.bounds = {.x = 1000, .y = 800};
+    road.connect(
+        everyType, [](void*, TapEvent&) { return TapAnswer::deliver; }, nullptr);
+    const auto before = allocations.load();
+    for (int round = 0; round < 1000; ++round) {
+        road.motion(mouse, 0.7, -1.3);
+        road.scroll(mouse, 0.4, 0);
+        road.button(mouse, 9, round % 2 == 0);
+    }
+    EXPECT_EQ(allocations.load(), before);
+    EXPECT_GT(output.count, 2000);
 }
 
 TEST_F(PointerRoadTest, WithoutACallback_EverythingIsPassed) {

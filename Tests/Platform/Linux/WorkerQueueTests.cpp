@@ -56,9 +56,11 @@ TEST(WorkerQueue, EndWithJobsPending_RunsThemAtOnceInOrder) {
 
 TEST(WorkerQueue, EndWithAJobThatAlwaysFollowsItself_StillEnds) {
     int runs = 0;
+    // Outlives the queue, whose end runs it.
+    std::function<void()> again;
     {
         WorkerQueue queue;
-        std::function<void()> again = [&] {
+        again = [&] {
             ++runs;
             queue.after(Seconds{1}, again);
         };

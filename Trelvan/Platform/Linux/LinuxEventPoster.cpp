@@ -3,9 +3,11 @@
 #include "Platform/Linux/ButtonNumbers.hpp"
 #include "Platform/Linux/KeyTable.hpp"
 #include "Platform/Linux/X11.hpp"
+#include "Utilities/Logger.hpp"
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 
 namespace trelvan {
 
@@ -19,6 +21,21 @@ struct ButtonEdge {
     bool isButton = false;
     bool down = false;
 };
+
+/// Whether the keyboard mapping numbers its keys as the kernel does, which the key table takes for granted.
+bool usesKernelKeycodes(Display* display) {
+    XkbDescPtr keyboard = XkbAllocKeyboard();
+    if (keyboard == nullptr) return true;
+    bool result = true;
+    if (XkbGetNames(display, XkbKeycodesNameMask, keyboard) == x11::success && keyboard->names != nullptr) {
+        const Atom atom = keyboard->names->keycodes;
+        char* name = atom != x11::none ? XGetAtomName(display, atom) : nullptr;
+        result = name == nullptr || std::string_view(name).starts_with("evdev");
+        if (name != nullptr) XFree(name);
+    }
+    XkbFreeKeyboard(keyboard, 0, x11::yes);
+    return result;
+}
 
 ButtonEdge edgeOf(EventType type) {
     switch (type) {
@@ -51,6 +68,9 @@ LinuxEventPoster::LinuxEventPoster(std::unique_ptr<XConnection> connection, Linu
       mediaKeys_(connection_->display()) {
     XkbSelectEvents(connection_->display(), XkbUseCoreKbd, XkbMapNotifyMask | XkbNewKeyboardNotifyMask,
                     XkbMapNotifyMask | XkbNewKeyboardNotifyMask);
+    if (!usesKernelKeycodes(connection_->display())) {
+        AppLogger.warning("El teclado del servidor X no usa los códigos evdev: los atajos pueden salir mal");
+    }
 }
 
 LinuxEventPoster::~LinuxEventPoster() {

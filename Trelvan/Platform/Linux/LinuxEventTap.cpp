@@ -114,6 +114,8 @@ bool LinuxEventTap::take(PointerDevice& device) {
     }
     AppLogger.info(ShortText("Dispositivo capturado: ", device.name));
     devices_.push_back(std::make_unique<PointerDevice>(std::move(device)));
+    syncLocation();
+    output_.anchor(static_cast<int>(road_.location.x), static_cast<int>(road_.location.y));
     return true;
 }
 
@@ -179,7 +181,8 @@ void LinuxEventTap::handle(_XEvent& event) {
             break;
         case XI_HierarchyChanged: {
             const auto& change = *static_cast<const XIHierarchyEvent*>(event.xcookie.data);
-            constexpr int relevant = XISlaveAdded | XISlaveRemoved | XIDeviceEnabled | XIDeviceDisabled;
+            constexpr int relevant =
+                XISlaveAdded | XISlaveRemoved | XISlaveAttached | XIDeviceEnabled | XIDeviceDisabled;
             if (change.flags & relevant) scan();
             break;
         }

@@ -1,11 +1,15 @@
 #include "Platform/Linux/ShellViews.hpp"
 
+#include "Utilities/Logger.hpp"
+
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDBusInterface>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDBusReply>
 #include <QDBusVariant>
+#include <functional>
+#include <utility>
 
 namespace trelvan {
 
@@ -23,29 +27,47 @@ bool isRunning(const char* service) {
     return bus != nullptr && bus->isServiceRegistered(service).value();
 }
 
+void reportRefusal(const QString& error) {
+    AppLogger.warning(ShortText("El escritorio rechazó mostrar la vista: ", error.toStdString()));
+}
+
+/// Sends a call without waiting; `onError` gets the error's description if there is one.
+void call(const QDBusMessage& message, std::function<void(const QString&)> onError) {
+    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message));
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
+                     [watcher, onError = std::move(onError)] {
+                         if (watcher->isError()) onError(watcher->error().message());
+                         watcher->deleteLater();
+                     });
+}
+
+void setGnomeOverview(bool shown) {
+    auto set =
+        QDBusMessage::createMethodCall(gnomeShell, gnomePath, "org.freedesktop.DBus.Properties", "Set");
+    set << gnomeShell << "OverviewActive" << QVariant::fromValue(QDBusVariant(shown));
+    call(set, [](const QString& error) { reportRefusal(error); });
+}
+
 void toggleGnomeOverview() {
-    auto bus = QDBusConnection::sessionBus();
     auto get =
         QDBusMessage::createMethodCall(gnomeShell, gnomePath, "org.freedesktop.DBus.Properties", "Get");
     get << gnomeShell << "OverviewActive";
-    const QDBusReply<QDBusVariant> isActive = bus.call(get, QDBus::Block, patienceMilliseconds);
-    const bool wanted = !isActive.isValid() || !isActive.value().variant().toBool();
-    auto set =
-        QDBusMessage::createMethodCall(gnomeShell, gnomePath, "org.freedesktop.DBus.Properties", "Set");
-    set << gnomeShell << "OverviewActive" << QVariant::fromValue(QDBusVariant(wanted));
-    bus.asyncCall(set);
+    const QDBusReply<QDBusVariant> isActive =
+        QDBusConnection::sessionBus().call(get, QDBus::Block, patienceMilliseconds);
+    setGnomeOverview(!isActive.isValid() || !isActive.value().variant().toBool());
 }
 
 void showGnomeApplications() {
-    QDBusConnection::sessionBus().asyncCall(
-        QDBusMessage::createMethodCall(gnomeShell, gnomePath, gnomeShell, "ShowApplications"));
+    // Some versions let only their own programs ask for the grid; the overview is one step from it.
+    call(QDBusMessage::createMethodCall(gnomeShell, gnomePath, gnomeShell, "ShowApplications"),
+         [](const QString&) { setGnomeOverview(true); });
 }
 
 void invokeKde(const char* component, const char* shortcut) {
-    auto call = QDBusMessage::createMethodCall(kdeShortcuts, QString("/component/%1").arg(component),
-                                               "org.kde.kglobalaccel.Component", "invokeShortcut");
-    call << shortcut;
-    QDBusConnection::sessionBus().asyncCall(call);
+    auto invoke = QDBusMessage::createMethodCall(kdeShortcuts, QString("/component/%1").arg(component),
+                                                 "org.kde.kglobalaccel.Component", "invokeShortcut");
+    invoke << shortcut;
+    call(invoke, [](const QString& error) { reportRefusal(error); });
 }
 
 bool showOnGnome(SystemView view) {

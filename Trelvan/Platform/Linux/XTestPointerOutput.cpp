@@ -54,4 +54,8 @@ void XTestPointerOutput::move(std::int64_t deltaX, std::int64_t deltaY) {
     XTestFakeRelativeMotionEvent(display_, clamped(deltaX), clamped(deltaY), CurrentTime);
 }
 
+void XTestPointerOutput::anchor(int x, int y) {
+    XTestFakeMotionEvent(display_, -1, x, y, CurrentTime);
+}
+
 }  // namespace trelvan

@@ -13,6 +13,9 @@ class XTestPointerOutput : public PointerOutput {
 
     void button(int xButton, bool down) override;
     void move(std::int64_t deltaX, std::int64_t deltaY) override;
+    /// Makes the XTEST device the one that moved the pointer last, without moving it from where it is. Until
+    /// then the server forgets warps that applications ask for.
+    void anchor(int x, int y);
 
   private:
     _XDisplay* display_;

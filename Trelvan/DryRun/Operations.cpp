@@ -1,0 +1,271 @@
+#include "DryRun/Operations.hpp"
+
+#include "DryRun/ScriptLines.hpp"
+
+#include <array>
+#include <utility>
+
+namespace trelvan {
+
+using json::Problem;
+using json::Value;
+
+namespace {
+
+CodingError wrong(std::string_view key, std::string problem) {
+    return {std::string(key), std::move(problem)};
+}
+
+/// One call: the services, the line it stands on, and where its outcome goes.
+struct Call {
+    TrelvanApp& app;
+    const UuidSource& uuids;
+    const Value& line;
+    std::function<void(const Outcome&)> tell;
+
+    Problem done() const {
+        tell("null");
+        return std::nullopt;
+    }
+    template <typename Record>
+    Problem done(const Record& record) const {
+        Value value;
+        if (auto problem = json::write(record, value)) {
+            tell(OperationError{problem->text()});
+        } else {
+            tell(json::serialize(value));
+        }
+        return std::nullopt;
+    }
+    Problem failed(std::string text) const {
+        tell(OperationError{std::move(text)});
+        return std::nullopt;
+    }
+};
+
+/// Reads the arguments as a record and hands them on.
+template <typename Record, typename Use>
+Problem with(const Call& call, Use&& use) {
+    Record record;
+    if (auto problem = json::read(call.line, record, nullptr)) return problem;
+    return std::forward<Use>(use)(record);
+}
+
+/// The element that a value names by its identifier or its place in the list; null when there is none.
+template <typename Element>
+const Element* named(const std::vector<Element>& list, const Value& name) {
+    if (name.is_string()) {
+        const auto id = Uuid::parse(name.get_ref<const std::string&>());
+        for (const auto& element : list) {
+            if (element.id == id) return &element;
+        }
+        return nullptr;
+    }
+    const auto index = name.get<std::uint64_t>();
+    return index < list.size() ? &list[index] : nullptr;
+}
+
+bool isName(const Value* value) {
+    return value != nullptr && (value->is_string() || value->is_number_unsigned());
+}
+
+/// Hands the profile that the line names on; a line that names none of the store's is a failed call, not a
+/// wrong line.
+template <typename Use>
+Problem withProfile(const Call& call, Use&& use) {
+    const Value* name = json::member(call.line, "profile");
+    if (!isName(name)) return wrong("profile", "must be an identifier or a place in the list");
+    const auto* profile = named(call.app.profileManager.profiles.get(), *name);
+    if (profile == nullptr) return call.failed("no such profile");
+    // A copy: the operation replaces the list.
+    return std::forward<Use>(use)(TrackballProfile(*profile));
+}
+
+template <typename Use>
+Problem withMapping(const Call& call, Use&& use) {
+    const Value* name = json::member(call.line, "mapping");
+    if (!isName(name)) return wrong("mapping", "must be an identifier or a place in the list");
+    return withProfile(call, [&](const TrackballProfile& profile) -> Problem {
+        const auto* mapping = named(profile.mappings, *name);
+        if (mapping == nullptr) return call.failed("no such mapping");
+        return std::forward<Use>(use)(profile, *mapping);
+    });
+}
+
+Problem start(const Call& call) {
+    call.app.eventMonitor->start();
+    return call.done();
+}
+
+Problem stop(const Call& call) {
+    call.app.eventMonitor->stop();
+    return call.done();
+}
+
+Problem setDebugMode(const Call& call) {
+    return with<script::On>(call, [&](const auto& record) {
+        call.app.eventMonitor->debugMode = record.on;
+        return call.done();
+    });
+}
+
+Problem setSetting(const Call& call) {
+    EventMonitor& monitor = *call.app.eventMonitor;
+    const std::array<std::pair<std::string_view, Published<double>*>, 4> numbers{
+        {{"scrollSpeedVertical", &monitor.scrollSpeedVertical},
+         {"scrollSpeedHorizontal", &monitor.scrollSpeedHorizontal},
+         {"mouseSpeed", &monitor.mouseSpeed},
+         {"mouseAcceleration", &monitor.mouseAcceleration}}};
+    const std::array<std::pair<std::string_view, Published<bool>*>, 3> switches{
+        {{"horizontalScrollEnabled", &monitor.horizontalScrollEnabled},
+         {"swapScrollDirection", &monitor.swapScrollDirection},
+         {"advancedMouseSpeedEnabled", &monitor.advancedMouseSpeedEnabled}}};
+    return with<script::Name>(call, [&](const auto& record) -> Problem {
+        const Value* value = json::member(call.line, "value");
+        if (value == nullptr) return wrong("value", "required key is missing");
+        for (const auto& [name, setting] : numbers) {
+            if (name != record.name) continue;
+            double number = 0;
+            if (auto problem = json::read(*value, number, nullptr))
+                return std::move(*problem).inside("value");
+            // Far outside what the interface offers, and still far from where arithmetic ends.
+            if (number < -1000 || number > 1000) return wrong("value", "is out of range -1000..1000");
+            *setting = number;
+            return call.done();
+        }
+        for (const auto& [name, setting] : switches) {
+            if (name != record.name) continue;
+            bool on = false;
+            if (auto problem = json::read(*value, on, nullptr)) return std::move(*problem).inside("value");
+            *setting = on;
+            return call.done();
+        }
+        return wrong("name", "\"" + record.name + "\" is not a setting");
+    });
+}
+
+Problem persistSpeedSettings(const Call& call) {
+    call.app.eventMonitor->persistSpeedSettings();
+    return call.done();
+}
+
+Problem setActive(const Call& call) {
+    return withProfile(call, [&](const TrackballProfile& profile) {
+        call.app.profileManager.setActive(profile);
+        return call.done();
+    });
+}
+
+Problem createProfile(const Call& call) {
+    return with<script::Name>(call, [&](const auto& record) {
+        return call.done(call.app.profileManager.createProfile(record.name));
+    });
+}
+
+Problem rename(const Call& call) {
+    return with<script::Name>(call, [&](const auto& record) {
+        return withProfile(call, [&](const TrackballProfile& profile) {
+            call.app.profileManager.rename(profile.id, record.name);
+            return call.done();
+        });
+    });
+}
+
+Problem duplicate(const Call& call) {
+    return withProfile(call, [&](const TrackballProfile& profile) {
+        return call.done(call.app.profileManager.duplicate(profile));
+    });
+}
+
+Problem deleteProfile(const Call& call) {
+    return withProfile(call, [&](const TrackballProfile& profile) {
+        call.app.profileManager.deleteProfile(profile.id);
+        return call.done();
+    });
+}
+
+Problem updateMapping(const Call& call) {
+    const Value* given = json::member(call.line, "mapping");
+    if (given == nullptr) return wrong("mapping", "required key is missing");
+    ButtonMapping mapping;
+    if (auto problem = json::read(*given, mapping, call.uuids)) return std::move(*problem).inside("mapping");
+    return withProfile(call, [&](const TrackballProfile& profile) {
+        call.app.profileManager.updateMapping(mapping, profile.id);
+        return call.done();
+    });
+}
+
+Problem addExtraButtonMapping(const Call& call) {
+    return with<script::Button>(call, [&](const auto& record) {
+        call.app.profileManager.addExtraButtonMapping(record.button);
+        return call.done();
+    });
+}
+
+Problem addScrollMappings(const Call& call) {
+    call.app.profileManager.addScrollMappings();
+    return call.done();
+}
+
+Problem removeExtraButtonMapping(const Call& call) {
+    return withMapping(call, [&](const TrackballProfile& profile, const ButtonMapping& mapping) {
+        call.app.profileManager.removeExtraButtonMapping(mapping.id, profile.id);
+        return call.done();
+    });
+}
+
+Problem moveMapping(const Call& call) {
+    return with<script::Direction>(call, [&](const auto& record) -> Problem {
+        const bool up = record.direction == "up";
+        if (!up && record.direction != "down") return wrong("direction", "must be up or down");
+        return withMapping(call, [&](const TrackballProfile& profile, const ButtonMapping& mapping) {
+            call.app.profileManager.moveMapping(mapping.id, profile.id,
+                                                up ? MoveDirection::towardsStart : MoveDirection::towardsEnd);
+            return call.done();
+        });
+    });
+}
+
+Problem requestAutomation(const Call& call) {
+    call.app.permissions.requestAutomationPermissionIfNeeded();
+    return call.done();
+}
+
+struct Operation {
+    std::string_view name;
+    Problem (*run)(const Call& call);
+};
+
+constexpr std::array operations{
+    Operation{"start", &start},
+    Operation{"stop", &stop},
+    Operation{"setDebugMode", &setDebugMode},
+    Operation{"setSetting", &setSetting},
+    Operation{"persistSpeedSettings", &persistSpeedSettings},
+    Operation{"setActive", &setActive},
+    Operation{"createProfile", &createProfile},
+    Operation{"rename", &rename},
+    Operation{"duplicate", &duplicate},
+    Operation{"delete", &deleteProfile},
+    Operation{"updateMapping", &updateMapping},
+    Operation{"addExtraButtonMapping", &addExtraButtonMapping},
+    Operation{"addScrollMappings", &addScrollMappings},
+    Operation{"removeExtraButtonMapping", &removeExtraButtonMapping},
+    Operation{"moveMapping", &moveMapping},
+    Operation{"requestAutomation", &requestAutomation},
+};
+
+}  // namespace
+
+Problem callOperation(TrelvanApp& app, const UuidSource& uuids, const Value& line, const TellOutcome& tell) {
+    script::OperationName asked;
+    if (auto problem = json::read(line, asked, nullptr)) return problem;
+    for (const auto& operation : operations) {
+        if (operation.name != asked.operation) continue;
+        return operation.run(
+            {app, uuids, line, [&](const Outcome& outcome) { tell(operation.name, outcome); }});
+    }
+    return wrong("operation", "\"" + asked.operation + "\" is not an operation here");
+}
+
+}  // namespace trelvan

@@ -1,0 +1,151 @@
+#pragma once
+
+#include "Core/Model/RecordField.hpp"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+/// The lines of a script, as records: what keys each has, and of what type.
+namespace trelvan::script {
+
+/// One event at the tap. Deltas have 32 bits, more than any device sends, so that no sum of them overflows.
+struct Event {
+    std::int64_t type = 0;
+    std::int64_t button = 0;
+    std::uint64_t flags = 0;
+    std::optional<double> x;
+    std::optional<double> y;
+    std::int32_t dx = 0;
+    std::int32_t dy = 0;
+    std::int32_t scrollX = 0;
+    std::int32_t scrollY = 0;
+    std::int32_t pointX = 0;
+    std::int32_t pointY = 0;
+    std::int64_t userData = 0;
+
+    static constexpr auto fields() {
+        return std::tuple{required("type", &Event::type),
+                          defaulted("button", &Event::button),
+                          defaulted("flags", &Event::flags),
+                          defaulted("x", &Event::x),
+                          defaulted("y", &Event::y),
+                          defaulted("dx", &Event::dx),
+                          defaulted("dy", &Event::dy),
+                          defaulted("scrollX", &Event::scrollX),
+                          defaulted("scrollY", &Event::scrollY),
+                          defaulted("pointX", &Event::pointX),
+                          defaulted("pointY", &Event::pointY),
+                          defaulted("userData", &Event::userData)};
+    }
+};
+
+struct Accessibility {
+    bool granted = false;
+    static constexpr auto fields() { return std::tuple{required("granted", &Accessibility::granted)}; }
+};
+
+struct Modifiers {
+    std::uint64_t flags = 0;
+    static constexpr auto fields() { return std::tuple{required("flags", &Modifiers::flags)}; }
+};
+
+struct Screens {
+    std::vector<std::vector<double>> frames;
+    static constexpr auto fields() { return std::tuple{required("frames", &Screens::frames)}; }
+};
+
+struct Pointer {
+    double x = 0;
+    double y = 0;
+    static constexpr auto fields() {
+        return std::tuple{required("x", &Pointer::x), required("y", &Pointer::y)};
+    }
+};
+
+struct Window {
+    std::vector<double> frame;
+    bool visible = true;
+    double alpha = 1;
+    static constexpr auto fields() {
+        return std::tuple{required("frame", &Window::frame), defaulted("visible", &Window::visible),
+                          defaulted("alpha", &Window::alpha)};
+    }
+};
+
+struct OwnWindows {
+    std::vector<Window> windows;
+    static constexpr auto fields() { return std::tuple{required("windows", &OwnWindows::windows)}; }
+};
+
+struct Frontmost {
+    std::string bundle;
+    static constexpr auto fields() { return std::tuple{required("bundle", &Frontmost::bundle)}; }
+};
+
+struct Disk {
+    std::string path;
+    std::string kind;
+    std::string bundle;
+    static constexpr auto fields() {
+        return std::tuple{required("path", &Disk::path), required("kind", &Disk::kind),
+                          defaulted("bundle", &Disk::bundle)};
+    }
+};
+
+struct Fail {
+    std::string what;
+    bool on = false;
+    static constexpr auto fields() {
+        return std::tuple{required("what", &Fail::what), required("on", &Fail::on)};
+    }
+};
+
+struct TapDisabled {
+    std::string by;
+    static constexpr auto fields() { return std::tuple{required("by", &TapDisabled::by)}; }
+};
+
+struct Wait {
+    double seconds = 0;
+    static constexpr auto fields() { return std::tuple{required("seconds", &Wait::seconds)}; }
+};
+
+struct Print {
+    std::string what;
+    static constexpr auto fields() { return std::tuple{required("what", &Print::what)}; }
+};
+
+// The arguments of operations
+
+struct OperationName {
+    std::string operation;
+    static constexpr auto fields() { return std::tuple{required("operation", &OperationName::operation)}; }
+};
+
+struct On {
+    bool on = false;
+    static constexpr auto fields() { return std::tuple{required("on", &On::on)}; }
+};
+
+struct Name {
+    std::string name;
+    static constexpr auto fields() { return std::tuple{required("name", &Name::name)}; }
+};
+
+struct Button {
+    std::int64_t button = 0;
+    std::uint64_t flags = 0;
+    static constexpr auto fields() {
+        return std::tuple{required("button", &Button::button), defaulted("flags", &Button::flags)};
+    }
+};
+
+struct Direction {
+    std::string direction;
+    static constexpr auto fields() { return std::tuple{required("direction", &Direction::direction)}; }
+};
+
+}  // namespace trelvan::script

@@ -1,0 +1,405 @@
+#include "DryRun/Simulation.hpp"
+
+#include "CommandLine.hpp"
+#include "Core/Model/RecordJson.hpp"
+#include "DryRun/Operations.hpp"
+#include "DryRun/ScriptLines.hpp"
+#include "DryRun/StatePrinter.hpp"
+#include "Platform/Simulated/SimulatedDesktop.hpp"
+#include "TrelvanApp.hpp"
+
+#include <unistd.h>
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <utility>
+
+namespace trelvan {
+
+using json::Problem;
+using json::Value;
+
+namespace {
+
+/// No run of a script lasts longer than this, in seconds: beyond it virtual time would lose its fractions.
+constexpr double longestRun = 1e9;
+
+/// Identifiers that are the same in every run.
+UuidSource repeatingUuids() {
+    return [next = std::uint64_t{0}]() mutable {
+        Uuid::Bytes bytes{};
+        ++next;
+        for (std::size_t index = 0; index < 8; ++index)
+            bytes[15 - index] = static_cast<std::uint8_t>(next >> (8 * index));
+        return Uuid::version4(bytes);
+    };
+}
+
+CodingError wrong(std::string_view key, std::string problem) {
+    return {std::string(key), std::move(problem)};
+}
+
+std::optional<Rect> rectOf(const std::vector<double>& numbers) {
+    if (numbers.size() != 4) return std::nullopt;
+    return Rect{numbers[0], numbers[1], numbers[2], numbers[3]};
+}
+
+const CodingError notARectangle{"", "must be four numbers: x, y, width, height"};
+
+std::optional<EventType> eventType(std::int64_t number) {
+    if (number < 0 || number >= 64) return std::nullopt;
+    return static_cast<EventType>(number);
+}
+
+/// A stored value as a script writes it. Bytes have no form of their own there.
+std::optional<DefaultsValue> defaultsValue(const Value& value) {
+    if (value.is_boolean()) return value.get<bool>();
+    if (value.is_number_unsigned() || value.is_number_integer()) return value.get<std::int64_t>();
+    if (value.is_number()) return value.get<double>();
+    if (value.is_string()) return value.get<std::string>();
+    return std::nullopt;
+}
+
+HotKeyEntry hotKeyEntry(const Value& entry) {
+    HotKeyEntry result;
+    const Value* enabled = json::member(entry, "enabled");
+    result.enabled = enabled != nullptr && enabled->is_boolean() && enabled->get<bool>();
+    const Value* value = json::member(entry, "value");
+    const Value* parameters =
+        value != nullptr && value->is_object() ? json::member(*value, "parameters") : nullptr;
+    if (parameters == nullptr || !parameters->is_array()) return result;
+    for (const Value& parameter : *parameters) {
+        std::int64_t number = 0;
+        const bool whole = !json::read(parameter, number, nullptr);
+        result.parameters.push_back(whole ? std::optional{number} : std::nullopt);
+    }
+    return result;
+}
+
+}  // namespace
+
+/// The simulated desktop, the program on it once it is started, and what each kind of line does to them.
+class Simulation::World {
+  public:
+    World(const ActionShortcuts& shortcuts, TraceWriter::Output output)
+        : uuids_(repeatingUuids()), writer_(std::move(output)), desktop_(shortcuts) {
+        desktop_.onTrace = [this](const TraceEntry& entry) { writer_.write(entry); };
+    }
+
+    World(const World&) = delete;
+    World& operator=(const World&) = delete;
+    /// The script's end is not an event in its world: what taking the program down says is told to nobody.
+    ~World() { desktop_.onTrace = nullptr; }
+
+    Problem run(const Value& line) {
+        if (!line.is_object()) return CodingError{"", "not a JSON object"};
+        if (auto problem = goTo(line)) return problem;
+        const Value* asked = json::member(line, "do");
+        if (asked == nullptr || !asked->is_string()) return wrong("do", "required key is missing or no text");
+        const auto& name = asked->get_ref<const std::string&>();
+        for (const auto& [known, handler] : handlers) {
+            if (known == name) return (this->*handler)(line);
+        }
+        return wrong("do", "\"" + name + "\" is not known");
+    }
+
+    void finish() { desktop_.time.runUntilBackgroundIsEmpty(); }
+
+  private:
+    using Handler = Problem (World::*)(const Value& line);
+
+    /// The clock runs forward to where the line happens.
+    Problem goTo(const Value& line) {
+        Seconds moment = desktop_.time.uptime();
+        if (const Value* at = json::member(line, "at")) {
+            double seconds = 0;
+            if (auto problem = json::read(*at, seconds, nullptr)) return std::move(*problem).inside("at");
+            if (seconds > longestRun) return wrong("at", "is too late");
+            // What adding up left over is not going back.
+            if (seconds < moment.count() - 1e-9) return wrong("at", "goes back");
+            moment = std::max(moment, Seconds{seconds});
+        }
+        desktop_.time.runUntil(moment);
+        return std::nullopt;
+    }
+
+    /// Reads the line as a record and hands it on.
+    template <typename Record, typename Use>
+    Problem with(const Value& line, Use&& use) {
+        Record record;
+        if (auto problem = json::read(line, record, nullptr)) return problem;
+        return std::forward<Use>(use)(record);
+    }
+
+    Problem doDefaults(const Value& line) {
+        const Value* set = json::member(line, "set");
+        if (set == nullptr || !set->is_object()) return wrong("set", "must be an object");
+        for (const auto& [key, value] : set->items()) {
+            if (key == ProfileManager::storageKey && !value.is_string()) {
+                desktop_.defaults[key] = Data{json::serialize(value)};
+            } else if (const auto stored = defaultsValue(value)) {
+                desktop_.defaults[key] = *stored;
+            } else {
+                return wrong("set." + key, "must be a truth value, a number or a text");
+            }
+        }
+        return std::nullopt;
+    }
+
+    Problem doAccessibility(const Value& line) {
+        return with<script::Accessibility>(line, [this](const auto& record) -> Problem {
+            desktop_.accessibility = record.granted;
+            return std::nullopt;
+        });
+    }
+
+    Problem doStart(const Value& /*line*/) {
+        if (app_) return CodingError{"", "started already"};
+        app_ = std::make_unique<TrelvanApp>(desktop_, desktop_.logger, uuids_);
+        app_->appear();
+        return std::nullopt;
+    }
+
+    Problem doModifiers(const Value& line) {
+        return with<script::Modifiers>(line, [this](const auto& record) -> Problem {
+            desktop_.modifierFlags = record.flags;
+            return std::nullopt;
+        });
+    }
+
+    Problem doScreens(const Value& line) {
+        return with<script::Screens>(line, [this](const auto& record) -> Problem {
+            std::vector<Rect> frames;
+            for (const auto& numbers : record.frames) {
+                const auto frame = rectOf(numbers);
+                if (!frame) return CodingError(notARectangle).inside(frames.size()).inside("frames");
+                frames.push_back(*frame);
+            }
+            desktop_.screenFrames = std::move(frames);
+            return std::nullopt;
+        });
+    }
+
+    Problem doPointer(const Value& line) {
+        return with<script::Pointer>(line, [this](const auto& record) -> Problem {
+            desktop_.pointer = {record.x, record.y};
+            return std::nullopt;
+        });
+    }
+
+    Problem doOwnWindows(const Value& line) {
+        return with<script::OwnWindows>(line, [this](const auto& record) -> Problem {
+            std::vector<OwnWindow> windows;
+            for (const auto& window : record.windows) {
+                const auto frame = rectOf(window.frame);
+                if (!frame)
+                    return CodingError(notARectangle)
+                        .inside("frame")
+                        .inside(windows.size())
+                        .inside("windows");
+                windows.push_back({*frame, window.visible, window.alpha});
+            }
+            desktop_.windows = std::move(windows);
+            return std::nullopt;
+        });
+    }
+
+    Problem doFrontmost(const Value& line) {
+        return with<script::Frontmost>(line, [this](const auto& record) -> Problem {
+            desktop_.frontmost = record.bundle;
+            return std::nullopt;
+        });
+    }
+
+    Problem doHotKeys(const Value& line) {
+        const Value* table = json::member(line, "table");
+        if (table == nullptr || !table->is_object()) return wrong("table", "must be an object");
+        std::map<int, HotKeyEntry> entries;
+        for (const auto& [key, entry] : table->items()) {
+            int id = 0;
+            const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), id);
+            if (error != std::errc{} || end != key.data() + key.size())
+                return wrong("table." + key, "is not a whole number");
+            // An entry of another shape is in the table and resolves to nothing, as on a real system.
+            if (entry.is_object()) entries[id] = hotKeyEntry(entry);
+        }
+        desktop_.hotKeyEntries = std::move(entries);
+        return std::nullopt;
+    }
+
+    Problem doDisk(const Value& line) {
+        return with<script::Disk>(line, [this](const auto& record) -> Problem {
+            using Kind = SimulatedItem::Kind;
+            if (record.kind == "none") {
+                desktop_.disk.erase(record.path);
+                return std::nullopt;
+            }
+            constexpr std::array<std::pair<std::string_view, Kind>, 3> kinds{
+                {{"application", Kind::application}, {"folder", Kind::folder}, {"file", Kind::file}}};
+            for (const auto& [name, kind] : kinds) {
+                if (name != record.kind) continue;
+                desktop_.disk[record.path] = {kind, record.bundle};
+                return std::nullopt;
+            }
+            return wrong("kind", "must be application, folder, file or none");
+        });
+    }
+
+    Problem doFail(const Value& line) {
+        return with<script::Fail>(line, [this](const auto& record) -> Problem {
+            const std::array<std::pair<std::string_view, bool*>, 6> switches{
+                {{"tapCreate", &desktop_.failures.tapCreate},
+                 {"eventCopy", &desktop_.failures.eventCopy},
+                 {"eventCreate", &desktop_.failures.eventCreate},
+                 {"scriptCreate", &desktop_.failures.scriptCreate},
+                 {"scriptRun", &desktop_.failures.scriptRun},
+                 {"save", &desktop_.failures.save}}};
+            for (const auto& [name, failure] : switches) {
+                if (name != record.what) continue;
+                *failure = record.on;
+                return std::nullopt;
+            }
+            return wrong("what", "\"" + record.what + "\" is not a call that can fail here");
+        });
+    }
+
+    Problem doTapDisabled(const Value& line) {
+        return with<script::TapDisabled>(line, [this](const auto& record) -> Problem {
+            if (record.by == "timeout") {
+                desktop_.disableTap(EventType::tapDisabledByTimeout);
+            } else if (record.by == "userInput") {
+                desktop_.disableTap(EventType::tapDisabledByUserInput);
+            } else {
+                return wrong("by", "must be timeout or userInput");
+            }
+            return std::nullopt;
+        });
+    }
+
+    Problem doEvent(const Value& line) {
+        return with<script::Event>(line, [this](const script::Event& record) -> Problem {
+            const auto type = eventType(record.type);
+            if (!type) return wrong("type", "is not an event number");
+            desktop_.send(
+                {.type = *type,
+                 .flags = record.flags,
+                 .location = {record.x.value_or(desktop_.pointer.x), record.y.value_or(desktop_.pointer.y)},
+                 .buttonNumber = record.button,
+                 .deltaX = record.dx,
+                 .deltaY = record.dy,
+                 .scrollDeltaAxis1 = record.scrollY,
+                 .scrollDeltaAxis2 = record.scrollX,
+                 .scrollPointDeltaAxis1 = record.pointY,
+                 .scrollPointDeltaAxis2 = record.pointX,
+                 .sourceUserData = record.userData});
+            return std::nullopt;
+        });
+    }
+
+    Problem doWait(const Value& line) {
+        return with<script::Wait>(line, [this](const auto& record) -> Problem {
+            if (record.seconds < 0) return wrong("seconds", "goes back");
+            if (desktop_.time.uptime().count() + record.seconds > longestRun)
+                return wrong("seconds", "is too long");
+            desktop_.time.runFor(Seconds{record.seconds});
+            return std::nullopt;
+        });
+    }
+
+    Problem doCall(const Value& line) {
+        if (!app_) return CodingError{"", "call before start"};
+        return callOperation(*app_, uuids_, line, [this](std::string_view operation, const Outcome& outcome) {
+            const Seconds now = desktop_.time.uptime();
+            if (const auto* error = std::get_if<OperationError>(&outcome)) {
+                writer_.writeError(now, operation, error->text);
+            } else {
+                writer_.writeResult(now, operation, std::get<std::string>(outcome));
+            }
+        });
+    }
+
+    Problem doPrint(const Value& line) {
+        return with<script::Print>(line, [this](const auto& record) -> Problem {
+            if (!app_) return CodingError{"", "print before start"};
+            const auto state = stateOf(*app_, desktop_, record.what);
+            if (!state)
+                return wrong("what", "\"" + record.what + "\" is not a state that can be printed here");
+            writer_.writeState(desktop_.time.uptime(), record.what, *state);
+            return std::nullopt;
+        });
+    }
+
+    static constexpr std::array<std::pair<std::string_view, Handler>, 16> handlers{{
+        {"event", &World::doEvent},
+        {"defaults", &World::doDefaults},
+        {"accessibility", &World::doAccessibility},
+        {"start", &World::doStart},
+        {"modifiers", &World::doModifiers},
+        {"screens", &World::doScreens},
+        {"pointer", &World::doPointer},
+        {"ownWindows", &World::doOwnWindows},
+        {"frontmost", &World::doFrontmost},
+        {"hotKeys", &World::doHotKeys},
+        {"disk", &World::doDisk},
+        {"fail", &World::doFail},
+        {"tapDisabled", &World::doTapDisabled},
+        {"wait", &World::doWait},
+        {"call", &World::doCall},
+        {"print", &World::doPrint},
+    }};
+
+    UuidSource uuids_;
+    TraceWriter writer_;
+    SimulatedDesktop desktop_;
+    std::unique_ptr<TrelvanApp> app_;
+};
+
+Simulation::Simulation(const ActionShortcuts& shortcuts, TraceWriter::Output output)
+    : world_(std::make_unique<World>(shortcuts, std::move(output))) {}
+
+Simulation::~Simulation() = default;
+
+std::optional<std::string> Simulation::runLine(std::string_view line) {
+    if (trimmed(line).empty()) return std::nullopt;
+    const auto parsed = json::parse(line);
+    if (!parsed) return "not JSON: " + parsed.error().text();
+    if (const auto problem = world_->run(*parsed)) return problem->text();
+    return std::nullopt;
+}
+
+void Simulation::finish() {
+    world_->finish();
+}
+
+int simulate(const std::string& script, const ActionShortcuts& shortcuts) {
+    std::ifstream file;
+    const bool fromFile = script != "-";
+    if (fromFile) {
+        file.open(script);
+        if (!file) {
+            std::fprintf(stderr, "trelvan: cannot read %s\n", script.c_str());
+            return exitStatus::badUsage;
+        }
+    }
+    std::istream& input = fromFile ? static_cast<std::istream&>(file) : std::cin;
+    // A person or program that feeds lines one by one sees what each did before the next.
+    const bool live = !fromFile;
+    Simulation simulation(shortcuts,
+                          [](std::string_view line) { std::fwrite(line.data(), 1, line.size(), stdout); });
+    std::string line;
+    for (std::size_t number = 1; std::getline(input, line); ++number) {
+        if (const auto reason = simulation.runLine(line)) {
+            std::fflush(stdout);
+            std::fprintf(stderr, "line %zu: %s\n", number, reason->c_str());
+            return exitStatus::badUsage;
+        }
+        if (live && input.rdbuf()->in_avail() <= 0) std::fflush(stdout);
+    }
+    simulation.finish();
+    return std::fflush(stdout) == 0 ? exitStatus::ok : exitStatus::unavailable;
+}
+
+}  // namespace trelvan

@@ -1,0 +1,97 @@
+#include "DryRun/StatePrinter.hpp"
+
+#include "Core/Model/RecordJson.hpp"
+
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+#include <cstdint>
+#include <type_traits>
+
+namespace trelvan {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::string text(const Json& value) {
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+/// A whole number without a fraction, as everywhere in a trace.
+Json plain(double number) {
+    constexpr double wholeUpTo = 9007199254740992.0;
+    const bool whole = number == std::trunc(number) && std::abs(number) <= wholeUpTo;
+    return whole ? Json(static_cast<std::int64_t>(number)) : Json(number);
+}
+
+template <typename Record>
+std::optional<std::string> encoded(const Record& record) {
+    json::Value value;
+    if (json::write(record, value)) return std::nullopt;
+    return json::serialize(value);
+}
+
+Json jsonOf(const MouseEventInfo& info) {
+    return {{"type", info.type},
+            {"buttonNumber", info.buttonNumber},
+            {"scrollDeltaX", info.scrollDeltaX},
+            {"scrollDeltaY", info.scrollDeltaY}};
+}
+
+Json jsonOf(const DefaultsValue& value) {
+    return std::visit(
+        [](const auto& stored) -> Json {
+            using Stored = std::decay_t<decltype(stored)>;
+            if constexpr (std::is_same_v<Stored, Data>) {
+                // Bytes that hold JSON are shown as what they hold.
+                auto parsed = Json::parse(stored.bytes, nullptr, false);
+                return parsed.is_discarded() ? Json(stored.bytes) : parsed;
+            } else if constexpr (std::is_same_v<Stored, double>) {
+                return plain(stored);
+            } else {
+                return stored;
+            }
+        },
+        value);
+}
+
+std::string defaultsJson(const SimulatedDesktop& desktop) {
+    Json result = Json::object();
+    for (const auto& [key, value] : desktop.defaults) result[key] = jsonOf(value);
+    return text(result);
+}
+
+std::string monitorJson(const EventMonitor& monitor) {
+    const auto& last = monitor.lastEvent.get();
+    return text({{"isRunning", monitor.isRunning.get()},
+                 {"lastEvent", last ? jsonOf(*last) : Json()},
+                 {"debugMode", monitor.debugMode},
+                 {"scrollSpeedVertical", plain(monitor.scrollSpeedVertical)},
+                 {"horizontalScrollEnabled", monitor.horizontalScrollEnabled.get()},
+                 {"scrollSpeedHorizontal", plain(monitor.scrollSpeedHorizontal)},
+                 {"swapScrollDirection", monitor.swapScrollDirection.get()},
+                 {"mouseSpeed", plain(monitor.mouseSpeed)},
+                 {"advancedMouseSpeedEnabled", monitor.advancedMouseSpeedEnabled.get()},
+                 {"mouseAcceleration", plain(monitor.mouseAcceleration)}});
+}
+
+std::string debugLogJson(const EventMonitor& monitor) {
+    Json list = Json::array();
+    for (const auto& info : monitor.debugLog.get()) list.push_back(jsonOf(info));
+    return text(list);
+}
+
+}  // namespace
+
+std::optional<std::string> stateOf(const TrelvanApp& app, const SimulatedDesktop& desktop,
+                                   std::string_view what) {
+    if (what == "profiles") return encoded(app.profileManager.profiles.get());
+    if (what == "activeProfile") return encoded(app.profileManager.activeProfile());
+    if (what == "defaults") return defaultsJson(desktop);
+    if (what == "monitor") return monitorJson(*app.eventMonitor);
+    if (what == "debugLog") return debugLogJson(*app.eventMonitor);
+    return std::nullopt;
+}
+
+}  // namespace trelvan
