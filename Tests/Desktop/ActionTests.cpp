@@ -3,6 +3,8 @@
 #include <X11/XF86keysym.h>
 #include <X11/keysym.h>
 
+#include <ostream>
+
 namespace trelvan::desktop {
 namespace {
 
@@ -13,6 +15,10 @@ struct StrokeCase {
     const char* action;
     KeyStroke stroke;
 };
+
+void PrintTo(const StrokeCase& tested, std::ostream* out) {
+    *out << tested.name;
+}
 
 class StrokeActionTest : public DesktopTest, public testing::WithParamInterface<StrokeCase> {};
 
@@ -46,6 +52,10 @@ struct ClickCase {
     const char* action;
     unsigned button;
 };
+
+void PrintTo(const ClickCase& tested, std::ostream* out) {
+    *out << tested.name;
+}
 
 class ClickActionTest : public DesktopTest, public testing::WithParamInterface<ClickCase> {};
 

@@ -3,6 +3,7 @@
 #include <X11/keysym.h>
 
 #include <algorithm>
+#include <ostream>
 
 namespace trelvan::desktop {
 namespace {
@@ -101,6 +102,10 @@ struct SlotCase {
     KeySym held;  ///< none: no key is held
     KeyStroke stroke;
 };
+
+void PrintTo(const SlotCase& tested, std::ostream* out) {
+    *out << tested.name;
+}
 
 class ButtonSlotTest : public ButtonTest, public testing::WithParamInterface<SlotCase> {
   protected:

@@ -8,6 +8,7 @@
 #include <X11/Xatom.h>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -30,6 +31,28 @@ bool serverIsReady(int descriptor) {
         number += next;
     }
     return true;
+}
+
+constexpr auto folderPrefix = "trelvan-desktop-";
+
+/// Opens and locks the file that says that a desktop's folder is in use; -1 when somebody else has it.
+int claimFolder(const std::filesystem::path& folder, int flags) {
+    const int file = ::open((folder / "claim").c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | flags, 0600);
+    if (file >= 0 && ::flock(file, LOCK_EX | LOCK_NB) == 0) return file;
+    if (file >= 0) ::close(file);
+    return -1;
+}
+
+/// Removes the folders of desktops whose owner was killed: their processes went with it, the folders did not.
+void removeAbandonedFolders() {
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::directory_iterator("/tmp", ignored)) {
+        if (!entry.path().filename().string().starts_with(folderPrefix)) continue;
+        const int file = claimFolder(entry.path(), 0);
+        if (file < 0) continue;
+        std::filesystem::remove_all(entry.path(), ignored);
+        ::close(file);
+    }
 }
 
 std::string executable(const std::vector<std::string>& candidates) {
@@ -63,10 +86,12 @@ VirtualDesktop::~VirtualDesktop() {
 }
 
 void VirtualDesktop::makeFolders() {
+    removeAbandonedFolders();
     // A short path whatever TMPDIR says: a socket's path may have no more than 107 bytes.
-    std::string name = "/tmp/trelvan-desktop-XXXXXX";
+    std::string name = std::string("/tmp/") + folderPrefix + "XXXXXX";
     if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder under /tmp");
     place = name;
+    claim = claimFolder(place, O_CREAT);
     for (const char* part : {"home", "config", "data", "cache", "run", "bin"}) {
         std::filesystem::create_directory(place / part);
     }
@@ -187,6 +212,7 @@ void VirtualDesktop::takeDown() {
     endAdopted();
     std::error_code ignored;
     if (!place.empty()) std::filesystem::remove_all(place, ignored);
+    if (claim >= 0) ::close(claim);
 }
 
 }  // namespace trelvan::desktop

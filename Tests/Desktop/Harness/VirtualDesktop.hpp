@@ -54,6 +54,7 @@ class VirtualDesktop {
     void takeDown();
 
     std::filesystem::path place;
+    int claim = -1;  ///< an open, locked file in the folder: it belongs to somebody
     std::string display;
     std::map<std::string, std::string> variables;
     std::unique_ptr<ChildProcess> server;
