@@ -39,7 +39,7 @@ TEST(SettingsJson, EveryKindAndItsExtremes_RoundTripWithTheirKind) {
                                             -Real::infinity(),
                                             9007199254740993.0,
                                             std::string(),
-                                            std::string("ñandú \"\\\n\t\0x", 16),
+                                            std::string("ñandú \"\\\n\t\0x", 14),
                                             std::string("\xff\xfe"),
                                             Data{},
                                             Data{"{\"a\":1}"},

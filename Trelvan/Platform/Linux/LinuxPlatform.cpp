@@ -25,6 +25,7 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <cstdlib>
 
 namespace trelvan {
 
@@ -143,6 +144,8 @@ int LinuxPlatform::run() {
 std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(int& argc, char** argv,
                                                                       const PlatformOptions& options) {
     XErrorScope::install();
+    // Where Qt's connection breaks first, Qt ends the process with exit().
+    std::atexit(performLastWish);
     // Qt ends the process where it finds no display, so the server is asked first.
     auto main = XConnection::open();
     if (const auto* missing = std::get_if<std::string>(&main)) return PlatformFailure{*missing};
