@@ -43,7 +43,7 @@ TEST_F(ButtonTest, MappedPressActsBeforeItsReleaseAndOnlyOnce) {
 
 TEST_F(ButtonTest, UnmappedPressesAndReleasesArriveUnchanged) {
     start(Settings().map(3, "Copiar"));
-    for (const int button : {2, 9}) {
+    for (const int button : {2, 9, 11, 12}) {
         trackball().press(button);
         EXPECT_TRUE(client().waitForButton(Kind::buttonPress, static_cast<unsigned>(button)));
         EXPECT_EQ(client().count(Kind::buttonRelease, static_cast<unsigned>(button)), 0);
@@ -51,8 +51,18 @@ TEST_F(ButtonTest, UnmappedPressesAndReleasesArriveUnchanged) {
         EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, static_cast<unsigned>(button)));
     }
     passSentinel();
-    EXPECT_EQ(buttonsArrived(), (std::vector<unsigned>{2, 9}));
+    EXPECT_EQ(buttonsArrived(), (std::vector<unsigned>{2, 9, 11, 12}));
     EXPECT_EQ(client().strokes(), std::vector<KeyStroke>{});
+}
+
+TEST_F(ButtonTest, ManyButtonsHeldAtOnceKeepTheirNumbers) {
+    start(Settings().map(3, "Copiar"));
+    for (const int button : {12, 10, 1, 11}) trackball().press(button);
+    for (const int button : {10, 12, 11, 1}) trackball().release(button);
+    passSentinel();
+    EXPECT_EQ(buttonsArrived(), (std::vector<unsigned>{12, 1, 11}));
+    for (const unsigned button : {1U, 10U, 11U, 12U})
+        EXPECT_EQ(client().count(Kind::buttonRelease, button), 1 + (button == sentinelButton ? 1 : 0));
 }
 
 TEST_F(ButtonTest, ButtonMappedToNothingArrivesUnchanged) {

@@ -1,6 +1,8 @@
 #include "Desktop/DesktopTest.hpp"
 
+#include <algorithm>
 #include <cmath>
+#include <ranges>
 #include <tuple>
 
 namespace trelvan::desktop {
@@ -96,10 +98,15 @@ TEST_P(PointerSpeedTest, DragIsScaledToo) {
     trackball().release(1);
     const Position moved = expected.scaled(30, 16);
     EXPECT_EQ(passSentinel(), (Position{from.x + moved.x, from.y + moved.y}));
-    for (const ClientEvent& event : client().events()) {
-        if (event.kind == Kind::motion) {
-            EXPECT_EQ(event.state & Button1Mask, static_cast<unsigned>(Button1Mask));
-        }
+    // A motion before the press is the pointer being taken over where it stands.
+    const auto events = client().events();
+    const auto press = std::ranges::find(events, Kind::buttonPress, &ClientEvent::kind);
+    ASSERT_NE(press, events.end());
+    const auto isMotion = [](const ClientEvent& event) { return event.kind == Kind::motion; };
+    EXPECT_TRUE(std::any_of(press, events.end(), isMotion));
+    for (const ClientEvent& event :
+         std::ranges::subrange(press, events.end()) | std::views::filter(isMotion)) {
+        EXPECT_EQ(event.state & Button1Mask, static_cast<unsigned>(Button1Mask));
     }
 }
 

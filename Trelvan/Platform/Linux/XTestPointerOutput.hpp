@@ -1,7 +1,11 @@
 #pragma once
 
+#include "Platform/Linux/ButtonSlots.hpp"
 #include "Platform/Linux/PointerOutput.hpp"
 #include "Platform/Linux/XTestLedger.hpp"
+
+#include <memory>
+#include <vector>
 
 namespace trelvan {
 
@@ -10,6 +14,9 @@ namespace trelvan {
 class XTestPointerOutput : public PointerOutput {
   public:
     explicit XTestPointerOutput(_XDisplay* display);
+    ~XTestPointerOutput() override;
+    XTestPointerOutput(const XTestPointerOutput&) = delete;
+    XTestPointerOutput& operator=(const XTestPointerOutput&) = delete;
 
     void button(int xButton, bool down) override;
     void move(std::int64_t deltaX, std::int64_t deltaY) override;
@@ -18,10 +25,12 @@ class XTestPointerOutput : public PointerOutput {
     void anchor(int x, int y);
 
   private:
+    class Device;
+
     _XDisplay* display_;
+    std::unique_ptr<Device> device_;
+    ButtonSlots slots_;
     XTestLedger ledger_;
-    /// The XTEST device has this many buttons (ten, as a rule); the server drops events of others.
-    int buttonCount_;
     bool reportedMissing_ = false;
 };
 
