@@ -57,12 +57,14 @@ TEST_F(ButtonTest, UnmappedPressesAndReleasesArriveUnchanged) {
 
 TEST_F(ButtonTest, ManyButtonsHeldAtOnceKeepTheirNumbers) {
     start(Settings().map(3, "Copiar"));
-    for (const int button : {12, 10, 1, 11}) trackball().press(button);
-    for (const int button : {10, 12, 11, 1}) trackball().release(button);
+    // Not the sentinel's button: an arrival must not be taken for the sentinel's.
+    for (const int button : {12, 9, 1, 11}) trackball().press(button);
+    for (const int button : {9, 12, 11, 1}) trackball().release(button);
     passSentinel();
-    EXPECT_EQ(buttonsArrived(), (std::vector<unsigned>{12, 1, 11}));
-    for (const unsigned button : {1U, 10U, 11U, 12U})
-        EXPECT_EQ(client().count(Kind::buttonRelease, button), 1 + (button == sentinelButton ? 1 : 0));
+    EXPECT_EQ(buttonsArrived(), (std::vector<unsigned>{12, 9, 1, 11}));
+    for (const unsigned button : {1U, 9U, 11U, 12U}) {
+        EXPECT_EQ(client().count(Kind::buttonRelease, button), 1);
+    }
 }
 
 TEST_F(ButtonTest, ButtonMappedToNothingArrivesUnchanged) {
