@@ -69,9 +69,7 @@ class XTestPointerOutput::Device {
     }
 
   private:
-    int readMap() {
-        return std::max(0, XGetDeviceButtonMapping(display_, device_, map_.data(), 256));
-    }
+    int readMap() { return std::max(0, XGetDeviceButtonMapping(display_, device_, map_.data(), 256)); }
 
     Display* display_;
     XDevice* device_ = nullptr;
