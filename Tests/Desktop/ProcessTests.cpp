@@ -1,9 +1,12 @@
 #include "Desktop/DesktopTest.hpp"
 
+#include <X11/extensions/XInput2.h>
 #include <X11/keysym.h>
 #include <sys/wait.h>
 
 #include <csignal>
+#include <span>
+#include <string_view>
 
 namespace trelvan::desktop {
 namespace {
@@ -65,6 +68,38 @@ TEST_F(ProcessTest, StoppedAndContinuedProgramServesAgain) {
     EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, 9));
     trackball().click(extra);
     EXPECT_TRUE(client().waitForStroke(copy));
+}
+
+TEST_F(ProcessTest, DeviceThatLeavesThePointerAndReturnsIsServedAgain) {
+    start(Settings().map(3, "Copiar"));
+    Display* display = client().connection().get();
+    int count = 0;
+    int trackballId = 0;
+    int pointerId = 0;
+    XIDeviceInfo* devices = XIQueryDevice(display, XIAllDevices, &count);
+    for (const XIDeviceInfo& device : std::span(devices, static_cast<std::size_t>(count))) {
+        if (std::string_view(device.name) == "trackball") trackballId = device.deviceid;
+        if (device.use == XIMasterPointer) pointerId = device.deviceid;
+    }
+    XIFreeDeviceInfo(devices);
+    ASSERT_NE(trackballId, 0);
+
+    XIAnyHierarchyChangeInfo change{};
+    change.detach = {.type = XIDetachSlave, .deviceid = trackballId};
+    XIChangeHierarchy(display, &change, 1);
+    change.attach = {.type = XIAttachSlave, .deviceid = trackballId, .new_master = pointerId};
+    XIChangeHierarchy(display, &change, 1);
+    XSync(display, 0);
+    // Between the return and the program's answer to it, the button arrives as itself.
+    EXPECT_TRUE(waitUntil([&] {
+        trackball().click(extra);
+        return client().waitForStroke(copy, std::chrono::milliseconds{100});
+    }));
+    client().forget();
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke(copy));
+    passSentinel();
+    EXPECT_EQ(buttonsArrived(), std::vector<unsigned>{});
 }
 
 TEST_F(ProcessTest, SecondRunReadsTheSameSettings) {

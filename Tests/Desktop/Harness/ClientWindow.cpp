@@ -274,6 +274,9 @@ bool ClientWindow::waitFor(const Predicate& predicate, std::chrono::milliseconds
         const auto left =
             std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
         if (left.count() <= 0) return false;
+        // What the predicate asked the server may have brought events along, which the descriptor no longer
+        // tells of.
+        if (XEventsQueued(server.get(), QueuedAlready) > 0) continue;
         pollfd readable{.fd = ConnectionNumber(server.get()), .events = POLLIN, .revents = 0};
         ::poll(&readable, 1, static_cast<int>(left.count()));
     }

@@ -5,6 +5,7 @@
 #include "Utilities/Logger.hpp"
 
 #include <algorithm>
+#include <span>
 
 namespace trelvan {
 
@@ -143,6 +144,14 @@ void LinuxEventTap::ungrab(PointerDevice& device) {
     XIUngrabDevice(pump_.connection().display(), device.id, CurrentTime);
 }
 
+void LinuxEventTap::giveBack(int deviceId) {
+    const auto device = std::ranges::find(devices_, deviceId, [](const auto& each) { return each->id; });
+    if (device == devices_.end()) return;
+    ungrab(**device);
+    leaving_.push_back(std::move(*device));
+    devices_.erase(device);
+}
+
 void LinuxEventTap::ungrabAll() {
     retry_.reset();
     reported_.clear();
@@ -183,6 +192,9 @@ void LinuxEventTap::handle(_XEvent& event) {
             const auto& change = *static_cast<const XIHierarchyEvent*>(event.xcookie.data);
             constexpr int relevant =
                 XISlaveAdded | XISlaveRemoved | XISlaveAttached | XIDeviceEnabled | XIDeviceDisabled;
+            for (const auto& info : std::span(change.info, static_cast<std::size_t>(change.num_info))) {
+                if (info.flags & XISlaveAttached) giveBack(info.deviceid);
+            }
             if (change.flags & relevant) scan();
             break;
         }

@@ -41,6 +41,9 @@ class LinuxEventTap : public EventTap, public XEventHandler {
     [[nodiscard]] bool take(PointerDevice& device);
     [[nodiscard]] bool grab(const PointerDevice& device);
     void ungrab(PointerDevice& device);
+    /// Lets go of a device that was put back onto the pointer behind the grab, which no longer keeps its
+    /// events from the applications.
+    void giveBack(int deviceId);
     void ungrabAll();
     void reportHeld(const PointerDevice& device);
     void refreshAxes(int deviceId);
