@@ -55,6 +55,16 @@ TEST_F(ButtonTest, UnmappedPressesAndReleasesArriveUnchanged) {
     EXPECT_EQ(client().strokes(), std::vector<KeyStroke>{});
 }
 
+TEST_F(ButtonTest, NoClickWaitsForTheProgramsNextTimer) {
+    start(Settings().map(3, "Copiar"));
+    // Half of the program's shortest timer on an idle desktop.
+    constexpr std::chrono::milliseconds soon{1000};
+    for (int click = 1; click <= 500; ++click) {
+        trackball().click(9);
+        ASSERT_TRUE(client().waitForButton(Kind::buttonRelease, 9, click, soon)) << "click " << click;
+    }
+}
+
 TEST_F(ButtonTest, ManyButtonsHeldAtOnceKeepTheirNumbers) {
     start(Settings().map(3, "Copiar"));
     for (const int button : {12, 11, 1, 9}) trackball().press(button);

@@ -276,7 +276,7 @@ bool ClientWindow::waitFor(const Predicate& predicate, std::chrono::milliseconds
         if (left.count() <= 0) return false;
         // What the predicate asked the server may have brought events along, which the descriptor no longer
         // tells of.
-        if (XEventsQueued(server.get(), QueuedAlready) > 0) continue;
+        if (XEventsQueued(server.get(), QueuedAfterReading) > 0) continue;
         pollfd readable{.fd = ConnectionNumber(server.get()), .events = POLLIN, .revents = 0};
         ::poll(&readable, 1, static_cast<int>(left.count()));
     }
@@ -304,7 +304,8 @@ int ClientWindow::count(Kind kind, unsigned button) {
     const auto matches = [&](const ClientEvent& event) {
         return event.kind == kind && event.button == button;
     };
-    return static_cast<int>(std::count_if(events().begin(), events().end(), matches));
+    const auto& all = events();
+    return static_cast<int>(std::count_if(all.begin(), all.end(), matches));
 }
 
 std::vector<KeyStroke> ClientWindow::strokes() {

@@ -30,11 +30,9 @@ XEventPump::XEventPump(XConnection& connection)
 XEventPump::~XEventPump() = default;
 
 void XEventPump::drainLeftovers() {
-    if (XEventsQueued(connection_.display(), QueuedAlready) > 0) {
-        drain();
-    } else {
-        XFlush(connection_.display());
-    }
+    // First the flush: it reads as well, and what it brought along would wait for the loop's next reason to wake.
+    XFlush(connection_.display());
+    if (XEventsQueued(connection_.display(), QueuedAlready) > 0) drain();
 }
 
 void XEventPump::drain() {
