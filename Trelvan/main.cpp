@@ -17,25 +17,17 @@ void print(std::FILE* stream, std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stream);
 }
 
-int complain(const std::string& reason) {
-    print(stderr, "trelvan: " + reason + "\n");
-    return exitStatus::unavailable;
-}
-
-int runApplication(int& argc, char** argv, const command::Run& options) {
+int runApplication(int& argc, char** argv, const command::Run& options, AppLanguage language) {
     auto made = makePlatform(argc, argv, {.configDirectory = options.configDirectory});
-    if (const auto* failure = std::get_if<PlatformFailure>(&made)) return complain(failure->reason);
-    Platform& platform = *std::get<std::unique_ptr<Platform>>(made);
-
-    AppLogger.connect(&platform.standardOutput(), &platform.unifiedLog());
-    int status = exitStatus::ok;
-    {
-        TrelvanApp app(platform, AppLogger);
-        app.appear();
-        status = platform.run();
+    if (const auto* failure = std::get_if<PlatformFailure>(&made)) {
+        const auto& reason = language == AppLanguage::spanish ? failure->spanish : failure->english;
+        print(stderr, "trelvan: " + reason + "\n");
+        return exitStatus::unavailable;
     }
-    AppLogger.disconnect();
-    return status;
+    Platform& platform = *std::get<std::unique_ptr<Platform>>(made);
+    TrelvanApp app(platform, AppLogger);
+    app.appear();
+    return platform.run();
 }
 
 }  // namespace
@@ -59,5 +51,5 @@ int main(int argc, char** argv) {
     }
     if (const auto* dryRun = std::get_if<command::Simulate>(&asked))
         return simulate(dryRun->script, dryRun->linuxShortcuts ? linuxShortcuts : macShortcuts);
-    return runApplication(argc, argv, std::get<command::Run>(asked));
+    return runApplication(argc, argv, std::get<command::Run>(asked), language);
 }

@@ -6,13 +6,13 @@
 #include "Platform/EventTap.hpp"
 #include "Platform/HotKeyTable.hpp"
 #include "Platform/InputState.hpp"
+#include "Platform/PlatformFailure.hpp"
 #include "Platform/RunLoop.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/ScriptRunner.hpp"
 #include "Platform/SystemViews.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Platform/Workspace.hpp"
-#include "Utilities/LogSink.hpp"
 
 #include <memory>
 #include <string>
@@ -40,8 +40,6 @@ class Platform {
     virtual ScriptRunner& scriptRunner() = 0;
     virtual HotKeyTable& hotKeyTable() = 0;
     virtual SystemViews& systemViews() = 0;
-    virtual LogSink& standardOutput() = 0;
-    virtual LogSink& unifiedLog() = 0;
     virtual const ActionShortcuts& actionShortcuts() = 0;
 
     /// Runs the main loop on the calling (main) thread until it is told to end. The process's exit status.
@@ -54,12 +52,8 @@ struct PlatformOptions {
     std::string configDirectory;
 };
 
-/// Why the platform cannot be had: one line for a person, naming what is missing.
-struct PlatformFailure {
-    std::string reason;
-};
-
-/// The platform this program was built for. `argc` and `argv` outlive it (toolkits keep them).
+/// The platform this program was built for, with the shared logger joined to its outputs for as long as it
+/// lives. `argc` and `argv` outlive it (toolkits keep them).
 [[nodiscard]] std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(
     int& argc, char** argv, const PlatformOptions& options);
 

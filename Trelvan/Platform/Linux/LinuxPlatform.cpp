@@ -130,12 +130,6 @@ HotKeyTable& LinuxPlatform::hotKeyTable() {
 SystemViews& LinuxPlatform::systemViews() {
     return parts_->views;
 }
-LogSink& LinuxPlatform::standardOutput() {
-    return parts_->output;
-}
-LogSink& LinuxPlatform::unifiedLog() {
-    return parts_->journal;
-}
 
 int LinuxPlatform::run() {
     return QApplication::exec();
@@ -148,9 +142,9 @@ std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(int& argc,
     std::atexit(performLastWish);
     // Qt ends the process where it finds no display, so the server is asked first.
     auto main = XConnection::open();
-    if (const auto* missing = std::get_if<std::string>(&main)) return PlatformFailure{*missing};
+    if (const auto* failure = std::get_if<PlatformFailure>(&main)) return *failure;
     auto posting = XConnection::open();
-    if (const auto* missing = std::get_if<std::string>(&posting)) return PlatformFailure{*missing};
+    if (const auto* failure = std::get_if<PlatformFailure>(&posting)) return *failure;
     setenv("QT_QPA_PLATFORM", "xcb", 0);
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);

@@ -31,8 +31,6 @@ class LinuxPlatform : public Platform {
     ScriptRunner& scriptRunner() override;
     HotKeyTable& hotKeyTable() override;
     SystemViews& systemViews() override;
-    LogSink& standardOutput() override;
-    LogSink& unifiedLog() override;
     const ActionShortcuts& actionShortcuts() override { return linuxShortcuts; }
 
     int run() override;

@@ -3,16 +3,25 @@
 #include "Platform/Linux/X11.hpp"
 
 #include <cstdlib>
+#include <string>
 
 namespace trelvan {
 
-std::variant<std::unique_ptr<XConnection>, std::string> XConnection::open() {
+std::variant<std::unique_ptr<XConnection>, PlatformFailure> XConnection::open() {
     const char* name = std::getenv("DISPLAY");
-    if (name == nullptr || *name == '\0') return "no display: DISPLAY is not set";
+    if (name == nullptr || *name == '\0') {
+        return PlatformFailure{"no display: DISPLAY is not set", "no hay pantalla: DISPLAY no está definida"};
+    }
     Display* display = XOpenDisplay(nullptr);
-    if (display == nullptr) return "cannot open display \"" + std::string(name) + "\"";
+    if (display == nullptr) {
+        const std::string quoted = "\"" + std::string(name) + "\"";
+        return PlatformFailure{"cannot open display " + quoted, "no se puede abrir la pantalla " + quoted};
+    }
     auto connection = std::unique_ptr<XConnection>(new XConnection(display));
-    if (auto missing = connection->queryExtensions(); !missing.empty()) return missing;
+    if (const std::string missing(connection->queryExtensions()); !missing.empty()) {
+        return PlatformFailure{"the X server lacks the extension " + missing,
+                               "al servidor X le falta la extensión " + missing};
+    }
     return connection;
 }
 
@@ -20,28 +29,28 @@ XConnection::~XConnection() {
     XCloseDisplay(display_);
 }
 
-std::string XConnection::queryExtensions() {
+std::string_view XConnection::queryExtensions() {
     int firstEvent = 0;
     int firstError = 0;
     if (!XQueryExtension(display_, "XInputExtension", &inputOpcode_, &firstEvent, &firstError)) {
-        return "X server lacks the XInputExtension extension";
+        return "XInputExtension";
     }
     // 2.1 is what delivers raw events to the holder of a grab; 2.2 is the oldest that is asked for by name.
     int major = 2;
     int minor = 2;
     if (XIQueryVersion(display_, &major, &minor) != x11::success || major * 100 + minor < 202) {
-        return "X server lacks the XInputExtension extension in version 2.2 or later";
+        return "XInputExtension 2.2";
     }
     int event = 0;
     int error = 0;
     if (!XTestQueryExtension(display_, &event, &error, &major, &minor)) {
-        return "X server lacks the XTEST extension";
+        return "XTEST";
     }
     int opcode = 0;
     major = XkbMajorVersion;
     minor = XkbMinorVersion;
     if (!XkbQueryExtension(display_, &opcode, &keyboardEventBase_, &error, &major, &minor)) {
-        return "X server lacks the XKEYBOARD extension";
+        return "XKEYBOARD";
     }
     return {};
 }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "Platform/PlatformFailure.hpp"
+
 #include <memory>
-#include <string>
+#include <string_view>
 #include <variant>
 
 struct _XDisplay;
@@ -11,8 +13,8 @@ namespace trelvan {
 /// One connection to the X server with the extensions that the platform needs. One thread at a time.
 class XConnection {
   public:
-    /// The connection, or one English line that names what is missing.
-    [[nodiscard]] static std::variant<std::unique_ptr<XConnection>, std::string> open();
+    /// The connection, or what is missing for one.
+    [[nodiscard]] static std::variant<std::unique_ptr<XConnection>, PlatformFailure> open();
 
     XConnection(const XConnection&) = delete;
     XConnection& operator=(const XConnection&) = delete;
@@ -28,8 +30,8 @@ class XConnection {
 
   private:
     explicit XConnection(_XDisplay* display) : display_(display) {}
-    /// What the server lacks, empty when nothing.
-    [[nodiscard]] std::string queryExtensions();
+    /// The extension that the server lacks, or has in a version too old; empty when it has all.
+    [[nodiscard]] std::string_view queryExtensions();
 
     _XDisplay* display_;
     int inputOpcode_ = 0;

@@ -30,7 +30,6 @@ struct SimulatedDesktop::Parts {
     SimulatedHotKeys hotKeys;
     SimulatedViews views;
     SimulatedLog traceLog;
-    SilentLog silentLog;
 };
 
 SimulatedDesktop::SimulatedDesktop(const ActionShortcuts& shortcuts)
@@ -90,12 +89,6 @@ HotKeyTable& SimulatedDesktop::hotKeyTable() {
 }
 SystemViews& SimulatedDesktop::systemViews() {
     return parts_->views;
-}
-LogSink& SimulatedDesktop::standardOutput() {
-    return parts_->traceLog;
-}
-LogSink& SimulatedDesktop::unifiedLog() {
-    return parts_->silentLog;
 }
 
 }  // namespace trelvan

@@ -87,8 +87,6 @@ class SimulatedDesktop : public Platform {
     ScriptRunner& scriptRunner() override;
     HotKeyTable& hotKeyTable() override;
     SystemViews& systemViews() override;
-    LogSink& standardOutput() override;
-    LogSink& unifiedLog() override;
     const ActionShortcuts& actionShortcuts() override { return shortcuts_; }
     /// Nothing happens by itself here: returns at once.
     int run() override { return 0; }

@@ -103,10 +103,4 @@ class SimulatedLog final : public LogSink {
     SimulatedDesktop& desktop_;
 };
 
-/// Takes log lines and keeps none; the trace has them already.
-class SilentLog final : public LogSink {
-  public:
-    void write(const LogRecord& /*record*/) override {}
-};
-
 }  // namespace trelvan

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+namespace trelvan {
+
+/// Why the platform cannot be had: one line for a person, naming what is missing, in each language.
+struct PlatformFailure {
+    std::string english;
+    std::string spanish;
+};
+
+}  // namespace trelvan
