@@ -65,7 +65,7 @@ FileContent readFile(const std::string& path) {
     if (!file.isOpen())
         return {.bytes = {}, .missing = errno == ENOENT || errno == ENOTDIR, .error = lastError()};
     std::string bytes;
-    std::string block(64 * 1024, '\0');
+    std::string block(65536, '\0');
     for (;;) {
         const auto count = read(file.number(), block.data(), block.size());
         if (count < 0 && errno == EINTR) continue;
@@ -112,7 +112,8 @@ std::optional<std::string> writeNumbered(const std::string& prefix, const std::s
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     for (int number = 1; number <= mostNumbers; ++number) {
-        const std::string path = prefix + std::to_string(number) + suffix;
+        std::string path = prefix;
+        path.append(std::to_string(number)).append(suffix);
         const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, fileMode));
         if (!file.isOpen()) {
             if (errno == EEXIST) continue;

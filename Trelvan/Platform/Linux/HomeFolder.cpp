@@ -11,7 +11,7 @@ namespace trelvan {
 std::string homeFolder() {
     const char* home = std::getenv("HOME");
     if (home != nullptr && *home == '/') return home;
-    std::array<char, 16 * 1024> buffer{};
+    std::array<char, 16384> buffer{};
     passwd entry{};
     passwd* found = nullptr;
     if (getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found != nullptr) {

@@ -18,7 +18,7 @@ namespace trelvan {
 /// and moves the pointer itself with what the callback lets through. Main thread.
 ///
 /// The grabs end with the connection, so a crash gives the devices back.
-class LinuxEventTap : public EventTap, public XEventHandler {
+class LinuxEventTap final : public EventTap, public XEventHandler {
   public:
     LinuxEventTap(XEventPump& pump, const ModifierState& modifiers, ActivityLog& activity, Timers& timers);
     ~LinuxEventTap() override;
