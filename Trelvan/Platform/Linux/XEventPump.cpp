@@ -30,7 +30,8 @@ XEventPump::XEventPump(XConnection& connection)
 XEventPump::~XEventPump() = default;
 
 void XEventPump::drainLeftovers() {
-    // First the flush: it reads as well, and what it brought along would wait for the loop's next reason to wake.
+    // First the flush: it reads as well, and what it brought along would wait for the loop's next reason to
+    // wake.
     XFlush(connection_.display());
     if (XEventsQueued(connection_.display(), QueuedAlready) > 0) drain();
 }

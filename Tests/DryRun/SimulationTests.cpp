@@ -1,0 +1,100 @@
+#include "DryRun/Simulation.hpp"
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+namespace trelvan {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class SimulationTest : public testing::Test {
+  protected:
+    std::string run(std::string_view line) { return simulation.runLine(line).value_or(""); }
+
+    std::vector<std::string> trace;
+    Simulation simulation{macShortcuts, [this](std::string_view line) { trace.emplace_back(line); }};
+};
+
+TEST_F(SimulationTest, BlankLineDoesNothing) {
+    EXPECT_EQ(run(""), "");
+    EXPECT_EQ(run("  \t\r"), "");
+    EXPECT_THAT(trace, IsEmpty());
+}
+
+TEST_F(SimulationTest, WhatIsNotJsonIsSaidSo) {
+    EXPECT_THAT(run("press button 3"), HasSubstr("not JSON"));
+    EXPECT_THAT(run(R"({"do":"start")"), HasSubstr("not JSON"));
+    EXPECT_THAT(run("[]"), HasSubstr("not a JSON object"));
+}
+
+TEST_F(SimulationTest, UnknownDoIsNamed) {
+    EXPECT_EQ(run(R"({"do":"jump"})"), R"(do: "jump" is not known)");
+    EXPECT_THAT(run(R"({"at":1})"), HasSubstr("do: "));
+}
+
+TEST_F(SimulationTest, MissingAndMistypedKeysAreNamed) {
+    EXPECT_EQ(run(R"({"do":"event"})"), "type: required key is missing");
+    EXPECT_THAT(run(R"({"do":"event","type":"press"})"), HasSubstr("type: "));
+    EXPECT_THAT(run(R"({"do":"event","type":25,"button":1.5})"), HasSubstr("button: "));
+    EXPECT_THAT(run(R"({"do":"event","type":22,"scrollY":5000000000})"), HasSubstr("scrollY: "));
+    EXPECT_EQ(run(R"({"do":"event","type":4294967294})"), "type: is not an event number");
+    EXPECT_THAT(run(R"({"do":"screens","frames":[[0,0,1]]})"), HasSubstr("frames[0]: must be four numbers"));
+    EXPECT_THAT(run(R"({"do":"fail","what":"luck","on":true})"), HasSubstr("what: "));
+    EXPECT_THAT(run(R"({"do":"defaults","set":{"a":[1]}})"), HasSubstr("set.a: "));
+}
+
+TEST_F(SimulationTest, TimeNeverGoesBack) {
+    EXPECT_EQ(run(R"({"at":2,"do":"wait","seconds":1})"), "");
+    EXPECT_EQ(run(R"({"at":2.5,"do":"start"})"), "at: goes back");
+    EXPECT_EQ(run(R"({"at":3,"do":"start"})"), "");
+    EXPECT_EQ(run(R"({"do":"wait","seconds":-1})"), "seconds: goes back");
+    EXPECT_THAT(run(R"({"at":1e300,"do":"start"})"), HasSubstr("at: "));
+}
+
+TEST_F(SimulationTest, CallsAndPrintsNeedAStartedProgram) {
+    EXPECT_EQ(run(R"({"do":"call","operation":"stop"})"), "call before start");
+    EXPECT_EQ(run(R"({"do":"print","what":"profiles"})"), "print before start");
+    EXPECT_EQ(run(R"({"do":"start"})"), "");
+    EXPECT_EQ(run(R"({"do":"start"})"), "started already");
+    EXPECT_THAT(run(R"({"do":"call","operation":"fly"})"), HasSubstr("operation: "));
+    EXPECT_THAT(run(R"({"do":"print","what":"weather"})"), HasSubstr("what: "));
+}
+
+TEST_F(SimulationTest, EventsBeforeStartReachNoTap) {
+    EXPECT_EQ(run(R"({"do":"event","type":25,"button":3})"), "");
+    EXPECT_THAT(trace, IsEmpty());
+}
+
+TEST_F(SimulationTest, CallOnWhatDoesNotExistIsAResultWithAnError) {
+    run(R"({"do":"start"})");
+    trace.clear();
+    EXPECT_EQ(run(R"({"do":"call","operation":"setActive","profile":7})"), "");
+    EXPECT_THAT(trace, ElementsAre("{\"at\":0,\"trace\":\"result\",\"operation\":\"setActive\",\"error\":"
+                                   "\"no such profile\"}\n"));
+}
+
+TEST_F(SimulationTest, TextsThatNeedItAreEscaped) {
+    run(R"({"do":"start"})");
+    trace.clear();
+    run(R"({"do":"call","operation":"rename","profile":0,"name":"a\"b\u0001ñ"})");
+    EXPECT_THAT(trace.front(), HasSubstr(R"(Perfil renombrado: 'a\"b\u0001ñ')"));
+}
+
+TEST_F(SimulationTest, TwoRunsGiveTheSameIdentifiers) {
+    std::vector<std::string> other;
+    Simulation second(macShortcuts, [&other](std::string_view line) { other.emplace_back(line); });
+    for (const char* line : {R"({"do":"start"})", R"({"do":"call","operation":"createProfile","name":"X"})",
+                             R"({"do":"print","what":"profiles"})"}) {
+        EXPECT_EQ(run(line), "");
+        EXPECT_FALSE(second.runLine(line));
+    }
+    EXPECT_EQ(trace, other);
+}
+
+}  // namespace
+}  // namespace trelvan

@@ -1,0 +1,68 @@
+#include "DryRun/Simulation.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+// Each script in this folder is run and its trace compared with the golden one beside it.
+
+namespace trelvan {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<std::string> linesOf(const fs::path& path) {
+    std::ifstream file(path);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);) lines.push_back(line);
+    return lines;
+}
+
+std::vector<fs::path> scripts() {
+    std::vector<fs::path> result;
+    for (const auto& entry : fs::directory_iterator(TRELVAN_SCENARIOS)) {
+        if (entry.path().extension() == ".jsonl") result.push_back(entry.path());
+    }
+    std::ranges::sort(result);
+    return result;
+}
+
+class ScenarioTest : public testing::TestWithParam<fs::path> {};
+
+TEST_P(ScenarioTest, TraceIsTheGoldenOne) {
+    std::vector<std::string> trace;
+    Simulation simulation(macShortcuts, [&trace](std::string_view line) {
+        trace.emplace_back(line.substr(0, line.size() - 1));
+    });
+    const auto script = linesOf(GetParam());
+    ASSERT_FALSE(script.empty());
+    EXPECT_TRUE(script.front().starts_with(R"({"note": ")")) << "the first line does not say what it shows";
+    for (std::size_t number = 0; number < script.size(); ++number) {
+        const auto error = simulation.runLine(script[number]);
+        ASSERT_FALSE(error) << "line " << number + 1 << ": " << *error;
+    }
+    simulation.finish();
+
+    const auto golden = linesOf(fs::path(GetParam()).replace_extension(".trace"));
+    ASSERT_FALSE(golden.empty()) << "there is no golden trace";
+    const auto [found, expected] = std::ranges::mismatch(trace, golden);
+    const bool same = found == trace.end() && expected == golden.end();
+    EXPECT_TRUE(same) << "line " << expected - golden.begin() + 1
+                      << " differs\n  is:     " << (found != trace.end() ? *found : "(the end)")
+                      << "\n  golden: " << (expected != golden.end() ? *expected : "(the end)");
+}
+
+std::string nameOf(const testing::TestParamInfo<fs::path>& info) {
+    std::string name = info.param.stem().string();
+    std::ranges::replace(name, '-', '_');
+    return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Scenarios, ScenarioTest, testing::ValuesIn(scripts()), nameOf);
+
+}  // namespace
+}  // namespace trelvan
