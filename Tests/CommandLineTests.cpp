@@ -50,6 +50,41 @@ TEST(CommandLineTest, UnknownArgumentsAreNamedInBothLanguages) {
     EXPECT_EQ(complaint(parse({"now"})), "unexpected argument 'now'");
 }
 
+TEST(CommandLineTest, SimulateTakesOneScriptAndAShortcutTable) {
+    const auto parsed = parse({"simulate", "--shortcuts", "linux", "a.jsonl"});
+    ASSERT_TRUE(std::holds_alternative<command::Simulate>(parsed));
+    EXPECT_EQ(std::get<command::Simulate>(parsed).script, "a.jsonl");
+    EXPECT_TRUE(std::get<command::Simulate>(parsed).linuxShortcuts);
+    EXPECT_EQ(std::get<command::Simulate>(parse({"simulate", "-"})).script, "-");
+    EXPECT_EQ(complaint(parse({"simulate"})), "simulate needs a script");
+    EXPECT_EQ(complaint(parse({"simulate", "a", "b"})), "unexpected argument 'b'");
+    EXPECT_EQ(complaint(parse({"simulate", "--shortcuts", "dos", "a"})),
+              "--shortcuts: macos or linux, not 'dos'");
+}
+
+TEST(CommandLineTest, ExplainTakesButtonModifiersProfileAndLanguage) {
+    const auto parsed = parse({"explain", "--button", "-101", "--modifiers", "shift+command", "--profile",
+                               "W", "--language", "es", "--json"});
+    ASSERT_TRUE(std::holds_alternative<command::Explain>(parsed));
+    const auto& explain = std::get<command::Explain>(parsed);
+    EXPECT_EQ(explain.buttonNumber, -101);
+    EXPECT_EQ(explain.modifiers, flag::shift | flag::command);
+    EXPECT_EQ(explain.profile, "W");
+    EXPECT_EQ(explain.language, AppLanguage::spanish);
+    EXPECT_TRUE(explain.json);
+}
+
+TEST(CommandLineTest, ExplainNamesWhatIsWrong) {
+    EXPECT_EQ(complaint(parse({"explain"})), "explain needs --button N");
+    EXPECT_EQ(complaint(parse({"explain", "--button", "3x"})), "--button: not a whole number: '3x'");
+    EXPECT_EQ(complaint(parse({"explain", "--button"})), "--button: not a whole number: ''");
+    EXPECT_EQ(complaint(parse({"explain", "--button", "3", "--modifiers", "shift+hyper"})),
+              "--modifiers: shift, control, option, command or fn, not 'shift+hyper'");
+    EXPECT_EQ(complaint(parse({"explain", "--button", "3", "--language", "fr"})),
+              "--language: en or es, not 'fr'");
+    EXPECT_EQ(complaint(parse({"explain", "--fast", "3"})), "unknown option '--fast'");
+}
+
 TEST(CommandLineTest, HelpExistsInBothLanguages) {
     EXPECT_TRUE(helpText(AppLanguage::english).starts_with("Usage: trelvan"));
     EXPECT_TRUE(helpText(AppLanguage::spanish).starts_with("Uso: trelvan"));

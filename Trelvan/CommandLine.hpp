@@ -1,7 +1,10 @@
 #pragma once
 
 #include "Core/Model/AppLanguage.hpp"
+#include "Platform/Quartz.hpp"
 
+#include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -21,6 +24,16 @@ struct Simulate {
     /// Whether the catalogue's shortcuts are those of Linux rather than those of macOS.
     bool linuxShortcuts = false;
 };
+struct Explain {
+    std::int64_t buttonNumber = 0;
+    EventFlags modifiers = 0;
+    /// None for the active profile.
+    std::optional<std::string> profile;
+    /// None for the language of the settings.
+    std::optional<AppLanguage> language;
+    bool json = false;
+    std::string configDirectory;
+};
 struct ShowHelp {};
 struct ShowVersion {};
 /// The arguments make no sense; the text says which and why.
@@ -29,8 +42,8 @@ struct BadUsage {
 };
 }  // namespace command
 
-using Command =
-    std::variant<command::Run, command::Simulate, command::ShowHelp, command::ShowVersion, command::BadUsage>;
+using Command = std::variant<command::Run, command::Simulate, command::Explain, command::ShowHelp,
+                             command::ShowVersion, command::BadUsage>;
 
 /// Exit statuses of the program.
 namespace exitStatus {

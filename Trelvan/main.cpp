@@ -1,4 +1,5 @@
 #include "CommandLine.hpp"
+#include "DryRun/Explain.hpp"
 #include "DryRun/Simulation.hpp"
 #include "Platform/Platform.hpp"
 #include "TrelvanApp.hpp"
@@ -38,7 +39,7 @@ int main(int argc, char** argv) {
     const Command asked = parseCommandLine(arguments, language);
     if (const auto* bad = std::get_if<command::BadUsage>(&asked)) {
         print(stderr, "trelvan: " + bad->message + "\n");
-        print(stderr, helpText(language));
+        print(stderr, localized(language, "Try 'trelvan --help'.\n", "Prueba 'trelvan --help'.\n"));
         return exitStatus::badUsage;
     }
     if (std::holds_alternative<command::ShowHelp>(asked)) {
@@ -51,5 +52,7 @@ int main(int argc, char** argv) {
     }
     if (const auto* dryRun = std::get_if<command::Simulate>(&asked))
         return simulate(dryRun->script, dryRun->linuxShortcuts ? linuxShortcuts : macShortcuts);
+    if (const auto* question = std::get_if<command::Explain>(&asked))
+        return explain(*question, platformShortcuts(), language);
     return runApplication(argc, argv, std::get<command::Run>(asked), language);
 }

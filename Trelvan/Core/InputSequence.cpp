@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
-#include <ranges>
 #include <utility>
 
 namespace trelvan {
@@ -119,14 +118,16 @@ InputSequence keyWithModifiers(KeyCode keyCode, EventFlags flags) {
     const auto isHeld = [all](const ModifierKey& modifier) { return (all & modifier.mask) == modifier.mask; };
     constexpr auto source = EventSourceState::hidSystem;
     InputSequence sequence;
-    for (const auto& modifier : modifierKeys | std::views::filter(isHeld)) {
-        sequence.key(source, modifier.keyCode, true, all, TapLocation::hid).pause(modifierPause);
+    for (const auto& modifier : modifierKeys) {
+        if (isHeld(modifier))
+            sequence.key(source, modifier.keyCode, true, all, TapLocation::hid).pause(modifierPause);
     }
     sequence.key(source, keyCode, true, all, TapLocation::hid)
         .pause(keyPause)
         .key(source, keyCode, false, all, TapLocation::hid);
-    for (const auto& modifier : modifierKeys | std::views::reverse | std::views::filter(isHeld)) {
-        sequence.pause(modifierPause).key(source, modifier.keyCode, false, 0, TapLocation::hid);
+    for (auto modifier = modifierKeys.rbegin(); modifier != modifierKeys.rend(); ++modifier) {
+        if (isHeld(*modifier))
+            sequence.pause(modifierPause).key(source, modifier->keyCode, false, 0, TapLocation::hid);
     }
     return sequence;
 }

@@ -8,24 +8,10 @@ constexpr bool contains(EventFlags flags, EventFlags wanted) {
     return (flags & wanted) == wanted;
 }
 
-constexpr EventFlags bits(ButtonModifierTrigger first, ButtonModifierTrigger second) {
-    return flagBit(first) | flagBit(second);
-}
-
 /// The modifiers a slot asks for; 0 for a slot without triggers.
 EventFlags triggerBits(const ButtonMapping& mapping, FunctionSlot slot) {
-    switch (slot) {
-        case FunctionSlot::primary:
-            return bits(mapping.primaryTrigger1, mapping.primaryTrigger2);
-        // The third trigger of the secondary function is stored and never consulted.
-        case FunctionSlot::secondary:
-            return bits(mapping.secondaryTrigger1, mapping.secondaryTrigger2);
-        case FunctionSlot::tertiary:
-            return bits(mapping.tertiaryTrigger1, mapping.tertiaryTrigger2);
-        case FunctionSlot::quaternary:
-            return bits(mapping.quaternaryTrigger1, mapping.quaternaryTrigger2);
-    }
-    return 0;
+    const auto [first, second] = triggersOf(mapping, slot);
+    return flagBit(first) | flagBit(second);
 }
 
 bool isActive(const ButtonMapping& mapping, FunctionSlot slot, EventFlags flags) {
@@ -35,11 +21,43 @@ bool isActive(const ButtonMapping& mapping, FunctionSlot slot, EventFlags flags)
 
 /// Whether the slot is in use and does something.
 bool isUsable(const ButtonMapping& mapping, FunctionSlot slot) {
-    return mapping.functionSlots > static_cast<std::int64_t>(slot) &&
-           actionOf(mapping, slot) != ButtonAction::none;
+    return isInUse(mapping, slot) && actionOf(mapping, slot) != ButtonAction::none;
 }
 
 }  // namespace
+
+std::array<ButtonModifierTrigger, 2> triggersOf(const ButtonMapping& mapping, FunctionSlot slot) {
+    switch (slot) {
+        case FunctionSlot::primary:
+            break;
+        // The third trigger of the secondary function is stored and never consulted.
+        case FunctionSlot::secondary:
+            return {mapping.secondaryTrigger1, mapping.secondaryTrigger2};
+        case FunctionSlot::tertiary:
+            return {mapping.tertiaryTrigger1, mapping.tertiaryTrigger2};
+        case FunctionSlot::quaternary:
+            return {mapping.quaternaryTrigger1, mapping.quaternaryTrigger2};
+    }
+    return {mapping.primaryTrigger1, mapping.primaryTrigger2};
+}
+
+bool isInUse(const ButtonMapping& mapping, FunctionSlot slot) {
+    return mapping.functionSlots > static_cast<std::int64_t>(slot);
+}
+
+std::string_view nameOf(FunctionSlot slot) {
+    switch (slot) {
+        case FunctionSlot::primary:
+            return "primary";
+        case FunctionSlot::secondary:
+            return "secondary";
+        case FunctionSlot::tertiary:
+            return "tertiary";
+        case FunctionSlot::quaternary:
+            return "quaternary";
+    }
+    return {};
+}
 
 ButtonAction actionOf(const ButtonMapping& mapping, FunctionSlot slot) {
     switch (slot) {

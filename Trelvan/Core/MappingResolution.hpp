@@ -3,13 +3,18 @@
 #include "Core/Model/ButtonMapping.hpp"
 #include "Platform/Quartz.hpp"
 
+#include <array>
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 namespace trelvan {
 
 /// The functions of a mapping, in order.
 enum class FunctionSlot : std::uint8_t { primary, secondary, tertiary, quaternary };
+
+/// "primary", "secondary", "tertiary" or "quaternary".
+[[nodiscard]] std::string_view nameOf(FunctionSlot slot);
 
 /// The function that fires.
 struct ResolvedFunction {
@@ -52,6 +57,11 @@ struct ResolvedFunction {
 [[nodiscard]] std::optional<ResolvedFunction> resolvedAlternateAction(const ButtonMapping& mapping,
                                                                       EventFlags flags);
 
+/// The two triggers of a slot that resolution consults.
+[[nodiscard]] std::array<ButtonModifierTrigger, 2> triggersOf(const ButtonMapping& mapping,
+                                                              FunctionSlot slot);
+/// Whether the mapping uses the slot at all.
+[[nodiscard]] bool isInUse(const ButtonMapping& mapping, FunctionSlot slot);
 /// The action of a slot.
 [[nodiscard]] ButtonAction actionOf(const ButtonMapping& mapping, FunctionSlot slot);
 /// The custom shortcut of a slot.

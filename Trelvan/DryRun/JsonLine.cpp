@@ -6,6 +6,19 @@
 
 namespace trelvan {
 
+std::string jsonText(std::string_view text) {
+    return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+std::string jsonTexts(const std::vector<std::string>& texts) {
+    std::string list = "[";
+    for (const auto& text : texts) {
+        if (list.size() > 1) list += ',';
+        list += jsonText(text);
+    }
+    return list + "]";
+}
+
 void JsonLine::quote(std::string_view text) {
     const bool plain = std::ranges::all_of(text, [](char c) {
         const auto byte = static_cast<unsigned char>(c);
@@ -17,8 +30,7 @@ void JsonLine::quote(std::string_view text) {
         text_ += '"';
         return;
     }
-    // Bytes that are not UTF-8 become the replacement character: a trace is always valid JSON.
-    text_ += nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+    text_ += jsonText(text);
 }
 
 }  // namespace trelvan

@@ -6,8 +6,15 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace trelvan {
+
+/// The text as a JSON string. Bytes that are not UTF-8 become the replacement character.
+[[nodiscard]] std::string jsonText(std::string_view text);
+
+/// The texts as a JSON list of strings.
+[[nodiscard]] std::string jsonTexts(const std::vector<std::string>& texts);
 
 /// Puts one JSON object together on one line, keys in the order given. Reused from line to line so that a
 /// long trace costs no allocation.

@@ -311,6 +311,9 @@ class Simulation::World {
 
     Problem doCall(const Value& line) {
         if (!app_) return CodingError{"", "call before start"};
+        // The one operation whose answer has a line of its own.
+        const Value* asked = json::member(line, "operation");
+        if (asked != nullptr && *asked == "explain") return explain(line);
         return callOperation(*app_, uuids_, line, [this](std::string_view operation, const Outcome& outcome) {
             const Seconds now = desktop_.time.uptime();
             if (const auto* error = std::get_if<OperationError>(&outcome)) {
@@ -318,6 +321,17 @@ class Simulation::World {
             } else {
                 writer_.writeResult(now, operation, std::get<std::string>(outcome));
             }
+        });
+    }
+
+    Problem explain(const Value& line) {
+        return with<script::Button>(line, [this](const auto& record) -> Problem {
+            writer_.writeExplanation(
+                desktop_.time.uptime(),
+                explainPress(*app_->profileManager.activeSnapshot(), record.button,
+                             record.flags | desktop_.modifierFlags, desktop_.actionShortcuts(),
+                             languageFromSetting(languageSetting(desktop_.userDefaults()))));
+            return std::nullopt;
         });
     }
 

@@ -100,6 +100,15 @@ void TraceWriter::writeError(Seconds at, std::string_view operation, std::string
     output_(line_.end());
 }
 
+void TraceWriter::writeExplanation(Seconds at, const MappingExplanation& explanation) {
+    begin(at, "explain");
+    line_.add("button", explanation.buttonNumber)
+        .add("slot", nameOf(explanation.function.slot))
+        .add("action", rawValue(explanation.function.action))
+        .addRaw("why", jsonTexts(explanation.why));
+    output_(line_.end());
+}
+
 void TraceWriter::writeState(Seconds at, std::string_view what, std::string_view json) {
     begin(at, "state");
     line_.add("what", what).addRaw("value", json);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/MappingExplanation.hpp"
 #include "DryRun/JsonLine.hpp"
 #include "Platform/Simulated/Trace.hpp"
 
@@ -20,6 +21,7 @@ class TraceWriter {
     /// What an operation returned, as JSON.
     void writeResult(Seconds at, std::string_view operation, std::string_view json);
     void writeError(Seconds at, std::string_view operation, std::string_view error);
+    void writeExplanation(Seconds at, const MappingExplanation& explanation);
     /// A part of the state, as JSON.
     void writeState(Seconds at, std::string_view what, std::string_view json);
 

@@ -57,4 +57,7 @@ struct PlatformOptions {
 [[nodiscard]] std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(
     int& argc, char** argv, const PlatformOptions& options);
 
+/// The combinations that this platform's applications know, also without a display.
+[[nodiscard]] const ActionShortcuts& platformShortcuts();
+
 }  // namespace trelvan

@@ -153,4 +153,8 @@ std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(int& argc,
         std::get<std::unique_ptr<XConnection>>(std::move(posting)), options);
 }
 
+const ActionShortcuts& platformShortcuts() {
+    return linuxShortcuts;
+}
+
 }  // namespace trelvan

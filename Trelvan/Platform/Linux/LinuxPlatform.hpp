@@ -31,7 +31,7 @@ class LinuxPlatform : public Platform {
     ScriptRunner& scriptRunner() override;
     HotKeyTable& hotKeyTable() override;
     SystemViews& systemViews() override;
-    const ActionShortcuts& actionShortcuts() override { return linuxShortcuts; }
+    const ActionShortcuts& actionShortcuts() override { return platformShortcuts(); }
 
     int run() override;
 

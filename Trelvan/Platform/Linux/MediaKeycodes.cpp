@@ -6,6 +6,7 @@
 
 #include <X11/XF86keysym.h>
 
+#include <cstddef>
 #include <memory>
 
 namespace trelvan {
@@ -52,7 +53,7 @@ std::optional<int> MediaKeycodes::bind(unsigned long keysym) {
         XGetKeyboardMapping(display_, static_cast<::KeyCode>(lowest), highest - lowest + 1, &perKey), &XFree);
     // From the top: the low codes belong to real keys.
     for (int keycode = highest; symbols && keycode >= lowest; --keycode) {
-        const KeySym* own = symbols.get() + (keycode - lowest) * perKey;
+        const KeySym* own = symbols.get() + std::ptrdiff_t{keycode - lowest} * perKey;
         bool isFree = true;
         for (int index = 0; index < perKey; ++index) isFree = isFree && own[index] == NoSymbol;
         if (!isFree) continue;

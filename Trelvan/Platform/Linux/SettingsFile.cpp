@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/DurableFile.hpp"
 #include "Platform/Linux/HomeFolder.hpp"
+#include "Platform/SettingsSnapshot.hpp"
 #include "Utilities/Logger.hpp"
 
 #include <algorithm>
@@ -121,6 +122,23 @@ bool SettingsFile::flush() {
 
 std::optional<std::string> SettingsFile::putAside(std::string_view key, const Data& data) {
     return writeNumbered(folder_ + "/" + asFileName(key) + ".undecodable-", ".json", data.bytes);
+}
+
+std::variant<SettingsSnapshot::Values, PlatformFailure> readSettings(const std::string& configDirectory) {
+    const std::string path =
+        (configDirectory.empty() ? SettingsFile::defaultFolder() : configDirectory) + fileName;
+    const auto content = readFile(path);
+    if (content.missing) return SettingsSnapshot::Values{};
+    if (!content.bytes) {
+        return PlatformFailure{"cannot read " + path + ": " + content.error,
+                               "no se puede leer " + path + ": " + content.error};
+    }
+    auto parsed = parseSettings(*content.bytes);
+    if (const auto* damage = std::get_if<SettingsDamage>(&parsed)) {
+        return PlatformFailure{path + " is damaged: " + damage->place,
+                               path + " está dañado: " + damage->place};
+    }
+    return std::get<SettingsValues>(std::move(parsed));
 }
 
 }  // namespace trelvan

@@ -1,0 +1,124 @@
+#include "Core/MappingExplanation.hpp"
+
+#include <gmock/gmock.h>
+
+namespace trelvan {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using Trigger = ButtonModifierTrigger;
+
+class MappingExplanationTest : public testing::Test {
+  protected:
+    ButtonMapping& map(std::int64_t number, ButtonAction action) {
+        ButtonMapping mapping;
+        mapping.buttonNumber = number;
+        mapping.action = action;
+        profile.mappings.push_back(mapping);
+        return profile.mappings.back();
+    }
+    MappingExplanation explain(std::int64_t button, EventFlags flags = 0,
+                               AppLanguage language = AppLanguage::english) const {
+        return explainPress(ProfileSnapshot(profile), button, flags, linuxShortcuts, language);
+    }
+
+    TrackballProfile profile{.id = {}, .name = "Work", .mappings = {}, .smartButton = {}};
+};
+
+TEST_F(MappingExplanationTest, ButtonWithoutMappingPasses) {
+    const auto explanation = explain(7);
+    EXPECT_FALSE(explanation.handled);
+    EXPECT_THAT(explanation.why, ElementsAre("Active profile: 'Work'", "No modifier is held",
+                                             "Button 7 has no mapping: the press passes"));
+}
+
+TEST_F(MappingExplanationTest, PrimaryFunctionFiresAndTheShortcutIsNamed) {
+    map(3, ButtonAction::copy);
+    const auto explanation = explain(3, flag::shift);
+    EXPECT_TRUE(explanation.handled);
+    EXPECT_EQ(explanation.function, (ResolvedFunction{ButtonAction::copy, FunctionSlot::primary}));
+    EXPECT_THAT(explanation.why, ElementsAre("Active profile: 'Work'", "Held: Shift", "Functions in use: 1",
+                                             "Function 1 ('Copy'): asks for no modifier",
+                                             "The press is swallowed and runs 'Copy'", "Sent: Control+C"));
+}
+
+TEST_F(MappingExplanationTest, SpanishSaysTheSame) {
+    map(3, ButtonAction::back);
+    EXPECT_THAT(explain(3, 0, AppLanguage::spanish).why,
+                ElementsAre("Perfil activo: 'Work'", "No hay ningún modificador pulsado",
+                            "Funciones en uso: 1", "Función 1 ('Atrás'): no pide ningún modificador",
+                            "La pulsación se retiene y ejecuta 'Atrás'", "Se envía: Alt+Izquierda"));
+}
+
+TEST_F(MappingExplanationTest, TriggersThatAreNotHeldAreNamedAndHigherSlotsComeFirst) {
+    auto& mapping = map(3, ButtonAction::copy);
+    mapping.functionSlots = 3;
+    mapping.secondaryAction = ButtonAction::paste;
+    mapping.secondaryTrigger1 = Trigger::shift;
+    mapping.tertiaryAction = ButtonAction::cut;
+    mapping.tertiaryTrigger1 = Trigger::shift;
+    mapping.tertiaryTrigger2 = Trigger::command;
+    const auto explanation = explain(3, flag::shift);
+    EXPECT_EQ(explanation.function.slot, FunctionSlot::secondary);
+    EXPECT_THAT(explanation.why, ElementsAre("Active profile: 'Work'", "Held: Shift", "Functions in use: 3",
+                                             "Function 3 ('Cut'): Command is not held",
+                                             "Function 2 ('Paste'): Shift is held: it fires",
+                                             "The press is swallowed and runs 'Paste'", "Sent: Control+V"));
+}
+
+TEST_F(MappingExplanationTest, StandInIsSaidToBeOne) {
+    auto& mapping = map(3, ButtonAction::copy);
+    mapping.primaryTrigger1 = Trigger::option;
+    mapping.functionSlots = 2;
+    mapping.secondaryAction = ButtonAction::paste;
+    EXPECT_THAT(explain(3).why,
+                ElementsAre("Active profile: 'Work'", "No modifier is held", "Functions in use: 2",
+                            "Function 2 ('Paste'): has no triggers, so it can only stand in",
+                            "Function 1 ('Copy'): Alt is not held",
+                            "The primary's modifiers are not held: the lowest function without triggers "
+                            "stands in",
+                            "The press is swallowed and runs 'Paste'", "Sent: Control+V"));
+}
+
+TEST_F(MappingExplanationTest, OwnClickOfTheLeftButtonPasses) {
+    map(0, ButtonAction::leftClick);
+    const auto explanation = explain(0);
+    EXPECT_FALSE(explanation.handled);
+    EXPECT_THAT(explanation.why, Contains("Nothing fires: the press passes"));
+}
+
+TEST_F(MappingExplanationTest, SecondOfAScrollGroupIsReached) {
+    map(-100, ButtonAction::none);
+    map(-102, ButtonAction::undo);
+    const auto explanation = explain(-100);
+    EXPECT_TRUE(explanation.handled);
+    EXPECT_EQ(explanation.function.action, ButtonAction::undo);
+    EXPECT_FALSE(explain(-101).handled);
+}
+
+TEST_F(MappingExplanationTest, VerdictIsThatOfTheResolutionForAllSlotsAndModifiers) {
+    auto& mapping = map(5, ButtonAction::copy);
+    mapping.primaryTrigger1 = Trigger::control;
+    mapping.secondaryAction = ButtonAction::paste;
+    mapping.tertiaryAction = ButtonAction::cut;
+    mapping.tertiaryTrigger1 = Trigger::shift;
+    mapping.quaternaryAction = ButtonAction::undo;
+    mapping.quaternaryTrigger2 = Trigger::function;
+    for (int slots = 1; slots <= 4; ++slots) {
+        profile.mappings[0].functionSlots = slots;
+        for (EventFlags flags = 0; flags <= 0xF; ++flags) {
+            const EventFlags held =
+                ((flags & 1U) != 0 ? flag::control : 0) | ((flags & 2U) != 0 ? flag::shift : 0) |
+                ((flags & 4U) != 0 ? flag::function : 0) | ((flags & 8U) != 0 ? flag::command : 0);
+            const auto expected = resolvedAction(profile.mappings[0], held);
+            const auto explanation = explain(5, held);
+            EXPECT_EQ(explanation.function, expected);
+            EXPECT_EQ(explanation.handled, expected.action != ButtonAction::none);
+            EXPECT_FALSE(explanation.why.empty());
+        }
+    }
+}
+
+}  // namespace
+}  // namespace trelvan

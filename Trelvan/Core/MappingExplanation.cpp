@@ -1,0 +1,278 @@
+#include "Core/MappingExplanation.hpp"
+
+#include "Core/Model/ButtonNumbers.hpp"
+#include "Utilities/Text.hpp"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+
+namespace trelvan {
+
+namespace {
+
+struct ModifierName {
+    EventFlags flag;
+    ButtonModifierTrigger trigger;
+};
+
+constexpr std::array<ModifierName, 5> modifierNames{{
+    {flag::control, ButtonModifierTrigger::control},
+    {flag::option, ButtonModifierTrigger::option},
+    {flag::shift, ButtonModifierTrigger::shift},
+    {flag::command, ButtonModifierTrigger::command},
+    {flag::function, ButtonModifierTrigger::function},
+}};
+
+struct KeyName {
+    KeyCode keyCode;
+    std::string_view english;
+    std::string_view spanish;
+};
+
+/// The keys that the catalogue's shortcuts use.
+constexpr std::array keyNames{
+    KeyName{key::c, "C", "C"},
+    KeyName{key::v, "V", "V"},
+    KeyName{key::x, "X", "X"},
+    KeyName{key::z, "Z", "Z"},
+    KeyName{key::q, "Q", "Q"},
+    KeyName{key::l, "L", "L"},
+    KeyName{key::n, "N", "N"},
+    KeyName{key::digit3, "3", "3"},
+    KeyName{key::digit4, "4", "4"},
+    KeyName{key::digit5, "5", "5"},
+    KeyName{key::period, ".", "."},
+    KeyName{key::space, "Space", "Espacio"},
+    KeyName{key::f13, "Print Screen", "Impr Pant"},
+    KeyName{key::leftArrow, "Left", "Izquierda"},
+    KeyName{key::rightArrow, "Right", "Derecha"},
+};
+
+/// The modifiers among the flags, joined by a plus; empty when there are none.
+std::string namesOf(EventFlags flags) {
+    std::string result;
+    for (const auto& [bit, trigger] : modifierNames) {
+        if ((flags & bit) == 0) continue;
+        if (!result.empty()) result += '+';
+        result += displayName(trigger);
+    }
+    return result;
+}
+
+/// Puts the texts of one explanation together.
+class Explainer {
+  public:
+    Explainer(const ProfileSnapshot& profile, EventFlags flags, const ActionShortcuts& shortcuts,
+              AppLanguage language)
+        : profile_(profile), flags_(flags), shortcuts_(shortcuts), language_(language) {}
+
+    MappingExplanation explain(std::int64_t buttonNumber) {
+        result_.buttonNumber = buttonNumber;
+        say({"Active profile: '", "Perfil activo: '"}, profile_.profile().name, {"'", "'"});
+        const std::string held = namesOf(flags_);
+        if (held.empty()) {
+            say({"No modifier is held", "No hay ningún modificador pulsado"});
+        } else {
+            say({"Held: ", "Pulsados: "}, held);
+        }
+        const auto group = profile_.mappings(buttonNumber);
+        if (group.empty()) {
+            say({"Button ", "El botón "}, std::to_string(buttonNumber),
+                {" has no mapping: the press passes", " no tiene asignación: la pulsación pasa"});
+        } else if (isScrollButton(buttonNumber)) {
+            explainScroll(group);
+        } else {
+            explainButton(profile_.mapping(group.front()), group.size());
+        }
+        return std::move(result_);
+    }
+
+  private:
+    /// The same text in both languages.
+    struct Pair {
+        std::string_view english;
+        std::string_view spanish;
+    };
+
+    std::string_view pick(Pair pair) const { return localized(language_, pair.english, pair.spanish); }
+    void say(Pair before, std::string_view middle = {}, Pair after = {}) {
+        result_.why.emplace_back(ShortText(pick(before), middle, pick(after)).view());
+    }
+    std::string labelOf(ButtonAction action) const { return std::string(label(action, rawValue(language_))); }
+
+    void explainScroll(std::span<const std::uint32_t> group) {
+        say({"Mappings of this scroll direction: ", "Asignaciones de esta dirección de scroll: "},
+            std::to_string(group.size()),
+            {"; the first that does something runs", "; se ejecuta la primera que hace algo"});
+        for (const auto index : group) {
+            const ButtonMapping& mapping = profile_.mapping(index);
+            const auto function = resolvedAction(mapping, flags_);
+            explainSlots(mapping, function, false);
+            if (function.action == ButtonAction::none) continue;
+            conclude(mapping, function, true);
+            return;
+        }
+        conclude(profile_.mapping(group.front()), {}, false);
+    }
+
+    void explainButton(const ButtonMapping& mapping, std::size_t count) {
+        if (count > 1) {
+            say({"Mappings of this button: ", "Asignaciones de este botón: "}, std::to_string(count),
+                {"; only the first counts", "; solo cuenta la primera"});
+        }
+        const bool isOwnClick = (mapping.buttonNumber == 0 && mapping.action == ButtonAction::leftClick) ||
+                                (mapping.buttonNumber == 1 && mapping.action == ButtonAction::rightClick);
+        if (!isOwnClick) {
+            const auto function = resolvedAction(mapping, flags_);
+            explainSlots(mapping, function, false);
+            conclude(mapping, function, function.action != ButtonAction::none);
+            return;
+        }
+        say({"The primary function is the button's own click, which is never synthesised",
+             "La función primaria es el propio clic del botón, que nunca se sintetiza"});
+        const auto function = resolvedAlternateAction(mapping, flags_);
+        explainSlots(mapping, function.value_or(ResolvedFunction{}), true);
+        conclude(mapping, function.value_or(ResolvedFunction{}), function.has_value());
+    }
+
+    /// Says of each slot what the resolution finds there, highest first, up to the one that fires.
+    void explainSlots(const ButtonMapping& mapping, ResolvedFunction fires, bool triggeredOnly) {
+        say({"Functions in use: ", "Funciones en uso: "}, std::to_string(mapping.functionSlots));
+        for (const auto slot : {FunctionSlot::quaternary, FunctionSlot::tertiary, FunctionSlot::secondary}) {
+            if (!isInUse(mapping, slot)) continue;
+            saySlot(mapping, slot);
+            if (slot == fires.slot && !triggersEmpty(mapping, slot)) return;
+        }
+        if (!triggeredOnly) saySlot(mapping, FunctionSlot::primary);
+        if (!triggeredOnly && fires.slot != FunctionSlot::primary) {
+            say({"The primary's modifiers are not held: the lowest function without triggers stands in",
+                 "Los modificadores de la primaria no están pulsados: la sustituye la primera función sin "
+                 "disparadores"});
+        }
+    }
+
+    static bool triggersEmpty(const ButtonMapping& mapping, FunctionSlot slot) {
+        const auto triggers = triggersOf(mapping, slot);
+        return std::ranges::all_of(triggers, [](auto each) { return each == ButtonModifierTrigger::none; });
+    }
+
+    void saySlot(const ButtonMapping& mapping, FunctionSlot slot) {
+        const auto number = static_cast<int>(slot) + 1;
+        const std::string head = std::string(ShortText(pick({"Function ", "Función "}), number, " ('",
+                                                       labelOf(actionOf(mapping, slot)), "'): ")
+                                                 .view());
+        if (slot != FunctionSlot::primary && actionOf(mapping, slot) == ButtonAction::none) {
+            say({head, head},
+                pick({"does nothing, so it never fires", "no hace nada, así que nunca se ejecuta"}));
+            return;
+        }
+        EventFlags wanted = 0;
+        for (const auto trigger : triggersOf(mapping, slot)) wanted |= flagBit(trigger);
+        if (wanted == 0) {
+            say({head, head}, slot == FunctionSlot::primary
+                                  ? pick({"asks for no modifier", "no pide ningún modificador"})
+                                  : pick({"has no triggers, so it can only stand in",
+                                          "no tiene disparadores, así que solo puede sustituir"}));
+        } else if (const EventFlags missing = wanted & ~flags_; missing != 0) {
+            say({head, head}, namesOf(missing), {" is not held", " no está pulsado"});
+        } else {
+            say({head, head}, namesOf(wanted), {" is held: it fires", " está pulsado: se ejecuta"});
+        }
+    }
+
+    void conclude(const ButtonMapping& mapping, ResolvedFunction function, bool handled) {
+        result_.function = function;
+        result_.handled = handled;
+        if (!handled) {
+            say({"Nothing fires: the press passes", "No se ejecuta nada: la pulsación pasa"});
+            return;
+        }
+        say({"The press is swallowed and runs '", "La pulsación se retiene y ejecuta '"},
+            labelOf(function.action), {"'", "'"});
+        sayWhatIsSent(mapping, function);
+    }
+
+    std::string textOf(KeyChord chord) const {
+        std::string text = namesOf(chord.flags);
+        if (!text.empty()) text += '+';
+        const auto* const name = std::ranges::find(keyNames, chord.keyCode, &KeyName::keyCode);
+        if (name != keyNames.end()) return text.append(pick({name->english, name->spanish}));
+        return text.append(pick({"key ", "tecla "})).append(std::to_string(chord.keyCode));
+    }
+
+    void sayWhatIsSent(const ButtonMapping& mapping, ResolvedFunction function) {
+        std::optional<KeyChord> chord;
+        std::string recorded;
+        switch (function.action) {
+            case ButtonAction::back:
+                chord = shortcuts_.back;
+                break;
+            case ButtonAction::forward:
+                chord = shortcuts_.forward;
+                break;
+            case ButtonAction::copy:
+                chord = shortcuts_.copy;
+                break;
+            case ButtonAction::paste:
+                chord = shortcuts_.paste;
+                break;
+            case ButtonAction::cut:
+                chord = shortcuts_.cut;
+                break;
+            case ButtonAction::undo:
+                chord = shortcuts_.undo;
+                break;
+            case ButtonAction::screenshotArea:
+                chord = shortcuts_.screenshotArea;
+                break;
+            case ButtonAction::screenshotFull:
+                chord = shortcuts_.screenshotFull;
+                break;
+            case ButtonAction::screenshotTool:
+                chord = shortcuts_.screenshotTool;
+                break;
+            case ButtonAction::emojiPanel:
+                chord = shortcuts_.emojiPanel;
+                break;
+            case ButtonAction::lockWorkstation:
+                chord = shortcuts_.lockWorkstation;
+                break;
+            case ButtonAction::customShortcut:
+                recorded = shortcutOf(mapping, function.slot).displayString;
+                break;
+            case ButtonAction::dictation:
+                recorded = mapping.dictationShortcut.displayString;
+                break;
+            case ButtonAction::launchApp:
+                recorded = mapping.appPath;
+                break;
+            case ButtonAction::openFolder:
+                recorded = mapping.folderPath;
+                break;
+            default:
+                break;
+        }
+        if (chord) {
+            say({"Sent: ", "Se envía: "}, textOf(*chord));
+        } else if (!recorded.empty()) {
+            say({"With: ", "Con: "}, recorded);
+        }
+    }
+
+    const ProfileSnapshot& profile_;
+    EventFlags flags_;
+    const ActionShortcuts& shortcuts_;
+    AppLanguage language_;
+    MappingExplanation result_;
+};
+
+}  // namespace
+
+MappingExplanation explainPress(const ProfileSnapshot& profile, std::int64_t buttonNumber, EventFlags flags,
+                                const ActionShortcuts& shortcuts, AppLanguage language) {
+    return Explainer(profile, flags, shortcuts, language).explain(buttonNumber);
+}
+
+}  // namespace trelvan
