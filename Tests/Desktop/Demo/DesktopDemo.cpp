@@ -176,7 +176,15 @@ int run(const Options& options) {
     const PidFile pidFile(options.pidFile);
     Demonstration demonstration(options);
     const bool received = demonstration.perform();
-    if (!options.once && ::isatty(STDIN_FILENO) != 0) demonstration.keepRunning();
+    if (!options.once && ::isatty(STDIN_FILENO) != 0) {
+        demonstration.keepRunning();
+    } else {
+        std::cout
+            << "This was all, and everything is stopped again. In a terminal, scripts/run --demo keeps the "
+               "desktop\n"
+               "up, says how to watch it and try programs on it, and ends with Ctrl+C or scripts/run --stop."
+            << std::endl;
+    }
     return received ? 0 : 1;
 }
 
