@@ -15,6 +15,7 @@ namespace {
 constexpr std::string_view englishHelp =
     R"(Usage: trelvan [--config DIR]
        trelvan simulate [--shortcuts macos|linux] SCRIPT|-
+       trelvan record [--config DIR] [SCRIPT]
        trelvan explain --button N [--modifiers M] [--profile NAME]
                        [--language en|es] [--json] [--config DIR]
        trelvan --help | --version
@@ -33,6 +34,11 @@ happen, one JSON object a line; nothing of this computer is touched.
   --shortcuts    whose key combinations the actions send: macos (the default)
                  or linux
 
+record runs Trelvan and writes what its tap sees as a script for simulate, with
+the settings at the head, for a bug report. SCRIPT must not exist yet; without
+one, trelvan-recording-1.jsonl or the next free number is taken. It never writes
+key presses, only which modifier keys are held.
+
 explain tells which function a press would fire with your settings, and why.
   --button       button number: 0 left, 1 right, 2 middle, 3 and up the extra
                  buttons, -100 wheel up, -101 wheel down
@@ -49,6 +55,7 @@ Exit status: 0 normal end, 1 no display or a needed part of it is missing,
 constexpr std::string_view spanishHelp =
     R"(Uso: trelvan [--config CARPETA]
      trelvan simulate [--shortcuts macos|linux] GUION|-
+     trelvan record [--config CARPETA] [GUION]
      trelvan explain --button N [--modifiers M] [--profile NOMBRE]
                      [--language en|es] [--json] [--config CARPETA]
      trelvan --help | --version
@@ -66,6 +73,11 @@ simulate ejecuta un guion de eventos en un escritorio simulado y muestra lo que
 pasaría, un objeto JSON por línea; nada de este ordenador se toca.
   --shortcuts        de quién son los atajos que envían las acciones: macos (lo
                      habitual) o linux
+
+record ejecuta Trelvan y escribe lo que ve como guion para simulate, con los
+ajustes al principio, para un informe de error. GUION no debe existir aún; si no
+se da, se usa trelvan-recording-1.jsonl o el siguiente número libre. Nunca
+escribe teclas pulsadas, solo qué modificadores lo están.
 
 explain dice qué función ejecutaría una pulsación con tus ajustes, y por qué.
   --button           número de botón: 0 izquierdo, 1 derecho, 2 medio, 3 y
@@ -122,6 +134,28 @@ Command parseSimulate(std::span<const std::string_view> arguments, AppLanguage l
     if (result.script.empty())
         return command::BadUsage{
             std::string(localized(language, "simulate needs a script", "simulate necesita un guion"))};
+    return result;
+}
+
+/// Reads what follows "record".
+Command parseRecord(std::span<const std::string_view> arguments, AppLanguage language) {
+    command::Record result;
+    for (std::size_t index = 0; index < arguments.size(); ++index) {
+        const std::string_view argument = arguments[index];
+        if (argument == "--help") return command::ShowHelp{};
+        if (argument == "--config") {
+            const std::string_view folder = index + 1 < arguments.size() ? arguments[++index] : "";
+            const auto config = withConfig(folder, language);
+            if (std::holds_alternative<command::BadUsage>(config)) return config;
+            result.configDirectory = folder;
+        } else if (argument.starts_with('-')) {
+            return wrong(localized(language, "unknown option", "opción desconocida"), argument);
+        } else if (result.script.empty()) {
+            result.script = argument;
+        } else {
+            return wrong(localized(language, "unexpected argument", "argumento inesperado"), argument);
+        }
+    }
     return result;
 }
 
@@ -207,6 +241,8 @@ Command parseCommandLine(std::span<const std::string_view> arguments, AppLanguag
     constexpr std::string_view configPrefix = "--config=";
     if (!arguments.empty() && arguments.front() == "simulate")
         return parseSimulate(arguments.subspan(1), language);
+    if (!arguments.empty() && arguments.front() == "record")
+        return parseRecord(arguments.subspan(1), language);
     if (!arguments.empty() && arguments.front() == "explain")
         return parseExplain(arguments.subspan(1), language);
     Command result = command::Run{};

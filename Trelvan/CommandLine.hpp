@@ -24,6 +24,11 @@ struct Simulate {
     /// Whether the catalogue's shortcuts are those of Linux rather than those of macOS.
     bool linuxShortcuts = false;
 };
+struct Record {
+    /// Where the script goes, a file that does not exist yet; empty for a free name in the working folder.
+    std::string script;
+    std::string configDirectory;
+};
 struct Explain {
     std::int64_t buttonNumber = 0;
     EventFlags modifiers = 0;
@@ -42,8 +47,8 @@ struct BadUsage {
 };
 }  // namespace command
 
-using Command = std::variant<command::Run, command::Simulate, command::Explain, command::ShowHelp,
-                             command::ShowVersion, command::BadUsage>;
+using Command = std::variant<command::Run, command::Simulate, command::Record, command::Explain,
+                             command::ShowHelp, command::ShowVersion, command::BadUsage>;
 
 /// Exit statuses of the program.
 namespace exitStatus {

@@ -6,10 +6,10 @@
 
 namespace trelvan {
 
-TrelvanApp::TrelvanApp(Platform& platform, Logger& logger, UuidSource uuids)
+TrelvanApp::TrelvanApp(Platform& platform, Logger& logger, UuidSource uuids, EventTap* tap)
     : profileManager(platform.userDefaults(), logger, std::move(uuids)),
       eventMonitor(std::make_shared<EventMonitor>(
-          EventMonitor::Ports{.tap = platform.eventTap(),
+          EventMonitor::Ports{.tap = tap != nullptr ? *tap : platform.eventTap(),
                               .poster = platform.eventPoster(),
                               .screens = platform.screens(),
                               .defaults = platform.userDefaults(),

@@ -18,8 +18,9 @@ class TrelvanApp {
     /// How often the permission is looked at, and a tap that is missing is tried again.
     static constexpr Seconds permissionInterval{2.0};
 
-    /// Creates the services, in the order of their declaration. Platform and logger outlive the application.
-    TrelvanApp(Platform& platform, Logger& logger, UuidSource uuids = &Uuid::random);
+    /// Creates the services, in the order of their declaration. Platform and logger outlive the application,
+    /// and so does `tap`, which stands in for the platform's where there is one.
+    TrelvanApp(Platform& platform, Logger& logger, UuidSource uuids = &Uuid::random, EventTap* tap = nullptr);
     TrelvanApp(const TrelvanApp&) = delete;
     TrelvanApp& operator=(const TrelvanApp&) = delete;
     /// Stops the tap: a monitor whose tap exists would outlive its owner.

@@ -1,11 +1,15 @@
 #include "CommandLine.hpp"
 #include "DryRun/Explain.hpp"
+#include "DryRun/Recorder.hpp"
+#include "DryRun/RecordingFile.hpp"
 #include "DryRun/Simulation.hpp"
 #include "Platform/Platform.hpp"
 #include "TrelvanApp.hpp"
 #include "Utilities/Logger.hpp"
 
 #include <cstdio>
+#include <memory>
+#include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
@@ -18,17 +22,52 @@ void print(std::FILE* stream, std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stream);
 }
 
-int runApplication(int& argc, char** argv, const command::Run& options, AppLanguage language) {
-    auto made = makePlatform(argc, argv, {.configDirectory = options.configDirectory});
+/// The platform; none when it cannot be had, which has been said then.
+std::unique_ptr<Platform> openPlatform(int& argc, char** argv, const std::string& configDirectory,
+                                       AppLanguage language) {
+    auto made = makePlatform(argc, argv, {.configDirectory = configDirectory});
     if (const auto* failure = std::get_if<PlatformFailure>(&made)) {
         const auto& reason = language == AppLanguage::spanish ? failure->spanish : failure->english;
         print(stderr, "trelvan: " + reason + "\n");
-        return exitStatus::unavailable;
+        return nullptr;
     }
-    Platform& platform = *std::get<std::unique_ptr<Platform>>(made);
-    TrelvanApp app(platform, AppLogger);
+    return std::get<std::unique_ptr<Platform>>(std::move(made));
+}
+
+int runApplication(int& argc, char** argv, const command::Run& options, AppLanguage language) {
+    const auto platform = openPlatform(argc, argv, options.configDirectory, language);
+    if (!platform) return exitStatus::unavailable;
+    TrelvanApp app(*platform, AppLogger);
     app.appear();
-    return platform.run();
+    return platform->run();
+}
+
+int recordEvents(int& argc, char** argv, const command::Record& options, AppLanguage language) {
+    const auto platform = openPlatform(argc, argv, options.configDirectory, language);
+    if (!platform) return exitStatus::unavailable;
+    auto file = RecordingFile::create(options.script);
+    if (!file) {
+        const auto reason = localized(language, "cannot make a new file ", "no se puede crear el archivo ");
+        print(stderr, "trelvan: " + std::string(reason) + "'" + options.script + "'\n");
+        return exitStatus::badUsage;
+    }
+    const auto privacy = localized(
+        language,
+        ": recording pointer events, modifier states and your profiles; no key press is recorded. "
+        "Control+C ends it.\n",
+        ": se graban eventos del puntero, estados de modificadores y tus perfiles; no se graba ninguna "
+        "tecla pulsada. Control+C termina.\n");
+    print(stderr, file->path() + std::string(privacy));
+    Recorder recorder({platform->eventTap(), platform->inputState(), platform->screens(),
+                       platform->userDefaults(), platform->hotKeyTable(), platform->clock()},
+                      [&file](std::string_view line) { file->write(line); });
+    int status = exitStatus::ok;
+    {
+        TrelvanApp app(*platform, AppLogger, &Uuid::random, &recorder);
+        app.appear();
+        status = platform->run();
+    }
+    return file->flush() ? status : exitStatus::unavailable;
 }
 
 }  // namespace
@@ -54,5 +93,7 @@ int main(int argc, char** argv) {
         return simulate(dryRun->script, dryRun->linuxShortcuts ? linuxShortcuts : macShortcuts);
     if (const auto* question = std::get_if<command::Explain>(&asked))
         return explain(*question, platformShortcuts(), language);
+    if (const auto* recording = std::get_if<command::Record>(&asked))
+        return recordEvents(argc, argv, *recording, language);
     return runApplication(argc, argv, std::get<command::Run>(asked), language);
 }

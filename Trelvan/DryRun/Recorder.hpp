@@ -1,0 +1,68 @@
+#pragma once
+
+#include "DryRun/JsonLine.hpp"
+#include "Platform/EventTap.hpp"
+#include "Platform/HotKeyTable.hpp"
+#include "Platform/InputState.hpp"
+#include "Platform/RunLoop.hpp"
+#include "Platform/Screens.hpp"
+#include "Platform/UserDefaults.hpp"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace trelvan {
+
+/// A tap in front of the real one that writes down what it sees as a script for `simulate`: the settings at
+/// the head, then each pointer event with what a decision about it looks at. Key presses never reach a tap,
+/// so none are written; of the keyboard there are the modifier states only. Main thread.
+class Recorder final : public EventTap {
+  public:
+    struct Ports {
+        EventTap& tap;
+        InputState& input;
+        Screens& screens;
+        UserDefaults& defaults;
+        HotKeyTable& hotKeys;
+        Clock& clock;
+    };
+    /// Takes each line of the script, its line break included.
+    using Output = std::function<void(std::string_view line)>;
+
+    /// The ports must outlive the recorder.
+    Recorder(const Ports& ports, Output output);
+
+    [[nodiscard]] bool create(std::uint64_t mask, Callback callback, void* userInfo) override;
+    void enable(bool on) override { ports_.tap.enable(on); }
+    void remove() override { ports_.tap.remove(); }
+
+  private:
+    static TapAnswer see(void* self, TapEvent& event);
+
+    void writeHead();
+    void writeDefaults();
+    void writeHotKeys();
+    void writeWorld(const TapEvent& event);
+    void writeEvent(const TapEvent& event);
+    void begin(std::string_view action);
+    void end() { output_(line_.end()); }
+
+    Ports ports_;
+    Output output_;
+    JsonLine line_;
+    Callback callback_ = nullptr;
+    void* userInfo_ = nullptr;
+    /// When the script began; none before its head is written.
+    std::optional<Seconds> start_;
+
+    // What was last written of the world, so that only changes are.
+    EventFlags modifiers_ = 0;
+    std::string frontmost_;
+    std::string windows_;
+    std::string screens_;
+};
+
+}  // namespace trelvan
