@@ -162,5 +162,23 @@ TEST_F(ProcessTest, MissingDisplayEndsWithStatusOneAndIsNamed) {
     EXPECT_NE(result.errors.find(":12345"), std::string::npos) << result.errors;
 }
 
+TEST_F(ProcessTest, MissingExtensionEndsWithStatusOneAndIsNamed) {
+    VirtualDesktop poor({"-extension", "XTEST"});
+    const ProgramResult result =
+        runProgram(poor, {"--config", (poor.folder() / "data").string()}, poor.environment());
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.errors.find("XTEST"), std::string::npos) << result.errors;
+}
+
+TEST_F(ProcessTest, ErrorsAreSpanishInASpanishTerminal) {
+    auto environment = desktop().environment();
+    environment.erase("DISPLAY");
+    environment["LANG"] = "es_ES.UTF-8";
+    const ProgramResult result =
+        runProgram(desktop(), {"--config", (desktop().folder() / "data").string()}, environment);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.errors.find("no hay pantalla"), std::string::npos) << result.errors;
+}
+
 }  // namespace
 }  // namespace trelvan::desktop

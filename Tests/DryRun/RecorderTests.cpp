@@ -79,6 +79,7 @@ TEST_F(RecorderTest, ReplayGivesTheSameDecisions) {
     send({.type = EventType::otherMouseDown, .buttonNumber = 3});
     desktop.time.runUntilBackgroundIsEmpty();
     desktop.time.runDue();
+    desktop.onTrace = nullptr;
 
     std::vector<std::string> replayed;
     Simulation simulation(macShortcuts, [&replayed](std::string_view line) { replayed.emplace_back(line); });

@@ -13,6 +13,7 @@
 
 #include <cstdlib>
 #include <stdexcept>
+#include <utility>
 
 namespace trelvan::desktop {
 namespace {
@@ -64,7 +65,8 @@ std::string executable(const std::vector<std::string>& candidates) {
 
 }  // namespace
 
-VirtualDesktop::VirtualDesktop() {
+VirtualDesktop::VirtualDesktop(std::vector<std::string> serverArguments)
+    : furtherArguments(std::move(serverArguments)) {
     adoptOrphans();
     try {
         makeFolders();
@@ -122,15 +124,28 @@ void VirtualDesktop::startServer() {
         display = ":" + std::to_string(number);
         // From the folder of x.conf, because an ordinary user may not name an absolute path; a seat of its
         // own keeps the server away from the machine's real screens, devices and terminals.
-        server = std::make_unique<ChildProcess>(
-            Launch{.arguments = {program, display, "-config", "x.conf", "-configdir", "none", "-logfile",
-                                 (place / "server.log").string(), "-noreset", "-seat", "seat9", "-nolisten",
-                                 "tcp", "-displayfd", std::to_string(ready[1])},
-                   .environment = variables,
-                   .directory = place,
-                   .output = place / "server.output",
-                   .errors = {},
-                   .inheritedDescriptor = ready[1]});
+        std::vector<std::string> arguments{program,
+                                           display,
+                                           "-config",
+                                           "x.conf",
+                                           "-configdir",
+                                           "none",
+                                           "-logfile",
+                                           (place / "server.log").string(),
+                                           "-noreset",
+                                           "-seat",
+                                           "seat9",
+                                           "-nolisten",
+                                           "tcp",
+                                           "-displayfd",
+                                           std::to_string(ready[1])};
+        arguments.insert(arguments.end(), furtherArguments.begin(), furtherArguments.end());
+        server = std::make_unique<ChildProcess>(Launch{.arguments = std::move(arguments),
+                                                       .environment = variables,
+                                                       .directory = place,
+                                                       .output = place / "server.output",
+                                                       .errors = {},
+                                                       .inheritedDescriptor = ready[1]});
         ::close(ready[1]);
         const bool isReady = serverIsReady(ready[0]);
         ::close(ready[0]);

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace trelvan::desktop {
 
@@ -20,8 +21,8 @@ class VirtualDesktop {
     static constexpr int desktops = 4;
 
     /// Brings the desktop up and waits until it is ready. Throws std::runtime_error with the server's own
-    /// words when it does not come.
-    VirtualDesktop();
+    /// words when it does not come. `serverArguments` are further ones for the server.
+    explicit VirtualDesktop(std::vector<std::string> serverArguments = {});
     ~VirtualDesktop();
     VirtualDesktop(const VirtualDesktop&) = delete;
     VirtualDesktop& operator=(const VirtualDesktop&) = delete;
@@ -55,6 +56,7 @@ class VirtualDesktop {
 
     std::filesystem::path place;
     int claim = -1;  ///< an open, locked file in the folder: it belongs to somebody
+    std::vector<std::string> furtherArguments;
     std::string display;
     std::map<std::string, std::string> variables;
     std::unique_ptr<ChildProcess> server;

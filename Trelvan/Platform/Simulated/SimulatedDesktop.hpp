@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -59,6 +60,11 @@ class SimulatedDesktop : public Platform {
 
     /// Told of everything that leaves the program; none: nothing is put together.
     std::function<void(const TraceEntry&)> onTrace;
+    /// Tells the trace, where there is one, that something leaves the program now.
+    template <typename What>
+    void tell(What what) const {
+        if (onTrace) onTrace({time.uptime(), std::move(what)});
+    }
     /// Writes into the trace.
     Logger logger;
 

@@ -4,15 +4,6 @@
 
 namespace trelvan {
 
-namespace {
-
-template <typename What>
-void tell(const SimulatedDesktop& desktop, What what) {
-    if (desktop.onTrace) desktop.onTrace({desktop.time.uptime(), std::move(what)});
-}
-
-}  // namespace
-
 EventFlags SimulatedInputState::flags(EventSourceState /*source*/) const {
     return desktop_.modifierFlags;
 }
@@ -51,7 +42,7 @@ void SimulatedTap::remove() {
 TapAnswer SimulatedTap::send(TapEvent& event, bool marked) {
     if (!enabled_ || (mask_ & maskBit(event.type)) == 0) return TapAnswer::deliver;
     const TapAnswer answer = callback_(userInfo_, event);
-    tell(desktop_, trace::Event{event, answer, marked});
+    desktop_.tell(trace::Event{event, answer, marked});
     return answer;
 }
 
@@ -87,11 +78,11 @@ std::optional<MouseEvent> SimulatedPoster::makeMouse(EventType type, std::int64_
 }
 
 void SimulatedPoster::post(const KeyEvent& event, TapLocation at) {
-    tell(desktop_, trace::PostedKey{event.keyCode, event.down, event.flags, at});
+    desktop_.tell(trace::PostedKey{event.keyCode, event.down, event.flags, at});
 }
 
 void SimulatedPoster::post(const MouseEvent& event, TapLocation at) {
-    tell(desktop_, trace::PostedMouse{event.type, event.buttonNumber, event.location, 0, 0, 0, at});
+    desktop_.tell(trace::PostedMouse{event.type, event.buttonNumber, event.location, 0, 0, 0, at});
     desktop_.pointer = event.location;
     if (at != TapLocation::hid) return;
     TapEvent returning;
@@ -102,13 +93,13 @@ void SimulatedPoster::post(const MouseEvent& event, TapLocation at) {
 }
 
 void SimulatedPoster::post(const MediaKeyEvent& event, TapLocation at) {
-    tell(desktop_, trace::PostedMedia{event.data1, event.flags, at});
+    desktop_.tell(trace::PostedMedia{event.data1, event.flags, at});
 }
 
 bool SimulatedPoster::postCopy(const TapEvent& changed, TapLocation at) {
     if (desktop_.failures.eventCopy) return false;
-    tell(desktop_, trace::PostedMouse{changed.type, changed.buttonNumber, changed.location, changed.deltaX,
-                                      changed.deltaY, changed.sourceUserData, at});
+    desktop_.tell(trace::PostedMouse{changed.type, changed.buttonNumber, changed.location, changed.deltaX,
+                                     changed.deltaY, changed.sourceUserData, at});
     if (at == TapLocation::hid) tap_.sendLater(changed);
     return true;
 }

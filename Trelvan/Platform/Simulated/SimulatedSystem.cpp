@@ -4,15 +4,6 @@
 
 namespace trelvan {
 
-namespace {
-
-template <typename What>
-void tell(const SimulatedDesktop& desktop, What what) {
-    if (desktop.onTrace) desktop.onTrace({desktop.time.uptime(), std::move(what)});
-}
-
-}  // namespace
-
 std::span<const Rect> SimulatedScreens::frames() const {
     return desktop_.screenFrames;
 }
@@ -66,19 +57,19 @@ std::optional<std::string> SimulatedWorkspace::applicationPath(std::string_view 
 }
 
 void SimulatedWorkspace::openApplication(std::string_view path) {
-    tell(desktop_, trace::Opened{trace::Opened::Kind::application, std::string(path)});
+    desktop_.tell(trace::Opened{trace::Opened::Kind::application, std::string(path)});
 }
 
 void SimulatedWorkspace::openFolder(std::string_view path) {
-    tell(desktop_, trace::Opened{trace::Opened::Kind::folder, std::string(path)});
+    desktop_.tell(trace::Opened{trace::Opened::Kind::folder, std::string(path)});
 }
 
 void SimulatedWorkspace::openUrl(std::string_view url) {
-    tell(desktop_, trace::Opened{trace::Opened::Kind::url, std::string(url)});
+    desktop_.tell(trace::Opened{trace::Opened::Kind::url, std::string(url)});
 }
 
 void SimulatedWorkspace::reveal(std::string_view folder) {
-    tell(desktop_, trace::Opened{trace::Opened::Kind::reveal, std::string(folder)});
+    desktop_.tell(trace::Opened{trace::Opened::Kind::reveal, std::string(folder)});
 }
 
 bool SimulatedTrust::isTrusted() {
@@ -86,13 +77,13 @@ bool SimulatedTrust::isTrusted() {
 }
 
 bool SimulatedTrust::requestTrust() {
-    if (!desktop_.accessibility) tell(desktop_, trace::Prompted{trace::Prompted::Permission::accessibility});
+    if (!desktop_.accessibility) desktop_.tell(trace::Prompted{trace::Prompted::Permission::accessibility});
     return desktop_.accessibility;
 }
 
 ScriptResult SimulatedScripts::run(std::string_view source) {
     if (desktop_.failures.scriptCreate) return {ScriptResult::Status::notCreated, ""};
-    tell(desktop_, trace::Script{std::string(source)});
+    desktop_.tell(trace::Script{std::string(source)});
     if (desktop_.failures.scriptRun) return {ScriptResult::Status::failed, "simulated failure"};
     return {ScriptResult::Status::ran, ""};
 }
@@ -105,7 +96,7 @@ std::optional<HotKeyEntry> SimulatedHotKeys::entry(int id) const {
 void SimulatedLog::write(const LogRecord& record) {
     // The copy is made for the trace only: without one, a log line costs what it costs elsewhere.
     if (!desktop_.onTrace) return;
-    tell(desktop_, trace::Logged{record.level, std::string(record.message)});
+    desktop_.tell(trace::Logged{record.level, std::string(record.message)});
 }
 
 }  // namespace trelvan
