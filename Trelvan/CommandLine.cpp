@@ -145,7 +145,7 @@ Command parseRecord(std::span<const std::string_view> arguments, AppLanguage lan
         if (argument == "--help") return command::ShowHelp{};
         if (argument == "--config") {
             const std::string_view folder = index + 1 < arguments.size() ? arguments[++index] : "";
-            const auto config = withConfig(folder, language);
+            auto config = withConfig(folder, language);
             if (std::holds_alternative<command::BadUsage>(config)) return config;
             result.configDirectory = folder;
         } else if (argument.starts_with('-')) {
