@@ -1,14 +1,13 @@
 #include "Core/ButtonMapper.hpp"
 
+#include "Core/Model/ButtonNumbers.hpp"
+
 #include <array>
 #include <utility>
 
 namespace trelvan {
 
 namespace {
-
-/// Numbers at or below this are the two directions of the wheel.
-constexpr std::int64_t firstScrollButton = -100;
 
 constexpr std::array missionControlHotKeys{32, 7, 8, 9};
 constexpr std::array appExposeHotKeys{33, 34};
@@ -48,12 +47,10 @@ bool ButtonMapper::execute(std::int64_t buttonNumber, EventFlags eventFlags) {
         logger_.debug(ShortText("Botón ", buttonNumber, " sin mapeo registrado"));
         return false;
     }
-    if (buttonNumber <= firstScrollButton) return executeScroll(*profile, group, flags);
+    if (isScrollButton(buttonNumber)) return executeScroll(*profile, group, flags);
 
     const ButtonMapping& mapping = profile->mapping(group.front());
-    const bool isOwnClick = (buttonNumber == 0 && mapping.action == ButtonAction::leftClick) ||
-                            (buttonNumber == 1 && mapping.action == ButtonAction::rightClick);
-    if (isOwnClick) return executeAlternate(mapping, flags);
+    if (isOwnClick(mapping)) return executeAlternate(mapping, flags);
 
     const auto [action, slot] = resolvedAction(mapping, flags);
     logger_.info(ShortText("Ejecutando '", rawValue(action),
@@ -88,14 +85,22 @@ bool ButtonMapper::executeAlternate(const ButtonMapping& mapping, EventFlags fla
 }
 
 void ButtonMapper::performAction(ButtonAction action, const ButtonMapping& mapping, FunctionSlot slot) {
-    const ActionShortcuts& shortcuts = ports_.shortcuts;
+    if (const auto chord = catalogueShortcut(action, ports_.shortcuts)) return simulateKey(*chord);
     switch (action) {
+        // Sent above.
+        case ButtonAction::back:
+        case ButtonAction::forward:
+        case ButtonAction::copy:
+        case ButtonAction::paste:
+        case ButtonAction::cut:
+        case ButtonAction::undo:
+        case ButtonAction::screenshotArea:
+        case ButtonAction::screenshotFull:
+        case ButtonAction::screenshotTool:
+        case ButtonAction::emojiPanel:
+        case ButtonAction::lockWorkstation:
         case ButtonAction::none:
             return;
-        case ButtonAction::back:
-            return simulateKey(shortcuts.back);
-        case ButtonAction::forward:
-            return simulateKey(shortcuts.forward);
         case ButtonAction::missionControl:
             return triggerMissionControl();
         case ButtonAction::appExpose:
@@ -110,18 +115,6 @@ void ButtonMapper::performAction(ButtonAction action, const ButtonMapping& mappi
             return triggerMoveDesktop(key::leftArrow);
         case ButtonAction::moveDesktopRight:
             return triggerMoveDesktop(key::rightArrow);
-        case ButtonAction::copy:
-            return simulateKey(shortcuts.copy);
-        case ButtonAction::paste:
-            return simulateKey(shortcuts.paste);
-        case ButtonAction::cut:
-            return simulateKey(shortcuts.cut);
-        case ButtonAction::undo:
-            return simulateKey(shortcuts.undo);
-        case ButtonAction::screenshotArea:
-            return simulateKey(shortcuts.screenshotArea);
-        case ButtonAction::screenshotFull:
-            return simulateKey(shortcuts.screenshotFull);
         case ButtonAction::volumeUp:
             return sendMediaKey(MediaKey::volumeUp);
         case ButtonAction::volumeDown:
@@ -134,16 +127,10 @@ void ButtonMapper::performAction(ButtonAction action, const ButtonMapping& mappi
             return ports_.workspace.reveal(ports_.workspace.homeDirectory());
         case ButtonAction::newNote:
             return createNewNote();
-        case ButtonAction::emojiPanel:
-            return simulateKey(shortcuts.emojiPanel);
         case ButtonAction::dictation:
             return triggerDictation(mapping.dictationShortcut);
         case ButtonAction::exploreAI:
             return openExploreAI();
-        case ButtonAction::screenshotTool:
-            return simulateKey(shortcuts.screenshotTool);
-        case ButtonAction::lockWorkstation:
-            return simulateKey(shortcuts.lockWorkstation);
         case ButtonAction::smartButton:
             return showSmartButton();
         case ButtonAction::leftClick:

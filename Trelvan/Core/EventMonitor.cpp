@@ -1,5 +1,6 @@
 #include "Core/EventMonitor.hpp"
 
+#include "Core/Model/ButtonNumbers.hpp"
 #include "Utilities/Fatal.hpp"
 
 #include <algorithm>
@@ -9,9 +10,6 @@
 namespace trelvan {
 
 namespace {
-
-constexpr std::int64_t virtualScrollUp = -100;
-constexpr std::int64_t virtualScrollDown = -101;
 
 /// The process that shows the system's own menu-bar menus.
 constexpr std::string_view systemMenuOwner = "com.apple.systemuiserver";
@@ -191,7 +189,7 @@ TapAnswer EventMonitor::handleScroll(TapEvent& event) {
     const std::int64_t vertical = event.scrollDeltaAxis1;
     const std::int64_t horizontal = event.scrollDeltaAxis2;
     if (const std::int64_t delta = vertical != 0 ? vertical : horizontal; delta != 0) {
-        const std::int64_t button = delta >= 1 ? virtualScrollUp : virtualScrollDown;
+        const std::int64_t button = delta >= 1 ? scrollUpButtonNumber : scrollDownButtonNumber;
         if (offer(button, event.flags)) {
             logger_.debug(ShortText("Evento scroll virtual ", button, " consumido (swallowed)"));
             return TapAnswer::swallow;

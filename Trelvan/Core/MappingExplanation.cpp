@@ -122,9 +122,7 @@ class Explainer {
             say({"Mappings of this button: ", "Asignaciones de este botón: "}, std::to_string(count),
                 {"; only the first counts", "; solo cuenta la primera"});
         }
-        const bool isOwnClick = (mapping.buttonNumber == 0 && mapping.action == ButtonAction::leftClick) ||
-                                (mapping.buttonNumber == 1 && mapping.action == ButtonAction::rightClick);
-        if (!isOwnClick) {
+        if (!isOwnClick(mapping)) {
             const auto function = resolvedAction(mapping, flags_);
             explainSlots(mapping, function, false);
             conclude(mapping, function, function.action != ButtonAction::none);
@@ -203,42 +201,9 @@ class Explainer {
     }
 
     void sayWhatIsSent(const ButtonMapping& mapping, ResolvedFunction function) {
-        std::optional<KeyChord> chord;
+        const auto chord = catalogueShortcut(function.action, shortcuts_);
         std::string recorded;
         switch (function.action) {
-            case ButtonAction::back:
-                chord = shortcuts_.back;
-                break;
-            case ButtonAction::forward:
-                chord = shortcuts_.forward;
-                break;
-            case ButtonAction::copy:
-                chord = shortcuts_.copy;
-                break;
-            case ButtonAction::paste:
-                chord = shortcuts_.paste;
-                break;
-            case ButtonAction::cut:
-                chord = shortcuts_.cut;
-                break;
-            case ButtonAction::undo:
-                chord = shortcuts_.undo;
-                break;
-            case ButtonAction::screenshotArea:
-                chord = shortcuts_.screenshotArea;
-                break;
-            case ButtonAction::screenshotFull:
-                chord = shortcuts_.screenshotFull;
-                break;
-            case ButtonAction::screenshotTool:
-                chord = shortcuts_.screenshotTool;
-                break;
-            case ButtonAction::emojiPanel:
-                chord = shortcuts_.emojiPanel;
-                break;
-            case ButtonAction::lockWorkstation:
-                chord = shortcuts_.lockWorkstation;
-                break;
             case ButtonAction::customShortcut:
                 recorded = shortcutOf(mapping, function.slot).displayString;
                 break;

@@ -1,5 +1,7 @@
 #include "Core/MappingResolution.hpp"
 
+#include "Core/Model/ButtonNumbers.hpp"
+
 namespace trelvan {
 
 namespace {
@@ -57,6 +59,42 @@ std::string_view nameOf(FunctionSlot slot) {
             return "quaternary";
     }
     return {};
+}
+
+bool isOwnClick(const ButtonMapping& mapping) {
+    return (mapping.buttonNumber == nonRemappableLeftButtonNumber &&
+            mapping.action == ButtonAction::leftClick) ||
+           (mapping.buttonNumber == nonRemappableRightButtonNumber &&
+            mapping.action == ButtonAction::rightClick);
+}
+
+std::optional<KeyChord> catalogueShortcut(ButtonAction action, const ActionShortcuts& shortcuts) {
+    switch (action) {
+        case ButtonAction::back:
+            return shortcuts.back;
+        case ButtonAction::forward:
+            return shortcuts.forward;
+        case ButtonAction::copy:
+            return shortcuts.copy;
+        case ButtonAction::paste:
+            return shortcuts.paste;
+        case ButtonAction::cut:
+            return shortcuts.cut;
+        case ButtonAction::undo:
+            return shortcuts.undo;
+        case ButtonAction::screenshotArea:
+            return shortcuts.screenshotArea;
+        case ButtonAction::screenshotFull:
+            return shortcuts.screenshotFull;
+        case ButtonAction::screenshotTool:
+            return shortcuts.screenshotTool;
+        case ButtonAction::emojiPanel:
+            return shortcuts.emojiPanel;
+        case ButtonAction::lockWorkstation:
+            return shortcuts.lockWorkstation;
+        default:
+            return std::nullopt;
+    }
 }
 
 ButtonAction actionOf(const ButtonMapping& mapping, FunctionSlot slot) {

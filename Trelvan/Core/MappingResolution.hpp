@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Model/ButtonMapping.hpp"
+#include "Platform/ActionShortcuts.hpp"
 #include "Platform/Quartz.hpp"
 
 #include <array>
@@ -62,6 +63,12 @@ struct ResolvedFunction {
                                                               FunctionSlot slot);
 /// Whether the mapping uses the slot at all.
 [[nodiscard]] bool isInUse(const ButtonMapping& mapping, FunctionSlot slot);
+/// Whether the mapping's primary function is the button's own click, which is let through and never
+/// synthesised.
+[[nodiscard]] bool isOwnClick(const ButtonMapping& mapping);
+/// The combination by which the platform knows an action; none for an action that is not one combination.
+[[nodiscard]] std::optional<KeyChord> catalogueShortcut(ButtonAction action,
+                                                        const ActionShortcuts& shortcuts);
 /// The action of a slot.
 [[nodiscard]] ButtonAction actionOf(const ButtonMapping& mapping, FunctionSlot slot);
 /// The custom shortcut of a slot.
