@@ -46,8 +46,8 @@ class SmartButtonPanels {
     };
     using ContentProvider = std::function<std::unique_ptr<Content>()>;
 
-    /// The editor's window: titled "Trelvan — Smart Button", 900 by 960 points, at least 780 by 860. Closing it
-    /// hides it.
+    /// The editor's window: titled "Trelvan — Smart Button", 900 by 960 points, at least 780 by 860. Closing
+    /// it hides it.
     class Editor {
       public:
         virtual ~Editor() = default;
