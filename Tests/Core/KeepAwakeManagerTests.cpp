@@ -341,6 +341,16 @@ TEST_F(KeepAwakeManagerTest, EachPresetSwitchesOffAfterItsTime) {
     }
 }
 
+TEST_F(KeepAwakeManagerTest, AutoStopOfARunThatWasStoppedByHandDoesNotComeLater) {
+    load().setAutoStopPreset(AutoStopPreset::oneHour);
+    manager->setEnabled(true);
+    runUntil(100);
+    manager->setEnabled(false);
+    desktop.defaults.erase("keep_awake_enabled");
+    runUntil(4000);
+    EXPECT_FALSE(desktop.defaults.contains("keep_awake_enabled"));
+}
+
 TEST_F(KeepAwakeManagerTest, NeverHasNoCountdownAndNoEnd) {
     loadEnabled();
     runUntil(200000);
