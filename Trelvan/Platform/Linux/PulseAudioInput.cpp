@@ -5,7 +5,10 @@
 #include <pulse/pulseaudio.h>
 
 #include <algorithm>
+#include <chrono>
+#include <condition_variable>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 namespace trelvan {
@@ -16,6 +19,9 @@ namespace {
 /// one is left in peace.
 constexpr pa_usec_t firstWait = PA_USEC_PER_SEC;
 constexpr pa_usec_t longestWait = 16 * PA_USEC_PER_SEC;
+
+/// How long the first read waits for the server's first word; it comes within a few milliseconds.
+constexpr std::chrono::milliseconds firstWordPatience{200};
 
 /// What was last told of the default source.
 struct Source {
@@ -35,12 +41,13 @@ void letGo(pa_operation* operation) {
 /// lock held.
 class PulseAudioInput::Connection {
   public:
-    Connection() : loop_(pa_threaded_mainloop_new()) {
+    Connection() : loop_(pa_threaded_mainloop_new()), wasRead_(loop_ == nullptr) {
         if (loop_ == nullptr) return;
         pa_threaded_mainloop_set_name(loop_, "trelvan-audio");
         connect();
-        if (pa_threaded_mainloop_start(loop_) != 0)
-            AppLogger.warning("No se pudo iniciar la escucha del servidor de sonido");
+        if (pa_threaded_mainloop_start(loop_) == 0) return;
+        wasRead_ = true;
+        AppLogger.warning("No se pudo iniciar la escucha del servidor de sonido");
     }
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
@@ -52,15 +59,22 @@ class PulseAudioInput::Connection {
         pa_threaded_mainloop_free(loop_);
     }
 
-    [[nodiscard]] std::optional<Source> source() const {
-        const std::lock_guard lock(mutex_);
+    [[nodiscard]] std::optional<Source> source() {
+        std::unique_lock lock(mutex_);
+        // Only once: a server that is silent for so long is not waited for again.
+        if (!std::exchange(wasRead_, true)) {
+            firstWord_.wait_for(lock, firstWordPatience, [this] { return hasWord_; });
+        }
         return source_;
     }
 
   private:
     void connect() {
         context_ = pa_context_new(pa_threaded_mainloop_get_api(loop_), "Trelvan");
-        if (context_ == nullptr) return retryLater();
+        if (context_ == nullptr) {
+            forgetSource();
+            return retryLater();
+        }
         pa_context_set_state_callback(
             context_, [](pa_context*, void* self) { static_cast<Connection*>(self)->stateChanged(); }, this);
         pa_context_set_subscribe_callback(
@@ -70,7 +84,10 @@ class PulseAudioInput::Connection {
             },
             this);
         // Whoever only looks does not start a server.
-        if (pa_context_connect(context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) retryLater();
+        if (pa_context_connect(context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) {
+            forgetSource();
+            retryLater();
+        }
     }
 
     void disconnect() {
@@ -137,13 +154,18 @@ class PulseAudioInput::Connection {
             source.volumes.push_back(static_cast<float>(told.volume.values[channel]) /
                                      static_cast<float>(PA_VOLUME_NORM));
         }
-        const std::lock_guard lock(mutex_);
-        source_ = std::move(source);
+        setSource(std::move(source));
     }
 
-    void forgetSource() {
-        const std::lock_guard lock(mutex_);
-        source_.reset();
+    void forgetSource() { setSource(std::nullopt); }
+
+    void setSource(std::optional<Source> source) {
+        {
+            const std::lock_guard lock(mutex_);
+            source_ = std::move(source);
+            hasWord_ = true;
+        }
+        firstWord_.notify_all();
     }
 
     void retryLater() {
@@ -173,8 +195,12 @@ class PulseAudioInput::Connection {
     pa_context* context_ = nullptr;
     pa_time_event* retry_ = nullptr;
     pa_usec_t wait_ = firstWait;
-    mutable std::mutex mutex_;
+    std::mutex mutex_;
+    std::condition_variable firstWord_;
     std::optional<Source> source_;
+    /// Whether it is known what there is, or that there is nothing.
+    bool hasWord_ = false;
+    bool wasRead_;
 };
 
 PulseAudioInput::PulseAudioInput() : connection_(std::make_unique<Connection>()) {}
