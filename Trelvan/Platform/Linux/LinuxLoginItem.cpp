@@ -48,14 +48,14 @@ bool isProgram(const std::string& path) {
 bool canBeStarted(const std::string& program) {
     if (program.find('/') != std::string::npos) return program.front() == '/' && isProgram(program);
     for (const auto& folder : parts(variable("PATH"), ':')) {
-        if (isProgram(folder + "/" + program)) return true;
+        if (isProgram(std::string(folder).append("/").append(program))) return true;
     }
     return false;
 }
 
 /// The file that starts this program: an AppImage is more than the file inside it that runs.
 std::string ownProgram() {
-    const std::string image = variable("APPIMAGE");
+    std::string image = variable("APPIMAGE");
     if (image.starts_with('/') && isProgram(image)) return image;
     std::array<char, 4096> buffer{};
     const auto length = readlink("/proc/self/exe", buffer.data(), buffer.size());
