@@ -3,6 +3,10 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <string>
+#include <vector>
+
 namespace trelvan {
 namespace {
 
@@ -118,6 +122,115 @@ TEST_F(TrelvanAppTest, AppearingTwiceWiresOnce) {
     app->appear();
     desktop.time.runDue();
     EXPECT_EQ(desktop.tapsCreated(), 1);
+}
+
+// Background services
+
+/// Remembers in which order the services' ports were taken.
+class OrderedDesktop : public TestDesktop {
+  public:
+    UserDefaults& userDefaults() override { return note("userDefaults", TestDesktop::userDefaults()); }
+    EventTap& eventTap() override { return note("eventTap", TestDesktop::eventTap()); }
+    AccessibilityTrust& accessibilityTrust() override {
+        return note("accessibilityTrust", TestDesktop::accessibilityTrust());
+    }
+    LoginItem& loginItem() override { return note("loginItem", TestDesktop::loginItem()); }
+    IdleInhibitor& idleInhibitor() override { return note("idleInhibitor", TestDesktop::idleInhibitor()); }
+    KeyMonitors& keyMonitors() override { return note("keyMonitors", TestDesktop::keyMonitors()); }
+
+    std::vector<std::string> taken;
+
+  private:
+    template <typename Port>
+    Port& note(const char* name, Port& port) {
+        if (std::ranges::find(taken, name) == taken.end()) taken.emplace_back(name);
+        return port;
+    }
+};
+
+TEST(TrelvanAppOrderTest, EachServiceIsCreatedAtItsPlace) {
+    OrderedDesktop desktop;
+    const TrelvanApp app(desktop, desktop.logger);
+    // The store, the monitor, the permissions, launch at login, Keep Awake, the notifiers.
+    EXPECT_THAT(desktop.taken, ElementsAre("userDefaults", "eventTap", "accessibilityTrust", "loginItem",
+                                           "idleInhibitor", "keyMonitors"));
+}
+
+TEST_F(TrelvanAppTest, NotifiersStartWithoutTheInterfaceAfterSevenTenthsOfASecond) {
+    app = std::make_unique<TrelvanApp>(desktop, desktop.logger);
+    desktop.time.runFor(Seconds{0.69});
+    EXPECT_EQ(desktop.notificationState.authorizationRequests, 0);
+    desktop.time.runFor(Seconds{0.02});
+    // One for each of them.
+    EXPECT_EQ(desktop.notificationState.authorizationRequests, 2);
+    desktop.switchCapsLock(true);
+    EXPECT_THAT(desktop.all<trace::Notification>(),
+                ElementsAre(trace::Notification{"Trelvan v1.0", "Caps On"}));
+}
+
+TEST_F(TrelvanAppTest, AppearingStartsTheNotifiersAndTheLaterStartDoesNothing) {
+    app = std::make_unique<TrelvanApp>(desktop, desktop.logger);
+    app->appear();
+    EXPECT_EQ(desktop.notificationState.authorizationRequests, 2);
+    desktop.time.runFor(Seconds{5});
+    EXPECT_EQ(desktop.notificationState.authorizationRequests, 2);
+    desktop.switchCapsLock(true);
+    EXPECT_EQ(desktop.all<trace::Notification>().size(), 1U);
+}
+
+TEST_F(TrelvanAppTest, EndBeforeTheNotifiersStartStartsNothing) {
+    app = std::make_unique<TrelvanApp>(desktop, desktop.logger);
+    app.reset();
+    desktop.time.runFor(Seconds{5});
+    EXPECT_EQ(desktop.notificationState.authorizationRequests, 0);
+}
+
+TEST_F(TrelvanAppTest, NotificationIsShownWhileTheProgramIsFrontmost) {
+    launch();
+    desktop.frontmost = "com.yourname.Trelvan";
+    desktop.switchCapsLock(true);
+    EXPECT_EQ(desktop.notificationState.lastOptions, 26U);
+    EXPECT_THAT(desktop.all<trace::Notification>(),
+                ElementsAre(trace::Notification{"Trelvan v1.0", "Caps On"}));
+}
+
+TEST_F(TrelvanAppTest, EndTakesTheNotificationDelegateAway) {
+    launch();
+    app.reset();
+    desktop.frontmost = "com.yourname.Trelvan";
+    desktop.notifications().add({.identifier = "1", .title = "t", .body = "b"});
+    EXPECT_EQ(desktop.notificationState.lastOptions, std::nullopt);
+}
+
+TEST_F(TrelvanAppTest, LoginItemIsReadAtTheStart) {
+    desktop.loginStatus = LoginItem::Status::enabled;
+    launch();
+    EXPECT_TRUE(app->loginManager.isEnabled);
+}
+
+TEST_F(TrelvanAppTest, KeepAwakeGoesOnFromTheStoredSettingAndEndsWithTheApplication) {
+    desktop.defaults["keep_awake_enabled"] = true;
+    launch();
+    desktop.time.runFor(Seconds{240});
+    EXPECT_EQ(desktop.all<trace::PostedMouse>().size(), 1U);
+    EXPECT_EQ(desktop.idleHolds, 1);
+    app.reset();
+    EXPECT_EQ(desktop.idleHolds, 0);
+    desktop.time.runFor(Seconds{240});
+    EXPECT_EQ(desktop.all<trace::PostedMouse>().size(), 1U);
+}
+
+TEST_F(TrelvanAppTest, NudgesPassTheTapUntouched) {
+    desktop.defaults["keep_awake_enabled"] = true;
+    desktop.defaults["trackball_mouse_speed"] = 0.5;
+    launch();
+    desktop.time.runFor(Seconds{241});
+    const auto events = desktop.all<trace::Event>();
+    ASSERT_EQ(events.size(), 2U);
+    EXPECT_EQ(events[0].answer, TapAnswer::deliver);
+    EXPECT_EQ(events[0].event.location, (Point{721, 450}));
+    EXPECT_EQ(events[1].event.location, (Point{720, 450}));
+    EXPECT_EQ(desktop.pointer, (Point{720, 450}));
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 namespace trelvan {
 
 TrelvanApp::TrelvanApp(Platform& platform, Logger& logger, UuidSource uuids, EventTap* tap)
-    : profileManager(platform.userDefaults(), logger, std::move(uuids)),
+    : profileManager(platform.userDefaults(), logger, uuids),
       eventMonitor(std::make_shared<EventMonitor>(
           EventMonitor::Ports{.tap = tap != nullptr ? *tap : platform.eventTap(),
                               .poster = platform.eventPoster(),
@@ -17,11 +17,39 @@ TrelvanApp::TrelvanApp(Platform& platform, Logger& logger, UuidSource uuids, Eve
                               .clock = platform.clock()},
           [this]() -> PermissionsManager& { return permissions; }, logger)),
       permissions(platform.accessibilityTrust(), platform.scriptRunner(), logger),
+      loginManager(platform.loginItem(), logger),
+      keepAwakeManager({.input = platform.inputState(),
+                        .poster = platform.eventPoster(),
+                        .screens = platform.screens(),
+                        .defaults = platform.userDefaults(),
+                        .clock = platform.clock(),
+                        .mainQueue = platform.mainQueue(),
+                        .timers = platform.timers(),
+                        .inhibitor = platform.idleInhibitor()}),
+      notificationPoster({.center = platform.notifications(),
+                          .bundle = platform.bundleInfo(),
+                          .defaults = platform.userDefaults(),
+                          .mainQueue = platform.mainQueue()},
+                         std::move(uuids)),
+      capsLockNotifier({.input = platform.inputState(),
+                        .monitors = platform.keyMonitors(),
+                        .timers = platform.timers(),
+                        .defaults = platform.userDefaults()},
+                       notificationPoster),
+      micMuteNotifier(
+          {.audio = platform.audioInput(), .timers = platform.timers(), .defaults = platform.userDefaults()},
+          notificationPoster),
       platform_(platform),
       logger_(logger),
-      alive_(std::make_shared<TrelvanApp*>(this)) {}
+      alive_(std::make_shared<TrelvanApp*>(this)) {
+    platform_.notifications().setDelegate(&notificationDelegate_);
+    platform_.mainQueue().after(notifierDelay, [weak = std::weak_ptr(alive_)] {
+        if (const auto app = weak.lock()) (*app)->startNotifiers();
+    });
+}
 
 TrelvanApp::~TrelvanApp() {
+    platform_.notifications().setDelegate(nullptr);
     permissionTimer_.reset();
     permissionObserver_.reset();
     eventMonitor->stop();
@@ -34,7 +62,13 @@ void TrelvanApp::appear() {
     watchPermission();
 }
 
+void TrelvanApp::startNotifiers() {
+    capsLockNotifier.start();
+    micMuteNotifier.start();
+}
+
 void TrelvanApp::setupMonitor() {
+    startNotifiers();
     const auto mapper = std::make_shared<ButtonMapper>(
         ButtonMapper::Ports{.input = platform_.inputState(),
                             .poster = platform_.eventPoster(),

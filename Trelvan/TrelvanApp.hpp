@@ -1,6 +1,12 @@
 #pragma once
 
+#include "AppNotificationDelegate.hpp"
+#include "Core/CapsLockNotifier.hpp"
 #include "Core/EventMonitor.hpp"
+#include "Core/KeepAwakeManager.hpp"
+#include "Core/LaunchAtLoginManager.hpp"
+#include "Core/MicMuteNotifier.hpp"
+#include "Core/NotificationPoster.hpp"
 #include "Core/PermissionsManager.hpp"
 #include "Core/ProfileManager.hpp"
 #include "Core/SmartButtonController.hpp"
@@ -17,6 +23,8 @@ class TrelvanApp {
   public:
     /// How often the permission is looked at, and a tap that is missing is tried again.
     static constexpr Seconds permissionInterval{2.0};
+    /// How long after the services are there the notifiers start, if the interface did not start them.
+    static constexpr Seconds notifierDelay{0.7};
 
     /// Creates the services, in the order of their declaration. Platform and logger outlive the application,
     /// and so does `tap`, which stands in for the platform's where there is one.
@@ -33,10 +41,17 @@ class TrelvanApp {
     ProfileManager profileManager;
     const std::shared_ptr<EventMonitor> eventMonitor;
     PermissionsManager permissions;
+    LaunchAtLoginManager loginManager;
+    KeepAwakeManager keepAwakeManager;
     /// Set by the interface that can show a menu; without one the Smart Button action does nothing.
     std::shared_ptr<SmartButtonController> smartButtonController;
 
+    NotificationPoster notificationPoster;
+    CapsLockNotifier capsLockNotifier;
+    MicMuteNotifier micMuteNotifier;
+
   private:
+    void startNotifiers();
     void setupMonitor();
     void watchPermission();
     void startIfPermitted();
@@ -44,6 +59,7 @@ class TrelvanApp {
     Platform& platform_;
     Logger& logger_;
     bool appeared_ = false;
+    AppNotificationDelegate notificationDelegate_;
     Subscription permissionObserver_;
     std::unique_ptr<Timers::Timer> permissionTimer_;
     /// What was put into the main queue asks this before it touches the application.

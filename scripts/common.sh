@@ -8,10 +8,10 @@ readonly project
 readonly packages=(
     g++ cmake ninja-build ccache pkg-config
     qt6-base-dev libx11-dev libxi-dev libxtst-dev libxss-dev libxrandr-dev libxfixes-dev libxft-dev
-    nlohmann-json3-dev libutf8proc-dev libsystemd-dev
+    nlohmann-json3-dev libutf8proc-dev libsystemd-dev libpulse-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     xserver-xorg-core xserver-xorg-video-dummy xserver-xorg-dev x11-xkb-utils xkb-data
-    openbox xterm x11-utils x11-apps imagemagick dbus fonts-dejavu-core
+    openbox xterm x11-utils x11-apps imagemagick dbus dunst pulseaudio pulseaudio-utils fonts-dejavu-core
 )
 
 note() { printf '== %s\n' "$*"; }

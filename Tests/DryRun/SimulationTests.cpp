@@ -48,6 +48,69 @@ TEST_F(SimulationTest, MissingAndMistypedKeysAreNamed) {
     EXPECT_THAT(run(R"({"do":"defaults","set":{"a":[1]}})"), HasSubstr("set.a: "));
 }
 
+TEST_F(SimulationTest, KeysOfServiceLinesAreChecked) {
+    EXPECT_EQ(run(R"({"do":"key"})"), "keyCode: required key is missing");
+    EXPECT_EQ(run(R"({"do":"key","keyCode":0,"flags":0,"characters":"a"})"), "down: required key is missing");
+    EXPECT_THAT(run(R"({"do":"key","keyCode":70000,"down":true})"), HasSubstr("keyCode: "));
+    EXPECT_THAT(run(R"({"do":"key","keyCode":0,"down":true,"characters":1})"), HasSubstr("characters: "));
+    EXPECT_EQ(run(R"({"do":"capsLock"})"), "on: required key is missing");
+    EXPECT_THAT(run(R"({"do":"capsLock","on":1})"), HasSubstr("on: "));
+    EXPECT_THAT(run(R"({"do":"capsLock","on":true,"monitored":"no"})"), HasSubstr("monitored: "));
+    EXPECT_EQ(run(R"({"do":"launchAtLogin"})"), "status: required key is missing");
+    EXPECT_EQ(run(R"({"do":"launchAtLogin","status":"on"})"),
+              R"(status: "on" is not a status of the login item)");
+    for (const char* status : {"enabled", "notRegistered", "requiresApproval", "notFound"})
+        EXPECT_EQ(run(R"({"do":"launchAtLogin","status":")" + std::string(status) + R"("})"), "") << status;
+    EXPECT_EQ(run(R"({"do":"fail","what":"loginItem","on":true})"), "");
+}
+
+TEST_F(SimulationTest, MicrophoneListsAreChecked) {
+    EXPECT_EQ(run(R"({"do":"microphone"})"), "present: required key is missing");
+    EXPECT_THAT(run(R"({"do":"microphone","present":true,"mute":1})"), HasSubstr("mute: expected a list"));
+    EXPECT_EQ(run(R"({"do":"microphone","present":true,"mute":[0,2]})"), "mute[1]: must be 0, 1 or null");
+    EXPECT_THAT(run(R"({"do":"microphone","present":true,"mute":[null,true]})"), HasSubstr("mute[1]: "));
+    EXPECT_EQ(run(R"({"do":"microphone","present":true,"mute":[0,0,0,0]})"),
+              "mute: must have three elements at most");
+    EXPECT_EQ(run(R"({"do":"microphone","present":true,"volume":[1.5]})"),
+              "volume[0]: must be 0 to 1 or null");
+    EXPECT_EQ(run(R"({"do":"microphone","present":true,"mute":[0,null,1],"volume":null})"), "");
+    EXPECT_EQ(run(R"({"do":"microphone","present":false})"), "");
+}
+
+TEST_F(SimulationTest, WrongMicrophoneLineChangesNothing) {
+    run(R"({"do":"microphone","present":true,"mute":[0]})");
+    run(R"({"do":"start"})");
+    trace.clear();
+    EXPECT_THAT(run(R"({"do":"microphone","present":true,"mute":[1],"volume":["loud"]})"),
+                HasSubstr("volume[0]: "));
+    run(R"({"do":"wait","seconds":5})");
+    EXPECT_THAT(trace, IsEmpty());
+}
+
+TEST_F(SimulationTest, KeepAwakeSettingsAreSetByTheNamesOfTheirProperties) {
+    const auto set = [this](const std::string& name, const std::string& value) {
+        return run(R"({"do":"call","operation":"setSetting","name":")" + name + R"(","value":)" + value +
+                   "}");
+    };
+    run(R"({"do":"start"})");
+    trace.clear();
+    EXPECT_EQ(set("autoStopPreset", R"("oneDay")"), "");
+    EXPECT_EQ(set("idleThresholdMinutes", "4.5"), "");
+    EXPECT_EQ(set("moveEveryMinutes", "2"), "");
+    EXPECT_EQ(set("isEnabled", "true"), "");
+    run(R"({"do":"print","what":"keepAwake"})");
+    EXPECT_EQ(trace.back(),
+              "{\"at\":0,\"trace\":\"state\",\"what\":\"keepAwake\",\"value\":{\"isEnabled\":true,"
+              "\"idleThresholdMinutes\":4.5,\"moveEveryMinutes\":2,\"autoStopPreset\":\"oneDay\","
+              "\"isCurrentlyAway\":false,\"nextMoveInSeconds\":270,\"remainingAutoStopSeconds\":86400,"
+              "\"lastMoveDate\":null,\"lastErrorMessage\":null}}\n");
+    EXPECT_EQ(set("autoStopPreset", R"("threeHours")"), R"(value: "threeHours" is not an auto-stop preset)");
+    EXPECT_THAT(set("isEnabled", "1"), HasSubstr("value: "));
+    EXPECT_THAT(set("idleThresholdMinutes", R"("3")"), HasSubstr("value: "));
+    EXPECT_EQ(set("moveEveryMinutes", "1001"), "value: is out of range -1000..1000");
+    EXPECT_EQ(set("isCurrentlyAway", "true"), R"(name: "isCurrentlyAway" is not a setting)");
+}
+
 TEST_F(SimulationTest, TimeNeverGoesBack) {
     EXPECT_EQ(run(R"({"at":2,"do":"wait","seconds":1})"), "");
     EXPECT_EQ(run(R"({"at":2.5,"do":"start"})"), "at: goes back");

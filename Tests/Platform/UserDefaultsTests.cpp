@@ -34,5 +34,22 @@ TEST(UserDefaultsTest, OnlyTextsReadAsText) {
     EXPECT_EQ(asText(std::nullopt), std::nullopt);
 }
 
+TEST(UserDefaultsTest, OnlyTruthValuesReadAsNothingElse) {
+    EXPECT_EQ(onlyBool(Value{true}), true);
+    EXPECT_EQ(onlyBool(Value{false}), false);
+    EXPECT_EQ(onlyBool(Value{1.0}), std::nullopt);
+    EXPECT_EQ(onlyBool(Value{std::int64_t{0}}), std::nullopt);
+    EXPECT_EQ(onlyBool(Value{std::string("true")}), std::nullopt);
+    EXPECT_EQ(onlyBool(std::nullopt), std::nullopt);
+}
+
+TEST(UserDefaultsTest, OnlyNumbersReadAsNumber) {
+    EXPECT_EQ(onlyNumber(Value{1.5}), 1.5);
+    EXPECT_EQ(onlyNumber(Value{std::int64_t{3}}), 3.0);
+    EXPECT_EQ(onlyNumber(Value{true}), std::nullopt);
+    EXPECT_EQ(onlyNumber(Value{std::string("1.5")}), std::nullopt);
+    EXPECT_EQ(onlyNumber(std::nullopt), std::nullopt);
+}
+
 }  // namespace
 }  // namespace trelvan

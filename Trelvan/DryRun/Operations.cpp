@@ -3,6 +3,7 @@
 #include "DryRun/ScriptLines.hpp"
 
 #include <array>
+#include <concepts>
 #include <utility>
 
 namespace trelvan {
@@ -109,6 +110,33 @@ Problem setDebugMode(const Call& call) {
     });
 }
 
+/// Reads the value of a setting and hands it on.
+template <typename Setting, typename Set>
+Problem setTo(const Call& call, const Value& value, Set&& set) {
+    Setting setting{};
+    if (auto problem = json::read(value, setting, nullptr)) return std::move(*problem).inside("value");
+    if constexpr (std::same_as<Setting, double>) {
+        // Far outside what the interface offers, and still far from where arithmetic ends.
+        if (setting < -1000 || setting > 1000) return wrong("value", "is out of range -1000..1000");
+    }
+    std::forward<Set>(set)(setting);
+    return call.done();
+}
+
+/// Sets the property of Keep Awake that is called so.
+Problem setKeepAwake(const Call& call, const std::string& name, const Value& value) {
+    KeepAwakeManager& manager = call.app.keepAwakeManager;
+    if (name == "isEnabled") return setTo<bool>(call, value, [&](bool on) { manager.setEnabled(on); });
+    if (name == "idleThresholdMinutes")
+        return setTo<double>(call, value, [&](double minutes) { manager.setIdleThresholdMinutes(minutes); });
+    if (name == "moveEveryMinutes")
+        return setTo<double>(call, value, [&](double minutes) { manager.setMoveEveryMinutes(minutes); });
+    if (name == "autoStopPreset")
+        return setTo<AutoStopPreset>(call, value,
+                                     [&](AutoStopPreset preset) { manager.setAutoStopPreset(preset); });
+    return wrong("name", "\"" + name + "\" is not a setting");
+}
+
 Problem setSetting(const Call& call) {
     EventMonitor& monitor = *call.app.eventMonitor;
     const std::array<std::pair<std::string_view, Published<double>*>, 4> numbers{
@@ -124,23 +152,13 @@ Problem setSetting(const Call& call) {
         const Value* value = json::member(call.line, "value");
         if (value == nullptr) return wrong("value", "required key is missing");
         for (const auto& [name, setting] : numbers) {
-            if (name != record.name) continue;
-            double number = 0;
-            if (auto problem = json::read(*value, number, nullptr))
-                return std::move(*problem).inside("value");
-            // Far outside what the interface offers, and still far from where arithmetic ends.
-            if (number < -1000 || number > 1000) return wrong("value", "is out of range -1000..1000");
-            *setting = number;
-            return call.done();
+            if (name == record.name)
+                return setTo<double>(call, *value, [to = setting](double number) { *to = number; });
         }
         for (const auto& [name, setting] : switches) {
-            if (name != record.name) continue;
-            bool on = false;
-            if (auto problem = json::read(*value, on, nullptr)) return std::move(*problem).inside("value");
-            *setting = on;
-            return call.done();
+            if (name == record.name) return setTo<bool>(call, *value, [to = setting](bool on) { *to = on; });
         }
-        return wrong("name", "\"" + record.name + "\" is not a setting");
+        return setKeepAwake(call, record.name, *value);
     });
 }
 
@@ -226,6 +244,11 @@ Problem moveMapping(const Call& call) {
     });
 }
 
+Problem toggleLaunchAtLogin(const Call& call) {
+    call.app.loginManager.toggle();
+    return call.done();
+}
+
 Problem requestAutomation(const Call& call) {
     call.app.permissions.requestAutomationPermissionIfNeeded();
     return call.done();
@@ -252,6 +275,7 @@ constexpr std::array operations{
     Operation{"addScrollMappings", &addScrollMappings},
     Operation{"removeExtraButtonMapping", &removeExtraButtonMapping},
     Operation{"moveMapping", &moveMapping},
+    Operation{"toggleLaunchAtLogin", &toggleLaunchAtLogin},
     Operation{"requestAutomation", &requestAutomation},
 };
 

@@ -1,12 +1,26 @@
 #pragma once
 
+#include "Core/Model/RawRepresentable.hpp"
 #include "Core/Model/RecordField.hpp"
+#include "Platform/LoginItem.hpp"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <tuple>
 #include <vector>
+
+namespace trelvan {
+
+template <>
+struct RawValueTable<LoginItem::Status> {
+    static constexpr std::string_view noun = "a status of the login item";
+    static constexpr std::array<std::string_view, 4> rawValues{"notRegistered", "enabled", "requiresApproval",
+                                                               "notFound"};
+};
+
+}  // namespace trelvan
 
 /// The lines of a script, as records: what keys each has, and of what type.
 namespace trelvan::script {
@@ -106,6 +120,36 @@ struct Fail {
 struct TapDisabled {
     std::string by;
     static constexpr auto fields() { return std::tuple{required("by", &TapDisabled::by)}; }
+};
+
+struct Key {
+    std::uint16_t keyCode = 0;
+    std::uint64_t flags = 0;
+    std::string characters;
+    bool down = false;
+    static constexpr auto fields() {
+        return std::tuple{required("keyCode", &Key::keyCode), defaulted("flags", &Key::flags),
+                          defaulted("characters", &Key::characters), required("down", &Key::down)};
+    }
+};
+
+struct CapsLock {
+    bool on = false;
+    bool monitored = true;
+    static constexpr auto fields() {
+        return std::tuple{required("on", &CapsLock::on), defaulted("monitored", &CapsLock::monitored)};
+    }
+};
+
+/// Its lists of elements are read apart: a record has no form for an element that is null.
+struct Microphone {
+    bool present = false;
+    static constexpr auto fields() { return std::tuple{required("present", &Microphone::present)}; }
+};
+
+struct LaunchAtLogin {
+    LoginItem::Status status{};
+    static constexpr auto fields() { return std::tuple{required("status", &LaunchAtLogin::status)}; }
 };
 
 struct Wait {

@@ -4,6 +4,7 @@
 #include "Core/Model/RecordJson.hpp"
 #include "DryRun/Operations.hpp"
 #include "DryRun/ScriptLines.hpp"
+#include "DryRun/ServiceLines.hpp"
 #include "DryRun/StatePrinter.hpp"
 #include "Platform/Simulated/SimulatedDesktop.hpp"
 #include "TrelvanApp.hpp"
@@ -250,12 +251,13 @@ class Simulation::World {
 
     Problem doFail(const Value& line) {
         return with<script::Fail>(line, [this](const auto& record) -> Problem {
-            const std::array<std::pair<std::string_view, bool*>, 6> switches{
+            const std::array<std::pair<std::string_view, bool*>, 7> switches{
                 {{"tapCreate", &desktop_.failures.tapCreate},
                  {"eventCopy", &desktop_.failures.eventCopy},
                  {"eventCreate", &desktop_.failures.eventCreate},
                  {"scriptCreate", &desktop_.failures.scriptCreate},
                  {"scriptRun", &desktop_.failures.scriptRun},
+                 {"loginItem", &desktop_.failures.loginItem},
                  {"save", &desktop_.failures.save}}};
             for (const auto& [name, failure] : switches) {
                 if (name != record.what) continue;
@@ -298,6 +300,11 @@ class Simulation::World {
             return std::nullopt;
         });
     }
+
+    Problem doKey(const Value& line) { return lines::pressKey(desktop_, line); }
+    Problem doCapsLock(const Value& line) { return lines::switchCapsLock(desktop_, line); }
+    Problem doMicrophone(const Value& line) { return lines::setMicrophone(desktop_, line); }
+    Problem doLaunchAtLogin(const Value& line) { return lines::setLaunchAtLogin(desktop_, line); }
 
     Problem doWait(const Value& line) {
         return with<script::Wait>(line, [this](const auto& record) -> Problem {
@@ -346,7 +353,7 @@ class Simulation::World {
         });
     }
 
-    static constexpr std::array<std::pair<std::string_view, Handler>, 16> handlers{{
+    static constexpr std::array<std::pair<std::string_view, Handler>, 20> handlers{{
         {"event", &World::doEvent},
         {"defaults", &World::doDefaults},
         {"accessibility", &World::doAccessibility},
@@ -360,6 +367,10 @@ class Simulation::World {
         {"disk", &World::doDisk},
         {"fail", &World::doFail},
         {"tapDisabled", &World::doTapDisabled},
+        {"key", &World::doKey},
+        {"capsLock", &World::doCapsLock},
+        {"microphone", &World::doMicrophone},
+        {"launchAtLogin", &World::doLaunchAtLogin},
         {"wait", &World::doWait},
         {"call", &World::doCall},
         {"print", &World::doPrint},

@@ -76,6 +76,26 @@ std::string monitorJson(const EventMonitor& monitor) {
                  {"mouseAcceleration", plain(monitor.mouseAcceleration)}});
 }
 
+/// The value as JSON; null for none.
+template <typename Value>
+Json jsonOf(const std::optional<Value>& value) {
+    return value ? Json(*value) : Json();
+}
+
+std::string keepAwakeJson(const KeepAwakeManager& manager) {
+    const auto& moved = manager.lastMoveDate.get();
+    return text({{"isEnabled", manager.isEnabled.get()},
+                 {"idleThresholdMinutes", plain(manager.idleThresholdMinutes)},
+                 {"moveEveryMinutes", plain(manager.moveEveryMinutes)},
+                 {"autoStopPreset", rawValue(manager.autoStopPreset.get())},
+                 {"isCurrentlyAway", manager.isCurrentlyAway.get()},
+                 {"nextMoveInSeconds", jsonOf(manager.nextMoveInSeconds.get())},
+                 {"remainingAutoStopSeconds", jsonOf(manager.remainingAutoStopSeconds.get())},
+                 // The virtual day starts at the epoch: a date is its second there.
+                 {"lastMoveDate", moved ? plain(Seconds(moved->time_since_epoch()).count()) : Json()},
+                 {"lastErrorMessage", jsonOf(manager.lastErrorMessage.get())}});
+}
+
 std::string debugLogJson(const EventMonitor& monitor) {
     Json list = Json::array();
     for (const auto& info : monitor.debugLog.get()) list.push_back(jsonOf(info));
@@ -90,6 +110,7 @@ std::optional<std::string> stateOf(const TrelvanApp& app, const SimulatedDesktop
     if (what == "activeProfile") return encoded(app.profileManager.activeProfile());
     if (what == "defaults") return defaultsJson(desktop);
     if (what == "monitor") return monitorJson(*app.eventMonitor);
+    if (what == "keepAwake") return keepAwakeJson(app.keepAwakeManager);
     if (what == "debugLog") return debugLogJson(*app.eventMonitor);
     return std::nullopt;
 }

@@ -9,8 +9,8 @@
 
 namespace trelvan {
 
-/// A part of the state as JSON: "profiles", "activeProfile", "defaults", "monitor" or "debugLog". None for
-/// another name, and for profiles that have no JSON form.
+/// A part of the state as JSON: "profiles", "activeProfile", "defaults", "monitor", "keepAwake" or
+/// "debugLog". None for another name, and for profiles that have no JSON form.
 [[nodiscard]] std::optional<std::string> stateOf(const TrelvanApp& app, const SimulatedDesktop& desktop,
                                                  std::string_view what);
 

@@ -42,6 +42,9 @@ constexpr std::string_view kindOf(const trace::Logged&) {
 constexpr std::string_view kindOf(const trace::Prompted&) {
     return "prompt";
 }
+constexpr std::string_view kindOf(const trace::Notification&) {
+    return "notification";
+}
 
 constexpr std::string_view nameOf(trace::Opened::Kind kind) {
     switch (kind) {
@@ -186,6 +189,10 @@ void TraceWriter::add(const trace::Prompted& prompted) {
     line_.add("permission", prompted.permission == trace::Prompted::Permission::accessibility
                                 ? "accessibility"
                                 : "automation");
+}
+
+void TraceWriter::add(const trace::Notification& notification) {
+    line_.add("title", notification.title).add("body", notification.body);
 }
 
 }  // namespace trelvan

@@ -35,6 +35,7 @@ class TraceWriter {
     void add(const trace::Script& script);
     void add(const trace::Logged& logged);
     void add(const trace::Prompted& prompted);
+    void add(const trace::Notification& notification);
 
     Output output_;
     JsonLine line_;

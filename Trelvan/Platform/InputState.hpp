@@ -14,6 +14,7 @@ class InputState {
     [[nodiscard]] virtual EventFlags flags(EventSourceState source) const = 0;
 
     /// Seconds since the last event of the type in the combined session; very large when there was none.
+    /// Events that the program posts itself do not count: a nudge of the pointer is not the user's return.
     [[nodiscard]] virtual double secondsSinceLast(EventType type) const = 0;
 };
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -12,6 +14,12 @@ class LoginItem {
   public:
     enum class Status : std::uint8_t { notRegistered, enabled, requiresApproval, notFound };
 
+    /// Keeps a change handler in place; letting go of it takes the handler away.
+    class Watch {
+      public:
+        virtual ~Watch() = default;
+    };
+
     virtual ~LoginItem() = default;
 
     /// Read afresh at each call.
@@ -19,6 +27,10 @@ class LoginItem {
     /// The error's description when it failed.
     [[nodiscard]] virtual std::optional<std::string> registerItem() = 0;
     [[nodiscard]] virtual std::optional<std::string> unregisterItem() = 0;
+
+    /// Calls `changed` on the main thread each time the registration may have changed by another hand (the
+    /// user, another program). Null where the platform is not told of such changes.
+    [[nodiscard]] virtual std::unique_ptr<Watch> watch(std::function<void()> changed) = 0;
 };
 
 }  // namespace trelvan

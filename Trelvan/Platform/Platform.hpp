@@ -2,10 +2,16 @@
 
 #include "Platform/AccessibilityTrust.hpp"
 #include "Platform/ActionShortcuts.hpp"
+#include "Platform/AudioInput.hpp"
+#include "Platform/BundleInfo.hpp"
 #include "Platform/EventPoster.hpp"
 #include "Platform/EventTap.hpp"
 #include "Platform/HotKeyTable.hpp"
+#include "Platform/IdleInhibitor.hpp"
 #include "Platform/InputState.hpp"
+#include "Platform/KeyMonitors.hpp"
+#include "Platform/LoginItem.hpp"
+#include "Platform/Notifications.hpp"
 #include "Platform/PlatformFailure.hpp"
 #include "Platform/RunLoop.hpp"
 #include "Platform/Screens.hpp"
@@ -40,6 +46,12 @@ class Platform {
     virtual ScriptRunner& scriptRunner() = 0;
     virtual HotKeyTable& hotKeyTable() = 0;
     virtual SystemViews& systemViews() = 0;
+    virtual Notifications& notifications() = 0;
+    virtual KeyMonitors& keyMonitors() = 0;
+    virtual AudioInput& audioInput() = 0;
+    virtual LoginItem& loginItem() = 0;
+    virtual const BundleInfo& bundleInfo() = 0;
+    virtual IdleInhibitor& idleInhibitor() = 0;
     virtual const ActionShortcuts& actionShortcuts() = 0;
 
     /// Runs the main loop on the calling (main) thread until it is told to end. The process's exit status.

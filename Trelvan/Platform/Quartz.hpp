@@ -88,6 +88,7 @@ inline constexpr KeyCode space = 49;
 inline constexpr KeyCode rightCommand = 54;
 inline constexpr KeyCode command = 55;
 inline constexpr KeyCode shift = 56;
+inline constexpr KeyCode capsLock = 57;
 inline constexpr KeyCode option = 58;
 inline constexpr KeyCode control = 59;
 inline constexpr KeyCode rightShift = 60;

@@ -39,4 +39,13 @@ std::optional<std::string> asText(const std::optional<DefaultsValue>& value) {
     return text != nullptr ? std::optional{*text} : std::nullopt;
 }
 
+std::optional<bool> onlyBool(const std::optional<DefaultsValue>& value) {
+    const auto* truth = value ? std::get_if<bool>(&*value) : nullptr;
+    return truth != nullptr ? std::optional{*truth} : std::nullopt;
+}
+
+std::optional<double> onlyNumber(const std::optional<DefaultsValue>& value) {
+    return onlyBool(value) ? std::nullopt : asDouble(value);
+}
+
 }  // namespace trelvan

@@ -42,4 +42,10 @@ class UserDefaults {
 /// The value when it is a text.
 [[nodiscard]] std::optional<std::string> asText(const std::optional<DefaultsValue>& value);
 
+/// The value when it is a truth value; numbers and texts are not.
+[[nodiscard]] std::optional<bool> onlyBool(const std::optional<DefaultsValue>& value);
+
+/// The value when it is a number, whole or not; truth values and texts are not.
+[[nodiscard]] std::optional<double> onlyNumber(const std::optional<DefaultsValue>& value);
+
 }  // namespace trelvan

@@ -25,6 +25,7 @@ class TrelvanProcess {
     [[nodiscard]] std::string output() const;
     [[nodiscard]] nlohmann::json storedSettings() const;
 
+    [[nodiscard]] pid_t id() const { return process->id(); }
     [[nodiscard]] bool isRunning() { return process->isRunning(); }
     void signal(int number) { process->signal(number); }
     /// The wait status of waitpid(2); none when the program goes on past the bound.

@@ -26,6 +26,11 @@ inline constexpr std::string_view languageKey = "general_language";
     return fromRawValue<AppLanguage>(setting).value_or(AppLanguage::english);
 }
 
+/// The language of texts that are English for the English raw value only, and Spanish for any other setting.
+constexpr AppLanguage spanishUnlessEnglish(std::string_view setting) {
+    return setting == rawValue(AppLanguage::english) ? AppLanguage::english : AppLanguage::spanish;
+}
+
 /// The text of the language setting as it is now; the English raw value when nothing is stored.
 [[nodiscard]] inline std::string languageSetting(const UserDefaults& defaults) {
     return asText(defaults.object(languageKey)).value_or(std::string(rawValue(AppLanguage::english)));

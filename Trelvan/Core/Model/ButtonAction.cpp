@@ -51,7 +51,7 @@ std::string_view englishLabel(ButtonAction action) {
 }
 
 std::string_view label(ButtonAction action, std::string_view languageSetting) {
-    return languageSetting == rawValue(AppLanguage::english) ? englishLabel(action) : rawValue(action);
+    return localized(spanishUnlessEnglish(languageSetting), englishLabel(action), rawValue(action));
 }
 
 }  // namespace trelvan

@@ -17,6 +17,10 @@ namespace {
 constexpr std::int64_t mediaDown = 0xA;
 constexpr std::int64_t mediaUp = 0xB;
 
+/// Longer than a raw event takes from the server to a busy main loop, and short beside the seconds in which
+/// idle time is counted.
+constexpr std::chrono::milliseconds returnTime{200};
+
 struct ButtonEdge {
     bool isButton = false;
     bool down = false;
@@ -121,7 +125,7 @@ void LinuxEventPoster::post(const KeyEvent& event, TapLocation /*at*/) {
     } else {
         releaseKey(*keycode);
     }
-    XFlush(connection_->display());
+    send();
 }
 
 void LinuxEventPoster::pressKey(int keycode, EventFlags flags) {
@@ -173,7 +177,7 @@ void LinuxEventPoster::post(const MouseEvent& event, TapLocation /*at*/) {
     const ButtonEdge edge = edgeOf(event.type);
     const auto button = xButton(event.buttonNumber);
     if (edge.isButton && button) ledger_.button(*button, edge.down);
-    XFlush(connection_->display());
+    send();
 }
 
 void LinuxEventPoster::moveTo(Point location) {
@@ -207,11 +211,20 @@ void LinuxEventPoster::post(const MediaKeyEvent& event, TapLocation /*at*/) {
     } else {
         releaseKey(*keycode);
     }
-    XFlush(connection_->display());
+    send();
 }
 
 bool LinuxEventPoster::postCopy(const TapEvent& changed, TapLocation /*at*/) {
     return tap_.postCopy(changed);
+}
+
+void LinuxEventPoster::send() {
+    lastPost_ = std::chrono::steady_clock::now();
+    XFlush(connection_->display());
+}
+
+bool LinuxEventPoster::hasJustPosted() const {
+    return std::chrono::steady_clock::now() - lastPost_.load() < returnTime;
 }
 
 void LinuxEventPoster::physicalKeyReleased() {

@@ -7,6 +7,8 @@
 #include "Platform/Linux/XConnection.hpp"
 
 #include <array>
+#include <atomic>
+#include <chrono>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -34,6 +36,9 @@ class LinuxEventPoster : public EventPoster {
     void post(const MediaKeyEvent& event, TapLocation at) override;
     [[nodiscard]] bool postCopy(const TapEvent& changed, TapLocation at) override;
 
+    /// Whether an event posted here may still be on its way back to this program as a raw one.
+    [[nodiscard]] bool hasJustPosted() const;
+
     /// A real keyboard let a key go.
     void physicalKeyReleased();
 
@@ -46,7 +51,12 @@ class LinuxEventPoster : public EventPoster {
     void pressMissing(int keycode, unsigned wanted);
     void moveTo(Point location);
 
+    /// Flushes what was posted, and remembers when.
+    void send();
+
     std::mutex mutex_;
+    /// On the steady clock.
+    std::atomic<std::chrono::steady_clock::time_point> lastPost_{};
     std::unique_ptr<XConnection> connection_;
     LinuxEventTap& tap_;
     XTestLedger ledger_;

@@ -3,8 +3,13 @@
 #include "Platform/Linux/ButtonNumbers.hpp"
 #include "Platform/Linux/X11.hpp"
 
+#include <algorithm>
+#include <chrono>
 #include <limits>
 #include <memory>
+#include <optional>
+#include <span>
+#include <string_view>
 
 namespace trelvan {
 
@@ -12,27 +17,39 @@ namespace {
 
 constexpr Seconds motionPause{0.5};
 
-/// Seconds since any input at all, as the server's screen saver counts them; very large where it does not.
-double secondsSinceAnyInput(Display* display, Window root) {
+/// How long ago any input came at all, as the server's screen saver counts it; none where it does not.
+std::optional<std::chrono::milliseconds> millisecondsSinceAnyInput(Display* display, Window root) {
     int firstEvent = 0;
     int firstError = 0;
-    if (!XScreenSaverQueryExtension(display, &firstEvent, &firstError)) {
-        return std::numeric_limits<double>::max();
-    }
+    if (!XScreenSaverQueryExtension(display, &firstEvent, &firstError)) return std::nullopt;
     const std::unique_ptr<XScreenSaverInfo, decltype(&XFree)> info(XScreenSaverAllocInfo(), &XFree);
-    if (!info || !XScreenSaverQueryInfo(display, root, info.get())) return std::numeric_limits<double>::max();
-    return static_cast<double>(info->idle) / 1000.0;
+    if (!info || !XScreenSaverQueryInfo(display, root, info.get())) return std::nullopt;
+    return std::chrono::milliseconds(info->idle);
+}
+
+std::vector<int> findXTestDevices(Display* display) {
+    std::vector<int> result;
+    int count = 0;
+    XIDeviceInfo* devices = XIQueryDevice(display, XIAllDevices, &count);
+    for (const auto& device : std::span(devices, static_cast<std::size_t>(count))) {
+        if (std::string_view(device.name).find("XTEST") != std::string_view::npos)
+            result.push_back(device.deviceid);
+    }
+    if (devices != nullptr) XIFreeDeviceInfo(devices);
+    return result;
 }
 
 }  // namespace
 
 LinuxInputState::LinuxInputState(XEventPump& pump, const ModifierState& modifiers, ActivityLog& activity,
-                                 Timers& timers, std::function<void()> onKeyReleased)
+                                 Timers& timers, LinuxEventPoster& poster)
     : pump_(pump),
       modifiers_(modifiers),
       activity_(activity),
       timers_(timers),
-      onKeyReleased_(std::move(onKeyReleased)) {
+      poster_(poster),
+      xtestDevices_(findXTestDevices(pump.connection().display())) {
+    noteFormerActivity();
     select(true);
     pump_.add(*this);
 }
@@ -50,26 +67,40 @@ void LinuxInputState::select(bool withMotion) {
     XISelectEvents(connection.display(), connection.root(), (withMotion ? all : events).get(), 1);
 }
 
+void LinuxInputState::noteFormerActivity() {
+    // What kind of event came last before the start nobody tells; that there was none of any kind since is
+    // the nearest that can be known.
+    const auto& connection = pump_.connection();
+    const auto idle = millisecondsSinceAnyInput(connection.display(), connection.root());
+    if (!idle) return;
+    const auto when = std::chrono::steady_clock::now() - *idle;
+    for (const auto type : {EventType::mouseMoved, EventType::leftMouseDown, EventType::rightMouseDown,
+                            EventType::otherMouseDown, EventType::scrollWheel, EventType::keyDown})
+        activity_.note(type, when);
+}
+
 double LinuxInputState::secondsSinceLast(EventType type) const {
     const auto last = activity_.last(type);
-    // Nothing seen since the start: nothing of any kind is the nearest that can be known.
-    if (last == ActivityLog::Time{}) {
-        return secondsSinceAnyInput(pump_.connection().display(), pump_.connection().root());
-    }
+    if (last == ActivityLog::Time{}) return std::numeric_limits<double>::max();
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - last).count();
+}
+
+bool LinuxInputState::isOwn(int sourceDevice) const {
+    return poster_.hasJustPosted() && std::ranges::find(xtestDevices_, sourceDevice) != xtestDevices_.end();
 }
 
 void LinuxInputState::handle(_XEvent& event) {
     if (event.type != GenericEvent || event.xcookie.extension != pump_.connection().inputOpcode()) return;
     if (event.xcookie.data == nullptr) return;
     const auto& raw = *static_cast<const XIRawEvent*>(event.xcookie.data);
+    if (isOwn(raw.sourceid)) return;
     switch (event.xcookie.evtype) {
         case XI_RawKeyPress:
             activity_.note(EventType::keyDown);
             break;
         case XI_RawKeyRelease:
             activity_.note(EventType::keyUp);
-            onKeyReleased_();
+            poster_.physicalKeyReleased();
             break;
         case XI_RawButtonPress:
             if (const auto number = quartzButton(raw.detail)) {

@@ -2,11 +2,13 @@
 
 #include "Platform/InputState.hpp"
 #include "Platform/Linux/ActivityLog.hpp"
+#include "Platform/Linux/LinuxEventPoster.hpp"
 #include "Platform/Linux/ModifierState.hpp"
 #include "Platform/Linux/XEventPump.hpp"
 #include "Platform/RunLoop.hpp"
 
-#include <functional>
+#include <memory>
+#include <vector>
 
 namespace trelvan {
 
@@ -18,9 +20,9 @@ namespace trelvan {
 /// that.
 class LinuxInputState : public InputState, public XEventHandler {
   public:
-    /// `onKeyReleased` is called when any keyboard lets a key go.
+    /// The poster says what is its own, and is told when any keyboard lets a key go.
     LinuxInputState(XEventPump& pump, const ModifierState& modifiers, ActivityLog& activity, Timers& timers,
-                    std::function<void()> onKeyReleased);
+                    LinuxEventPoster& poster);
     ~LinuxInputState() override;
 
     [[nodiscard]] EventFlags flags(EventSourceState /*source*/) const override { return modifiers_.flags(); }
@@ -30,13 +32,18 @@ class LinuxInputState : public InputState, public XEventHandler {
 
   private:
     void select(bool withMotion);
+    void noteFormerActivity();
     void sawMotion();
+    /// Whether an event of this source is one that the program has posted itself.
+    [[nodiscard]] bool isOwn(int sourceDevice) const;
 
     XEventPump& pump_;
     const ModifierState& modifiers_;
     ActivityLog& activity_;
     Timers& timers_;
-    std::function<void()> onKeyReleased_;
+    LinuxEventPoster& poster_;
+    /// The slaves through which XTEST sends.
+    std::vector<int> xtestDevices_;
     std::unique_ptr<Timers::Timer> rearm_;
     bool looksAtMotion_ = false;
 };

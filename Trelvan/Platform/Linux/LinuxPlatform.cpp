@@ -4,15 +4,21 @@
 #include "Platform/Linux/JournalSink.hpp"
 #include "Platform/Linux/LastWish.hpp"
 #include "Platform/Linux/LinuxAccessibilityTrust.hpp"
+#include "Platform/Linux/LinuxBundleInfo.hpp"
 #include "Platform/Linux/LinuxEventPoster.hpp"
 #include "Platform/Linux/LinuxEventTap.hpp"
+#include "Platform/Linux/LinuxIdleInhibitor.hpp"
 #include "Platform/Linux/LinuxInputState.hpp"
+#include "Platform/Linux/LinuxKeyMonitors.hpp"
+#include "Platform/Linux/LinuxLoginItem.hpp"
+#include "Platform/Linux/LinuxNotifications.hpp"
 #include "Platform/Linux/LinuxScreens.hpp"
 #include "Platform/Linux/LinuxSystemViews.hpp"
 #include "Platform/Linux/LinuxWorkspace.hpp"
 #include "Platform/Linux/ModifierState.hpp"
 #include "Platform/Linux/NoHotKeys.hpp"
 #include "Platform/Linux/OutputSink.hpp"
+#include "Platform/Linux/PulseAudioInput.hpp"
 #include "Platform/Linux/QtRunLoop.hpp"
 #include "Platform/Linux/SettingsFile.hpp"
 #include "Platform/Linux/SteadyClock.hpp"
@@ -25,11 +31,20 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QWindow>
 #include <cstdlib>
+#include <filesystem>
 
 namespace trelvan {
 
 namespace {
+
+/// What the program must be started with again to be the same.
+std::vector<std::string> startArguments(const PlatformOptions& options) {
+    if (options.configDirectory.empty()) return {};
+    std::error_code ignored;
+    return {"--config", std::filesystem::absolute(options.configDirectory, ignored).string()};
+}
 
 /// Joins the log to its outputs before the first part that may have something to say, and until after the
 /// last.
@@ -52,7 +67,8 @@ struct LinuxPlatform::Parts {
           connection(std::move(main)),
           defaults(options.configDirectory.empty() ? SettingsFile::defaultFolder() : options.configDirectory,
                    [this](std::function<void()> job) { mainQueue.async(std::move(job)); }),
-          poster(std::move(posting), tap) {
+          poster(std::move(posting), tap),
+          loginItem(LinuxLoginItem::present(startArguments(options))) {
         setLastWish([this] { defaults.flush(); });
     }
     ~Parts() { setLastWish(nullptr); }
@@ -71,13 +87,20 @@ struct LinuxPlatform::Parts {
     ModifierState modifiers{pump};
     LinuxEventTap tap{pump, modifiers, activity, timers};
     LinuxEventPoster poster;
-    LinuxInputState inputState{pump, modifiers, activity, timers, [this] { poster.physicalKeyReleased(); }};
+    LinuxInputState inputState{pump, modifiers, activity, timers, poster};
     LinuxScreens screens{pump};
     LinuxWorkspace workspace{mainQueue};
     LinuxAccessibilityTrust trust{*connection};
     LinuxSystemViews views{*connection, mainQueue};
     DesktopMoveScript script{views};
     NoHotKeys hotKeys;
+    LinuxNotifications notifications{QDBusConnection::sessionBus(),
+                                     [] { return QGuiApplication::focusWindow() != nullptr; }};
+    LinuxKeyMonitors keyMonitors{pump, modifiers};
+    PulseAudioInput audio;
+    LinuxLoginItem loginItem;
+    LinuxBundleInfo bundle;
+    LinuxIdleInhibitor inhibitor{QDBusConnection::sessionBus(), QDBusConnection::systemBus()};
     TerminationSignals termination{[] { QCoreApplication::quit(); }};
     WorkerQueue background;
 };
@@ -129,6 +152,25 @@ HotKeyTable& LinuxPlatform::hotKeyTable() {
 }
 SystemViews& LinuxPlatform::systemViews() {
     return parts_->views;
+}
+
+Notifications& LinuxPlatform::notifications() {
+    return parts_->notifications;
+}
+KeyMonitors& LinuxPlatform::keyMonitors() {
+    return parts_->keyMonitors;
+}
+AudioInput& LinuxPlatform::audioInput() {
+    return parts_->audio;
+}
+LoginItem& LinuxPlatform::loginItem() {
+    return parts_->loginItem;
+}
+const BundleInfo& LinuxPlatform::bundleInfo() {
+    return parts_->bundle;
+}
+IdleInhibitor& LinuxPlatform::idleInhibitor() {
+    return parts_->inhibitor;
 }
 
 int LinuxPlatform::run() {

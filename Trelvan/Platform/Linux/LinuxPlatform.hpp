@@ -31,6 +31,12 @@ class LinuxPlatform : public Platform {
     ScriptRunner& scriptRunner() override;
     HotKeyTable& hotKeyTable() override;
     SystemViews& systemViews() override;
+    Notifications& notifications() override;
+    KeyMonitors& keyMonitors() override;
+    AudioInput& audioInput() override;
+    LoginItem& loginItem() override;
+    const BundleInfo& bundleInfo() override;
+    IdleInhibitor& idleInhibitor() override;
     const ActionShortcuts& actionShortcuts() override { return platformShortcuts(); }
 
     int run() override;

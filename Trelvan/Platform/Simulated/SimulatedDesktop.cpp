@@ -1,6 +1,7 @@
 #include "Platform/Simulated/SimulatedDesktop.hpp"
 
 #include "Platform/Simulated/SimulatedInput.hpp"
+#include "Platform/Simulated/SimulatedServices.hpp"
 #include "Platform/Simulated/SimulatedSystem.hpp"
 
 namespace trelvan {
@@ -17,6 +18,12 @@ struct SimulatedDesktop::Parts {
           trust(desktop),
           scripts(desktop),
           hotKeys(desktop),
+          notifications(desktop),
+          keyMonitors(desktop),
+          audioInput(desktop),
+          loginItem(desktop),
+          bundleInfo(desktop),
+          idleInhibitor(desktop),
           traceLog(desktop) {}
 
     SimulatedInputState input;
@@ -29,6 +36,12 @@ struct SimulatedDesktop::Parts {
     SimulatedScripts scripts;
     SimulatedHotKeys hotKeys;
     SimulatedViews views;
+    SimulatedNotifications notifications;
+    SimulatedKeyMonitors keyMonitors;
+    SimulatedAudioInput audioInput;
+    SimulatedLoginItem loginItem;
+    SimulatedBundleInfo bundleInfo;
+    SimulatedIdleInhibitor idleInhibitor;
     SimulatedLog traceLog;
 };
 
@@ -45,6 +58,30 @@ SimulatedDesktop::~SimulatedDesktop() = default;
 TapAnswer SimulatedDesktop::send(TapEvent event) {
     parts_->input.note(event.type);
     return parts_->tap.send(event);
+}
+
+KeyMonitors::LocalAnswer SimulatedDesktop::sendKey(const KeyMonitorEvent& event) {
+    parts_->input.note(event.type);
+    return parts_->keyMonitors.send(event);
+}
+
+void SimulatedDesktop::switchCapsLock(bool on, bool monitored) {
+    capsLock = on;
+    if (!monitored) return parts_->input.note(EventType::flagsChanged);
+    sendKey({.type = EventType::flagsChanged,
+             .keyCode = key::capsLock,
+             .flags = parts_->input.flags(EventSourceState::hidSystem),
+             .characters = {}});
+}
+
+void SimulatedDesktop::changeLoginItem(LoginItem::Status status) {
+    loginStatus = status;
+    parts_->loginItem.tellWatchers();
+}
+
+bool SimulatedDesktop::isFrontmost() const {
+    const auto own = bundle.find("CFBundleIdentifier");
+    return own != bundle.end() && frontmost == own->second;
 }
 
 void SimulatedDesktop::disableTap(EventType why) {
@@ -89,6 +126,24 @@ HotKeyTable& SimulatedDesktop::hotKeyTable() {
 }
 SystemViews& SimulatedDesktop::systemViews() {
     return parts_->views;
+}
+Notifications& SimulatedDesktop::notifications() {
+    return parts_->notifications;
+}
+KeyMonitors& SimulatedDesktop::keyMonitors() {
+    return parts_->keyMonitors;
+}
+AudioInput& SimulatedDesktop::audioInput() {
+    return parts_->audioInput;
+}
+LoginItem& SimulatedDesktop::loginItem() {
+    return parts_->loginItem;
+}
+const BundleInfo& SimulatedDesktop::bundleInfo() {
+    return parts_->bundleInfo;
+}
+IdleInhibitor& SimulatedDesktop::idleInhibitor() {
+    return parts_->idleInhibitor;
 }
 
 }  // namespace trelvan

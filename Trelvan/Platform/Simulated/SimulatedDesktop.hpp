@@ -25,6 +25,9 @@ struct SimulatedFailures {
     bool scriptCreate = false;
     bool scriptRun = false;
     bool save = false;
+    bool loginItem = false;
+    /// No key monitor can be installed.
+    bool keyMonitors = false;
 };
 
 /// Something on the simulated disk.
@@ -32,6 +35,29 @@ struct SimulatedItem {
     enum class Kind { application, folder, file } kind = Kind::file;
     /// Bundle identifier of an application; may be empty.
     std::string bundle;
+};
+
+/// The default audio input device; an element without a value has no such control.
+struct SimulatedMicrophone {
+    bool present = false;
+    /// The whole device, then its two channels.
+    std::array<std::optional<std::uint32_t>, 3> mute{};
+    std::array<std::optional<float>, 3> volume{};
+    /// How often anything of it was read.
+    int reads = 0;
+};
+
+/// The notification centre and its user.
+struct SimulatedNotificationState {
+    Notifications::Authorization authorization = Notifications::Authorization::notDetermined;
+    /// What the user says when asked for permission.
+    bool userAllows = true;
+    int authorizationRequests = 0;
+    std::uint32_t requestedOptions = 0;
+    /// What was added last, shown or not.
+    std::optional<NotificationRequest> lastRequest;
+    /// What the delegate answered last; asked only while the program is frontmost.
+    std::optional<std::uint32_t> lastOptions;
 };
 
 /// A complete, deterministic desktop in memory: the world that tests and dry runs set up, and every port onto
@@ -51,6 +77,17 @@ class SimulatedDesktop : public Platform {
     Point pointer{720, 450};
     std::string frontmost = "com.example.app";
     EventFlags modifierFlags = 0;
+    bool capsLock = false;
+    SimulatedMicrophone microphone;
+    SimulatedNotificationState notificationState;
+    LoginItem::Status loginStatus = LoginItem::Status::notRegistered;
+    /// Information texts by key, as in a fresh installation.
+    std::map<std::string, std::string, std::less<>> bundle{{"CFBundleIdentifier", "com.yourname.Trelvan"},
+                                                           {"CFBundleDisplayName", "Trelvan"},
+                                                           {"CFBundleName", "Trelvan"},
+                                                           {"CFBundleShortVersionString", "1.0"}};
+    /// How many idle inhibitions are in force.
+    int idleHolds = 0;
     bool accessibility = true;
     std::map<int, HotKeyEntry> hotKeyEntries;
     std::map<std::string, DefaultsValue, std::less<>> defaults;
@@ -71,6 +108,14 @@ class SimulatedDesktop : public Platform {
     /// One event of the hardware (or of another program) at the tap; what became of it, which is `deliver`
     /// for types that are not tapped.
     TapAnswer send(TapEvent event);
+    /// One key event, for the monitors; whether a monitor of the program's own windows kept it.
+    KeyMonitors::LocalAnswer sendKey(const KeyMonitorEvent& event);
+    /// The user presses Caps Lock; with `monitored` false no monitor is told.
+    void switchCapsLock(bool on, bool monitored = true);
+    /// The login item is changed by another hand, on a platform that is told so.
+    void changeLoginItem(LoginItem::Status status);
+    /// Whether the program itself is the frontmost application.
+    [[nodiscard]] bool isFrontmost() const;
     /// The system takes the tap out of service and says why.
     void disableTap(EventType why);
     [[nodiscard]] bool tapExists() const;
@@ -93,6 +138,12 @@ class SimulatedDesktop : public Platform {
     ScriptRunner& scriptRunner() override;
     HotKeyTable& hotKeyTable() override;
     SystemViews& systemViews() override;
+    Notifications& notifications() override;
+    KeyMonitors& keyMonitors() override;
+    AudioInput& audioInput() override;
+    LoginItem& loginItem() override;
+    const BundleInfo& bundleInfo() override;
+    IdleInhibitor& idleInhibitor() override;
     const ActionShortcuts& actionShortcuts() override { return shortcuts_; }
     /// Nothing happens by itself here: returns at once.
     int run() override { return 0; }

@@ -5,7 +5,7 @@
 namespace trelvan {
 
 EventFlags SimulatedInputState::flags(EventSourceState /*source*/) const {
-    return desktop_.modifierFlags;
+    return desktop_.modifierFlags | (desktop_.capsLock ? flag::alphaShift : 0);
 }
 
 double SimulatedInputState::secondsSinceLast(EventType type) const {

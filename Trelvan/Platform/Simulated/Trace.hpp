@@ -69,13 +69,19 @@ struct Prompted {
     friend bool operator==(const Prompted&, const Prompted&) = default;
 };
 
+struct Notification {
+    std::string title;
+    std::string body;
+    friend bool operator==(const Notification&, const Notification&) = default;
+};
+
 }  // namespace trace
 
 /// One thing that left the program, and when.
 struct TraceEntry {
     Seconds at;
     std::variant<trace::Event, trace::PostedKey, trace::PostedMouse, trace::PostedMedia, trace::Opened,
-                 trace::Script, trace::Logged, trace::Prompted>
+                 trace::Script, trace::Logged, trace::Prompted, trace::Notification>
         what;
 };
 

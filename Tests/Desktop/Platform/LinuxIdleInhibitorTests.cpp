@@ -1,0 +1,101 @@
+#include "Desktop/Platform/FakeService.hpp"
+#include "Desktop/Platform/QtLoop.hpp"
+#include "Desktop/Platform/ServerTest.hpp"
+#include "Platform/Linux/LinuxIdleInhibitor.hpp"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QDBusUnixFileDescriptor>
+#include <optional>
+
+namespace trelvan::desktop {
+namespace {
+
+constexpr auto screenSaver = "org.freedesktop.ScreenSaver";
+constexpr auto powerManagement = "org.freedesktop.PowerManagement";
+constexpr auto loginManager = "org.freedesktop.login1";
+
+using Methods = std::vector<std::string>;
+
+class LinuxIdleInhibitorTest : public ServerTest {
+  protected:
+    static QVariantList cookie(const FakeService::Call& call) {
+        return call.method == "Inhibit" ? QVariantList{42U} : QVariantList();
+    }
+    static bool answers(const FakeService& service, std::size_t calls) {
+        return runUntil([&] { return service.calls().size() >= calls; });
+    }
+
+    LinuxIdleInhibitor inhibitor{bus(), bus()};
+};
+
+TEST_F(LinuxIdleInhibitorTest, HoldInhibitsAndItsEndGivesBackWhatWasGranted) {
+    for (const auto* name : {screenSaver, powerManagement}) {
+        const FakeService service(busAddress(), name, cookie);
+        ASSERT_TRUE(service.isServing());
+        auto hold = inhibitor.hold();
+        ASSERT_TRUE(answers(service, 1));
+        EXPECT_EQ(service.calls().front().arguments, (QVariantList{"Trelvan", "Keep Awake"}));
+        // The grant is on its way; what ends the hold before it comes is another test's matter.
+        runUntil([] { return false; }, std::chrono::milliseconds{50});
+        hold.reset();
+        ASSERT_TRUE(answers(service, 2));
+        EXPECT_EQ(service.methods(), (Methods{"Inhibit", "UnInhibit"})) << name;
+        EXPECT_EQ(service.calls().back().arguments, (QVariantList{42U}));
+    }
+}
+
+TEST_F(LinuxIdleInhibitorTest, WhatIsGrantedTooLateIsGivenBack) {
+    const FakeService service(busAddress(), screenSaver, cookie);
+    inhibitor.hold().reset();
+    ASSERT_TRUE(answers(service, 2));
+    EXPECT_EQ(service.methods(), (Methods{"Inhibit", "UnInhibit"}));
+}
+
+TEST_F(LinuxIdleInhibitorTest, ServiceThatComesBackIsAskedAgain) {
+    std::optional<FakeService> service(std::in_place, busAddress(), screenSaver, cookie);
+    const auto hold = inhibitor.hold();
+    ASSERT_TRUE(answers(*service, 1));
+    service.emplace(busAddress(), screenSaver, cookie);
+    EXPECT_TRUE(answers(*service, 1));
+    EXPECT_EQ(service->methods(), Methods{"Inhibit"});
+}
+
+TEST_F(LinuxIdleInhibitorTest, ServiceThatComesLaterIsAskedThen) {
+    const auto hold = inhibitor.hold();
+    const FakeService service(busAddress(), screenSaver, cookie);
+    EXPECT_TRUE(answers(service, 1));
+}
+
+TEST_F(LinuxIdleInhibitorTest, LoginManagersDescriptorIsHeldAndClosed) {
+    int ends[2] = {-1, -1};
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC | O_NONBLOCK), 0);
+    const FakeService service(busAddress(), loginManager, [&](const FakeService::Call&) -> QVariantList {
+        const QDBusUnixFileDescriptor grant(ends[1]);
+        close(ends[1]);
+        return {QVariant::fromValue(grant)};
+    });
+    // The reading end of the pipe ends when nobody holds the other any more.
+    const auto isHeld = [&] {
+        char byte = 0;
+        return read(ends[0], &byte, 1) != 0;
+    };
+    auto hold = inhibitor.hold();
+    ASSERT_TRUE(answers(service, 1));
+    EXPECT_EQ(service.calls().front().arguments, (QVariantList{"idle", "Trelvan", "Keep Awake", "block"}));
+    runUntil([] { return false; }, std::chrono::milliseconds{50});
+    EXPECT_TRUE(isHeld());
+    hold.reset();
+    EXPECT_TRUE(runUntil([&] { return !isHeld(); }));
+    close(ends[0]);
+}
+
+TEST_F(LinuxIdleInhibitorTest, DesktopWithoutInhibitorsIsNoFailure) {
+    auto hold = inhibitor.hold();
+    EXPECT_NE(hold, nullptr);
+    hold.reset();
+}
+
+}  // namespace
+}  // namespace trelvan::desktop

@@ -1,0 +1,148 @@
+#include "Desktop/Platform/FakeService.hpp"
+#include "Desktop/Platform/QtLoop.hpp"
+#include "Desktop/Platform/ServerTest.hpp"
+#include "Platform/Linux/LinuxNotifications.hpp"
+#include "Support/CapturingLog.hpp"
+
+#include <QDBusArgument>
+#include <QStringList>
+
+namespace trelvan::desktop {
+namespace {
+
+constexpr auto serviceName = "org.freedesktop.Notifications";
+
+class LinuxNotificationsTest : public ServerTest {
+  protected:
+    /// A daemon with these capabilities.
+    static FakeService::Answer daemonWith(const QStringList& capabilities) {
+        return [capabilities](const FakeService::Call& call) -> QVariantList {
+            if (call.method == "GetCapabilities") return {capabilities};
+            return {1U};
+        };
+    }
+    /// The arguments of the only request to show something.
+    static QVariantList shown(const FakeService& daemon) {
+        EXPECT_TRUE(runUntil([&] { return daemon.calls().size() >= 2; }));
+        if (daemon.calls().empty() || daemon.calls().back().method != "Notify") return QVariantList(8);
+        return daemon.calls().back().arguments;
+    }
+
+    NotificationRequest request{.identifier = "1", .title = "T < U", .body = "a & b <i>c</i>"};
+};
+
+/// Answers with the options it was made with.
+class Delegate : public NotificationDelegate {
+  public:
+    explicit Delegate(std::uint32_t options) : options_(options) {}
+    void willPresent(const NotificationRequest& /*request*/,
+                     const std::function<void(std::uint32_t)>& answer) override {
+        ++asked;
+        answer(options_);
+    }
+    int asked = 0;
+
+  private:
+    std::uint32_t options_;
+};
+
+TEST_F(LinuxNotificationsTest, BodyIsEscapedForADaemonThatReadsMarkup) {
+    const FakeService daemon(busAddress(), serviceName, daemonWith({"body", "body-markup"}));
+    LinuxNotifications notifications(bus(), [] { return false; });
+    notifications.add(request);
+    const auto arguments = shown(daemon);
+    EXPECT_EQ(arguments[3], "T < U");
+    EXPECT_EQ(arguments[4], "a &amp; b &lt;i&gt;c&lt;/i&gt;");
+}
+
+TEST_F(LinuxNotificationsTest, BodyIsPlainForADaemonThatDoesNot) {
+    const FakeService daemon(busAddress(), serviceName, daemonWith({"body"}));
+    LinuxNotifications notifications(bus(), [] { return false; });
+    notifications.add(request);
+    EXPECT_EQ(shown(daemon)[4], "a & b <i>c</i>");
+}
+
+TEST_F(LinuxNotificationsTest, RequestCarriesNameIconUrgencyAndSound) {
+    const FakeService daemon(busAddress(), serviceName, daemonWith({}));
+    LinuxNotifications notifications(bus(), [] { return false; });
+    request.level = InterruptionLevel::timeSensitive;
+    notifications.add(request);
+    const auto arguments = shown(daemon);
+    EXPECT_EQ(arguments[0], "Trelvan");
+    EXPECT_EQ(arguments[1], 0U);
+    EXPECT_EQ(arguments[2], "input-mouse");
+    const auto hints = qdbus_cast<QVariantMap>(arguments[6]);
+    EXPECT_EQ(hints["urgency"].value<uchar>(), 1);
+    EXPECT_EQ(hints["sound-name"], "message-new-instant");
+    EXPECT_EQ(hints["desktop-entry"], "trelvan");
+    EXPECT_FALSE(hints.contains("suppress-sound"));
+    EXPECT_EQ(arguments[7], -1);
+}
+
+TEST_F(LinuxNotificationsTest, CriticalIsCriticalAndPassiveIsLow) {
+    for (const auto& [level, urgency] :
+         {std::pair{InterruptionLevel::critical, 2}, {InterruptionLevel::passive, 0}}) {
+        const FakeService daemon(busAddress(), serviceName, daemonWith({}));
+        LinuxNotifications notifications(bus(), [] { return false; });
+        request.level = level;
+        notifications.add(request);
+        EXPECT_EQ(qdbus_cast<QVariantMap>(shown(daemon)[6])["urgency"].value<uchar>(), urgency);
+    }
+}
+
+TEST_F(LinuxNotificationsTest, DelegateIsAskedOnlyWhileTheProgramIsFrontmost) {
+    const FakeService daemon(busAddress(), serviceName, daemonWith({}));
+    bool isFrontmost = false;
+    LinuxNotifications notifications(bus(), [&] { return isFrontmost; });
+    Delegate delegate(presentationOption::banner);
+    notifications.setDelegate(&delegate);
+    notifications.add(request);
+    EXPECT_EQ(delegate.asked, 0);
+    shown(daemon);
+    isFrontmost = true;
+    notifications.add(request);
+    EXPECT_EQ(delegate.asked, 1);
+    ASSERT_TRUE(runUntil([&] { return daemon.calls().size() >= 4; }));
+    const auto hints = qdbus_cast<QVariantMap>(daemon.calls().back().arguments.value(6));
+    EXPECT_EQ(hints.value("suppress-sound"), true);
+    EXPECT_FALSE(hints.contains("sound-name"));
+}
+
+TEST_F(LinuxNotificationsTest, WithoutBannerAndListNothingIsShown) {
+    const FakeService daemon(busAddress(), serviceName, daemonWith({}));
+    LinuxNotifications notifications(bus(), [] { return true; });
+    Delegate silent(presentationOption::sound);
+    notifications.setDelegate(&silent);
+    notifications.add(request);
+    notifications.setDelegate(nullptr);
+    request.title = "second";
+    notifications.add(request);
+    EXPECT_EQ(shown(daemon)[3], "second");
+    EXPECT_EQ(daemon.methods(), (std::vector<std::string>{"GetCapabilities", "Notify"}));
+}
+
+TEST_F(LinuxNotificationsTest, MissingDaemonIsLoggedOnce) {
+    test::CapturingLog log;
+    AppLogger.connect(&log, nullptr);
+    LinuxNotifications notifications(bus(), [] { return false; });
+    notifications.add(request);
+    notifications.add(request);
+    EXPECT_TRUE(runUntil([&] { return !log.lines.empty(); }));
+    const FakeService daemon(busAddress(), serviceName, daemonWith({}));
+    notifications.add(request);
+    shown(daemon);
+    AppLogger.disconnect();
+    ASSERT_EQ(log.messages(LogLevel::warning).size(), 1U);
+    EXPECT_TRUE(log.lines.front().message.starts_with("No hay servicio de notificaciones"));
+}
+
+TEST_F(LinuxNotificationsTest, DesktopsAskNobodyForPermission) {
+    LinuxNotifications notifications(bus(), [] { return false; });
+    std::optional<Notifications::Authorization> answer;
+    notifications.getAuthorization([&](auto state) { answer = state; });
+    EXPECT_TRUE(runUntil([&] { return answer.has_value(); }));
+    EXPECT_EQ(answer, Notifications::Authorization::authorized);
+}
+
+}  // namespace
+}  // namespace trelvan::desktop

@@ -1,0 +1,138 @@
+#include "Core/KeepAwakeManager.hpp"
+#include "Desktop/Platform/QtLoop.hpp"
+#include "Desktop/Platform/ServerTest.hpp"
+#include "Platform/Linux/LinuxEventPoster.hpp"
+#include "Platform/Linux/LinuxEventTap.hpp"
+#include "Platform/Linux/LinuxInputState.hpp"
+#include "Platform/Linux/ModifierState.hpp"
+#include "Platform/Linux/QtRunLoop.hpp"
+#include "Platform/Linux/X11.hpp"
+#include "Platform/Linux/XEventPump.hpp"
+#include "Platform/Simulated/SimulatedDesktop.hpp"
+
+#include <memory>
+#include <optional>
+
+namespace trelvan::desktop {
+namespace {
+
+using namespace std::chrono_literals;
+
+std::unique_ptr<XConnection> connect() {
+    return std::get<std::unique_ptr<XConnection>>(XConnection::open());
+}
+
+/// Keep Awake with the real poster and the real idle times on a real server, and everything else simulated.
+class NudgeTest : public ServerTest {
+  protected:
+    void TearDown() override { setScreenSaver(0); }
+
+    /// The server's own screen saver, after so many seconds; 0 for never.
+    void setScreenSaver(int seconds) const {
+        XSetScreenSaver(connection->display(), seconds, 0, DontPreferBlanking, AllowExposures);
+        XResetScreenSaver(connection->display());
+        XSync(connection->display(), x11::no);
+    }
+    [[nodiscard]] bool isScreenSaverOn() const {
+        const std::unique_ptr<XScreenSaverInfo, decltype(&XFree)> info(XScreenSaverAllocInfo(), &XFree);
+        XScreenSaverQueryInfo(connection->display(), connection->root(), info.get());
+        return info->state == ScreenSaverOn;
+    }
+    [[nodiscard]] Point pointer() const {
+        Window root = 0;
+        Window child = 0;
+        int x = 0;
+        int y = 0;
+        int ignored = 0;
+        unsigned state = 0;
+        XQueryPointer(connection->display(), connection->root(), &root, &child, &x, &y, &ignored, &ignored,
+                      &state);
+        return {static_cast<double>(x), static_cast<double>(y)};
+    }
+    void keepAwake() {
+        simulated.pointer = pointer();
+        manager.emplace(KeepAwakeManager::Ports{.input = simulated.inputState(),
+                                                .poster = poster,
+                                                .screens = simulated.screens(),
+                                                .defaults = simulated.userDefaults(),
+                                                .clock = simulated.clock(),
+                                                .mainQueue = simulated.mainQueue(),
+                                                .timers = simulated.timers(),
+                                                .inhibitor = simulated.idleInhibitor()});
+        manager->setIdleThresholdMinutes(1);
+        manager->setEnabled(true);
+    }
+
+    std::unique_ptr<XConnection> connection = connect();
+    QtTimers timers;
+    XEventPump pump{*connection};
+    ActivityLog activity;
+    ModifierState modifiers{pump};
+    LinuxEventTap tap{pump, modifiers, activity, timers};
+    LinuxEventPoster poster{connect(), tap};
+    LinuxInputState input{pump, modifiers, activity, timers, poster};
+    SimulatedDesktop simulated;
+    std::optional<KeepAwakeManager> manager;
+};
+
+TEST_F(NudgeTest, ScreenSaverStaysOffForANightOfNudges) {
+    setScreenSaver(1);
+    EXPECT_TRUE(runUntil([&] { return isScreenSaverOn(); })) << "without nudges it comes";
+    setScreenSaver(1);
+    keepAwake();
+    bool cameOn = false;
+    // Eight hours; the nudges are a minute apart, and so come about 100 times within the screen saver's second.
+    for (int minute = 0; minute < 480 && !cameOn; ++minute) {
+        simulated.time.runFor(Seconds{60});
+        cameOn = runUntil([&] { return isScreenSaverOn(); }, 10ms);
+    }
+    EXPECT_FALSE(cameOn);
+}
+
+TEST_F(NudgeTest, PointerMovesOnePointAndBack) {
+    keepAwake();
+    const Point before = pointer();
+    simulated.time.runFor(Seconds{120});
+    EXPECT_TRUE(runUntil([&] { return pointer() == Point{before.x + 1, before.y}; }));
+    simulated.time.runFor(Seconds{0.12});
+    EXPECT_TRUE(runUntil([&] { return pointer() == before; }));
+    simulated.time.runFor(Seconds{59.88});
+    EXPECT_TRUE(runUntil([&] { return pointer() == Point{before.x - 1, before.y}; }));
+}
+
+TEST_F(NudgeTest, NudgeIsNoActivityOfTheUserAndAHandIs) {
+    // Whatever came before has been seen when a movement of the hand has.
+    desktop().trackball().move(3, 0);
+    EXPECT_TRUE(runUntil([&] { return input.secondsSinceLast(EventType::mouseMoved) < 0.1; }));
+    EXPECT_TRUE(runUntil([&] { return input.secondsSinceLast(EventType::mouseMoved) > 0.6; }));
+    const Point from = pointer();
+    const auto nudge = poster.makeMouse(EventType::mouseMoved, 0, {from.x + 1, from.y});
+    ASSERT_TRUE(nudge);
+    poster.post(*nudge, TapLocation::hid);
+    EXPECT_TRUE(runUntil([&] { return pointer().x == from.x + 1; }));
+    // A key of the hand comes after it on the same road.
+    desktop().keyboard().keyStroke(50);
+    EXPECT_TRUE(runUntil([&] { return input.secondsSinceLast(EventType::keyDown) < 0.1; }));
+    EXPECT_GT(input.secondsSinceLast(EventType::mouseMoved), 0.6);
+    desktop().trackball().move(3, 0);
+    EXPECT_TRUE(runUntil([&] { return input.secondsSinceLast(EventType::mouseMoved) < 0.1; }));
+}
+
+TEST_F(NudgeTest, EachKindOfEventHasItsOwnIdleTime) {
+    desktop().trackball().click(1);
+    desktop().keyboard().keyStroke(50);
+    EXPECT_TRUE(runUntil([&] {
+        return input.secondsSinceLast(EventType::leftMouseDown) < 0.2 &&
+               input.secondsSinceLast(EventType::keyDown) < 0.2;
+    }));
+    EXPECT_TRUE(runUntil([&] { return input.secondsSinceLast(EventType::leftMouseDown) > 0.4; }));
+    desktop().keyboard().keyStroke(50);
+    EXPECT_TRUE(runUntil([&] { return input.secondsSinceLast(EventType::keyDown) < 0.2; }));
+    EXPECT_GT(input.secondsSinceLast(EventType::leftMouseDown), 0.4);
+    // Never seen since the start: as long as there was no input of any kind before it.
+    EXPECT_GE(input.secondsSinceLast(EventType::rightMouseDown),
+              input.secondsSinceLast(EventType::leftMouseDown));
+}
+
+}  // namespace
+}  // namespace trelvan::desktop

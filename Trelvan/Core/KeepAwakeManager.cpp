@@ -1,0 +1,187 @@
+#include "Core/KeepAwakeManager.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace trelvan {
+
+namespace {
+
+constexpr double defaultIdleThreshold = 3.0;
+constexpr double maxIdleThreshold = 120.0;
+constexpr double defaultMoveEvery = 1.0;
+constexpr double maxMoveEvery = 60.0;
+constexpr double minMinutes = 1.0;
+constexpr double secondsInMinute = 60.0;
+/// How far a nudge keeps from the edges of the screen, in points.
+constexpr double edgeMargin = 2.0;
+
+double storedMinutes(const UserDefaults& defaults, std::string_view key, double fallback, double longest) {
+    const auto stored = onlyNumber(defaults.object(key));
+    return stored && !std::isnan(*stored) ? std::clamp(*stored, minMinutes, longest) : fallback;
+}
+
+/// Seconds as a countdown shows them: never below zero, and never beyond what a whole number holds.
+std::int64_t countdown(double wholeSeconds) {
+    constexpr double longest = 9e15;
+    return std::isnan(wholeSeconds) ? 0 : static_cast<std::int64_t>(std::clamp(wholeSeconds, 0.0, longest));
+}
+
+/// Scrolling and other buttons do not count as the user being there.
+double sessionIdleSeconds(const InputState& input) {
+    return std::min(
+        {input.secondsSinceLast(EventType::mouseMoved), input.secondsSinceLast(EventType::leftMouseDown),
+         input.secondsSinceLast(EventType::rightMouseDown), input.secondsSinceLast(EventType::keyDown)});
+}
+
+double awayFromEdge(double coordinate, double edge) {
+    return std::min(std::max(coordinate, edgeMargin), edge - edgeMargin);
+}
+
+}  // namespace
+
+KeepAwakeManager::KeepAwakeManager(const Ports& ports)
+    : ports_(ports), alive_(std::make_shared<KeepAwakeManager*>(this)) {
+    loadSettings();
+    if (isEnabled) startMonitoring();
+}
+
+void KeepAwakeManager::loadSettings() {
+    const auto& defaults = ports_.defaults;
+    isEnabled = onlyBool(defaults.object(enabledKey)).value_or(false);
+    idleThresholdMinutes = storedMinutes(defaults, idleThresholdKey, defaultIdleThreshold, maxIdleThreshold);
+    moveEveryMinutes = storedMinutes(defaults, moveEveryKey, defaultMoveEvery, maxMoveEvery);
+    const auto preset = asText(defaults.object(autoStopPresetKey));
+    autoStopPreset =
+        fromRawValue<AutoStopPreset>(preset.value_or(std::string())).value_or(AutoStopPreset::never);
+}
+
+// Settings
+
+void KeepAwakeManager::setEnabled(bool enabled) {
+    isEnabled = enabled;
+    ports_.defaults.set(enabledKey, enabled);
+    if (enabled) {
+        startMonitoring();
+    } else {
+        stopMonitoring();
+    }
+}
+
+void KeepAwakeManager::setIdleThresholdMinutes(double minutes) {
+    idleThresholdMinutes = minutes;
+    ports_.defaults.set(idleThresholdKey, minutes);
+}
+
+void KeepAwakeManager::setMoveEveryMinutes(double minutes) {
+    moveEveryMinutes = minutes;
+    ports_.defaults.set(moveEveryKey, minutes);
+}
+
+void KeepAwakeManager::setAutoStopPreset(AutoStopPreset preset) {
+    autoStopPreset = preset;
+    ports_.defaults.set(autoStopPresetKey, std::string(rawValue(preset)));
+    if (isEnabled) scheduleAutoStop();
+}
+
+// Watching
+
+void KeepAwakeManager::startMonitoring() {
+    if (pollTimer_) return scheduleAutoStop();
+    lastErrorMessage = std::nullopt;
+    lastSyntheticMove_.reset();
+    scheduleAutoStop();
+    pollTimer_ = ports_.timers.every(pollInterval, [this] { tick(); });
+    tick();
+}
+
+void KeepAwakeManager::stopMonitoring() {
+    pollTimer_.reset();
+    autoStopTimer_.reset();
+    inhibitIdle(false);
+    isCurrentlyAway = false;
+    nextMoveInSeconds = std::nullopt;
+    lastErrorMessage = std::nullopt;
+    remainingAutoStopSeconds = std::nullopt;
+    enabledAt_.reset();
+}
+
+void KeepAwakeManager::scheduleAutoStop() {
+    autoStopTimer_.reset();
+    enabledAt_ = ports_.clock.uptime();
+    const auto length = duration(autoStopPreset);
+    if (!length) {
+        remainingAutoStopSeconds = std::nullopt;
+        return;
+    }
+    remainingAutoStopSeconds = countdown(length->count());
+    autoStopTimer_ = ports_.timers.once(*length, [this] { setEnabled(false); });
+}
+
+void KeepAwakeManager::tick() {
+    if (!isEnabled) return;
+    const double idle = sessionIdleSeconds(ports_.input);
+    const double threshold = idleThresholdMinutes * secondsInMinute;
+    const double interval = moveEveryMinutes * secondsInMinute;
+    const double now = ports_.clock.uptime().count();
+
+    const bool away = threshold <= idle;
+    isCurrentlyAway = away;
+    inhibitIdle(away);
+
+    const auto length = duration(autoStopPreset);
+    remainingAutoStopSeconds =
+        length && enabledAt_
+            ? std::optional(countdown(std::trunc(length->count() - (now - enabledAt_->count()))))
+            : std::nullopt;
+
+    if (!away) {
+        nextMoveInSeconds = countdown(std::ceil(threshold - idle));
+        return;
+    }
+    const double elapsed =
+        lastSyntheticMove_ ? now - lastSyntheticMove_->count() : std::max(0.0, idle - threshold);
+    nextMoveInSeconds = countdown(std::ceil(interval - elapsed));
+    if (interval <= elapsed) performJiggle();
+}
+
+void KeepAwakeManager::inhibitIdle(bool away) {
+    if (!away) {
+        inhibition_.reset();
+    } else if (!inhibition_) {
+        inhibition_ = ports_.inhibitor.hold();
+    }
+}
+
+// The nudge
+
+void KeepAwakeManager::performJiggle() {
+    const auto screens = ports_.screens.frames();
+    if (screens.empty()) {
+        lastErrorMessage = "No active screen available.";
+        return;
+    }
+    const Rect screen = screens.front();
+    const Point place = ports_.screens.pointerLocation();
+    movePointer(
+        {awayFromEdge(place.x + jiggleDirection_, screen.maxX()), awayFromEdge(place.y, screen.maxY())},
+        screen);
+    ports_.mainQueue.after(nudgeLength, [weak = std::weak_ptr(alive_), place, screen] {
+        if (const auto manager = weak.lock()) (*manager)->movePointer(place, screen);
+    });
+    jiggleDirection_ = -jiggleDirection_;
+    lastSyntheticMove_ = ports_.clock.uptime();
+    lastMoveDate = ports_.clock.now();
+}
+
+void KeepAwakeManager::movePointer(Point to, const Rect& screen) {
+    // Screens count from the bottom, events from the top.
+    const auto event = ports_.poster.makeMouse(EventType::mouseMoved, 0, {to.x, screen.height - to.y});
+    if (!event) {
+        lastErrorMessage = "Unable to create mouse event.";
+        return;
+    }
+    ports_.poster.post(*event, TapLocation::hid);
+}
+
+}  // namespace trelvan

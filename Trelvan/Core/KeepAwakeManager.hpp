@@ -1,0 +1,102 @@
+#pragma once
+
+#include "Core/Model/AutoStopPreset.hpp"
+#include "Platform/EventPoster.hpp"
+#include "Platform/IdleInhibitor.hpp"
+#include "Platform/InputState.hpp"
+#include "Platform/RunLoop.hpp"
+#include "Platform/Screens.hpp"
+#include "Platform/UserDefaults.hpp"
+#include "Utilities/Geometry.hpp"
+#include "Utilities/PublishedBy.hpp"
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace trelvan {
+
+/// Keeps the session from looking idle: while it is enabled and the user is away, it nudges the pointer by a
+/// point and back at a fixed interval, and holds the desktop's idle inhibitor. Main thread.
+class KeepAwakeManager {
+  public:
+    using AutoStopPreset = trelvan::AutoStopPreset;
+
+    struct Ports {
+        InputState& input;
+        EventPoster& poster;
+        Screens& screens;
+        UserDefaults& defaults;
+        Clock& clock;
+        MainQueue& mainQueue;
+        Timers& timers;
+        IdleInhibitor& inhibitor;
+    };
+
+    static constexpr std::string_view enabledKey = "keep_awake_enabled";
+    static constexpr std::string_view idleThresholdKey = "keep_awake_idle_threshold_minutes";
+    static constexpr std::string_view moveEveryKey = "keep_awake_move_every_minutes";
+    static constexpr std::string_view autoStopPresetKey = "keep_awake_auto_stop_preset";
+
+    static constexpr Seconds pollInterval{1.0};
+    /// How long the pointer stays at the place it was nudged to.
+    static constexpr Seconds nudgeLength{0.12};
+
+    /// Loads the settings, and starts watching if it was left enabled.
+    explicit KeepAwakeManager(const Ports& ports);
+    KeepAwakeManager(const KeepAwakeManager&) = delete;
+    KeepAwakeManager& operator=(const KeepAwakeManager&) = delete;
+
+    template <typename T>
+    using Property = PublishedBy<T, KeepAwakeManager>;
+
+    Property<bool> isEnabled;
+    /// Minutes without input after which the user counts as away; 1 to 120 when loaded.
+    Property<double> idleThresholdMinutes;
+    /// Minutes between nudges while the user is away; 1 to 60 when loaded.
+    Property<double> moveEveryMinutes;
+    Property<AutoStopPreset> autoStopPreset;
+    Property<bool> isCurrentlyAway;
+    /// Until the user counts as away or, while away, until the next nudge; none while off.
+    Property<std::optional<std::int64_t>> nextMoveInSeconds;
+    /// Until it switches itself off; none when it never does.
+    Property<std::optional<std::int64_t>> remainingAutoStopSeconds;
+    Property<std::optional<std::chrono::system_clock::time_point>> lastMoveDate;
+    /// The last failure; the next start clears it.
+    Property<std::optional<std::string>> lastErrorMessage;
+
+    // Each of these stores the value at once, also when it is the same as before.
+
+    void setEnabled(bool enabled);
+    void setIdleThresholdMinutes(double minutes);
+    void setMoveEveryMinutes(double minutes);
+    /// While enabled, the countdown starts again from now.
+    void setAutoStopPreset(AutoStopPreset preset);
+
+  private:
+    void loadSettings();
+    void startMonitoring();
+    void stopMonitoring();
+    void scheduleAutoStop();
+    void tick();
+    void performJiggle();
+    void movePointer(Point to, const Rect& screen);
+    void inhibitIdle(bool away);
+
+    Ports ports_;
+    std::unique_ptr<Timers::Timer> pollTimer_;
+    std::unique_ptr<Timers::Timer> autoStopTimer_;
+    /// When the countdown started. Moments are those of the clock that never jumps: setting the time of day
+    /// is neither inactivity nor the end of an hour.
+    std::optional<Seconds> enabledAt_;
+    std::optional<Seconds> lastSyntheticMove_;
+    double jiggleDirection_ = 1.0;
+    std::unique_ptr<IdleInhibitor::Hold> inhibition_;
+    /// What was put into the main queue asks this before it touches the manager.
+    std::shared_ptr<KeepAwakeManager*> alive_;
+};
+
+}  // namespace trelvan

@@ -1,0 +1,89 @@
+#include "Platform/Linux/LinuxNotifications.hpp"
+
+#include "Platform/Linux/AsyncCall.hpp"
+#include "Utilities/Logger.hpp"
+
+#include <QDBusMessage>
+#include <QStringList>
+#include <QVariantMap>
+#include <utility>
+
+namespace trelvan {
+
+namespace {
+
+constexpr const char* service = "org.freedesktop.Notifications";
+constexpr const char* path = "/org/freedesktop/Notifications";
+
+/// The daemon's own choice of how long.
+constexpr int defaultExpiry = -1;
+
+/// Most desktops keep a critical notification on the screen until the user closes it, which news of a key
+/// press must not do; so only what the system itself calls critical becomes it.
+uchar urgency(InterruptionLevel level) {
+    switch (level) {
+        case InterruptionLevel::passive:
+            return 0;
+        case InterruptionLevel::active:
+        case InterruptionLevel::timeSensitive:
+            return 1;
+        case InterruptionLevel::critical:
+            return 2;
+    }
+    return 1;
+}
+
+}  // namespace
+
+LinuxNotifications::LinuxNotifications(QDBusConnection bus, std::function<bool()> isFrontmost)
+    : bus_(std::move(bus)), isFrontmost_(std::move(isFrontmost)) {}
+
+void LinuxNotifications::getAuthorization(std::function<void(Authorization)> answer) {
+    QMetaObject::invokeMethod(
+        &context_, [answer = std::move(answer)] { answer(Authorization::authorized); }, Qt::QueuedConnection);
+}
+
+void LinuxNotifications::add(const NotificationRequest& request) {
+    if (!isFrontmost_() || delegate_ == nullptr) return show(request, true);
+    delegate_->willPresent(request, [this, request](std::uint32_t options) {
+        // Daemons do not tell a banner from an entry in the list.
+        if ((options & (presentationOption::banner | presentationOption::list)) == 0) return;
+        show(request, (options & presentationOption::sound) != 0);
+    });
+}
+
+void LinuxNotifications::show(const NotificationRequest& request, bool withSound) {
+    // Asked anew each time, since the next daemon may be another one.
+    asyncCall(bus_, QDBusMessage::createMethodCall(service, path, service, "GetCapabilities"), context_,
+              [this, request, withSound](const QDBusMessage& reply) {
+                  if (reply.type() == QDBusMessage::ErrorMessage) return reportMissing(reply.errorMessage());
+                  const auto capabilities = reply.arguments().value(0).toStringList();
+                  send(request, withSound, capabilities.contains("body-markup"));
+              });
+}
+
+void LinuxNotifications::send(const NotificationRequest& request, bool withSound, bool bodyHasMarkup) {
+    const auto body = QString::fromStdString(request.body);
+    QVariantMap hints{{"urgency", QVariant::fromValue(urgency(request.level))}, {"desktop-entry", "trelvan"}};
+    if (withSound) {
+        hints.insert("sound-name", "message-new-instant");
+    } else {
+        hints.insert("suppress-sound", true);
+    }
+    // Identifiers are never used twice, so no notification replaces another.
+    constexpr uint replacesNone = 0;
+    auto notify = QDBusMessage::createMethodCall(service, path, service, "Notify");
+    notify << "Trelvan" << replacesNone << "input-mouse" << QString::fromStdString(request.title)
+           << (bodyHasMarkup ? body.toHtmlEscaped() : body) << QStringList() << hints << defaultExpiry;
+    asyncCall(bus_, notify, context_, [this](const QDBusMessage& reply) {
+        if (reply.type() == QDBusMessage::ErrorMessage) reportMissing(reply.errorMessage());
+    });
+}
+
+void LinuxNotifications::reportMissing(const QString& reason) {
+    if (std::exchange(reported_, true)) return;
+    AppLogger.warning(
+        ShortText("No hay servicio de notificaciones en este escritorio: ", reason.toStdString()));
+}
+
+}  // namespace trelvan
