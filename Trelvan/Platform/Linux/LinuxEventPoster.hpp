@@ -29,10 +29,14 @@ class LinuxEventPoster : public EventPoster {
                                                   EventFlags flags) override;
     [[nodiscard]] std::optional<MouseEvent> makeMouse(EventType type, std::int64_t buttonNumber,
                                                       Point location) override;
+    [[nodiscard]] std::optional<KeyChord> keyTyping(char32_t character) override;
     void post(const KeyEvent& event, TapLocation at) override;
     void post(const MouseEvent& event, TapLocation at) override;
     void post(const MediaKeyEvent& event, TapLocation at) override;
     [[nodiscard]] bool postCopy(const TapEvent& changed, TapLocation at) override;
+
+    /// The key that types a keysym in the keyboard layout in use.
+    [[nodiscard]] std::optional<KeyChord> keyFor(unsigned long keysym);
 
     /// A real keyboard let a key go.
     void physicalKeyReleased();

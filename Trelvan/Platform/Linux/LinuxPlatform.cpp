@@ -6,12 +6,12 @@
 #include "Platform/Linux/LinuxAccessibilityTrust.hpp"
 #include "Platform/Linux/LinuxEventPoster.hpp"
 #include "Platform/Linux/LinuxEventTap.hpp"
+#include "Platform/Linux/LinuxHotKeys.hpp"
 #include "Platform/Linux/LinuxInputState.hpp"
 #include "Platform/Linux/LinuxScreens.hpp"
 #include "Platform/Linux/LinuxSystemViews.hpp"
 #include "Platform/Linux/LinuxWorkspace.hpp"
 #include "Platform/Linux/ModifierState.hpp"
-#include "Platform/Linux/NoHotKeys.hpp"
 #include "Platform/Linux/OutputSink.hpp"
 #include "Platform/Linux/QtRunLoop.hpp"
 #include "Platform/Linux/SettingsFile.hpp"
@@ -77,7 +77,8 @@ struct LinuxPlatform::Parts {
     LinuxAccessibilityTrust trust{*connection};
     LinuxSystemViews views{*connection, mainQueue};
     DesktopMoveScript script{views};
-    NoHotKeys hotKeys;
+    LinuxHotKeys hotKeys{currentDesktop(), timers,
+                         [this](unsigned long keysym) { return poster.keyFor(keysym); }};
     TerminationSignals termination{[] { QCoreApplication::quit(); }};
     WorkerQueue background;
 };

@@ -8,17 +8,19 @@
 
 namespace trelvan {
 
-/// The desktop's views by the window manager's protocol and the shells' own interfaces. Any thread: the work
-/// hops to the main thread.
+/// The desktop's views by the window manager's protocol, the shells' own interfaces and, where neither
+/// serves, the shortcuts that are known. Any thread: the work hops to the main thread.
 class LinuxSystemViews : public SystemViews {
   public:
     LinuxSystemViews(XConnection& connection, MainQueue& mainQueue)
         : properties_(connection), mainQueue_(mainQueue) {}
 
-    [[nodiscard]] bool show(SystemView view) override;
+    [[nodiscard]] bool show(SystemView view, ByKeys byKeys) override;
 
   private:
-    void showNow(SystemView view);
+    void showNow(SystemView view, const ByKeys& byKeys);
+    [[nodiscard]] bool showByWindowManager(SystemView view);
+    void showByKeys(SystemView view, const ByKeys& byKeys);
     [[nodiscard]] bool toggleShowDesktop();
     [[nodiscard]] bool moveDesktop(bool right);
     void reportMissing(SystemView view);

@@ -17,6 +17,7 @@ struct SimulatedDesktop::Parts {
           trust(desktop),
           scripts(desktop),
           hotKeys(desktop),
+          views(desktop),
           traceLog(desktop) {}
 
     SimulatedInputState input;

@@ -1,0 +1,37 @@
+#include "Platform/Linux/BusCall.hpp"
+
+#include <QDBusError>
+#include <QDBusPendingCallWatcher>
+#include <utility>
+
+namespace trelvan {
+
+namespace {
+
+/// A service that hangs must not do late what the user no longer expects.
+constexpr int patienceMilliseconds = 1500;
+
+BusAnswer answerOf(const QDBusPendingCallWatcher& call) {
+    if (!call.isError()) return {.status = BusAnswer::Status::done, .reply = call.reply(), .error = {}};
+    const auto error = call.error();
+    const bool isSilent = error.type() == QDBusError::NoReply || error.type() == QDBusError::Timeout ||
+                          error.type() == QDBusError::TimedOut;
+    return {.status = isSilent ? BusAnswer::Status::silent : BusAnswer::Status::refused,
+            .reply = {},
+            .error = error.message()};
+}
+
+}  // namespace
+
+void callOverBus(const QDBusConnection& bus, QDBusMessage message,
+                 std::function<void(const BusAnswer&)> answered) {
+    message.setAutoStartService(false);
+    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message, patienceMilliseconds));
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
+                     [watcher, answered = std::move(answered)] {
+                         answered(answerOf(*watcher));
+                         watcher->deleteLater();
+                     });
+}
+
+}  // namespace trelvan
