@@ -1,5 +1,5 @@
-#include "AcceleratorPrinting.hpp"
 #include "Platform/Linux/Accelerator.hpp"
+#include "Platform/Linux/AcceleratorPrinting.hpp"
 
 #include <X11/keysym.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "AcceleratorPrinting.hpp"
 #include "Platform/HotKeyTable.hpp"
+#include "Platform/Linux/AcceleratorPrinting.hpp"
 #include "Platform/Linux/DesktopShortcuts.hpp"
 
 #include <X11/keysym.h>

@@ -25,6 +25,11 @@ BusAnswer answerOf(const QDBusPendingCallWatcher& call) {
 
 void callOverBus(const QDBusConnection& bus, QDBusMessage message,
                  std::function<void(const BusAnswer&)> answered) {
+    // Qt's answer to a call over no bus never comes.
+    if (!bus.isConnected()) {
+        return answered(
+            {.status = BusAnswer::Status::refused, .reply = {}, .error = bus.lastError().message()});
+    }
     message.setAutoStartService(false);
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message, patienceMilliseconds));
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,

@@ -21,7 +21,7 @@ struct BusAnswer {
 };
 
 /// Sends a call without waiting and without starting a service that does not run; `answered` gets the answer
-/// on the main thread. Main thread.
+/// on the main thread, at once where there is no bus. Main thread.
 void callOverBus(const QDBusConnection& bus, QDBusMessage message,
                  std::function<void(const BusAnswer&)> answered);
 

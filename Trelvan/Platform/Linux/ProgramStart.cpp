@@ -71,6 +71,7 @@ void startByCommand(const DesktopEntry& entry, const std::string& path) {
 
 /// Asks the application over the session bus, which starts it where it does not run.
 void startOverBus(const DesktopEntry& entry, const std::string& path) {
+    if (!QDBusConnection::sessionBus().isConnected()) return startByCommand(entry, path);
     const std::string id(desktopEntryId(path));
     auto activate = QDBusMessage::createMethodCall(QString::fromStdString(id),
                                                    QString::fromStdString(applicationObjectPath(id)),
