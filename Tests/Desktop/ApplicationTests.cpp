@@ -1,6 +1,8 @@
 #include "Desktop/DesktopTest.hpp"
 #include "Desktop/Harness/FakeService.hpp"
 
+#include <X11/keysym.h>
+
 namespace trelvan::desktop {
 namespace {
 
@@ -80,6 +82,18 @@ TEST_F(ApplicationTest, EntryWhoseProgramIsNotInstalled_IsNamedInTheLog) {
     EXPECT_TRUE(this->program().waitForLine("gone.desktop: no se encuentra el programa no-such-program"));
     EXPECT_FALSE(std::filesystem::exists(trace()));
     std::filesystem::remove(entry);
+}
+
+TEST_F(ApplicationTest, NewNote_OpensTheNoteTakerAndSendsControlN) {
+    const auto program = writer("note-taker");
+    std::filesystem::create_directories(desktop().folder() / "data/applications");
+    const auto entry = file("data/applications/org.gnome.Notes.desktop",
+                            "[Desktop Entry]\nType=Application\nExec=" + program.string() + " note\n");
+    start(Settings().map(3, "New Note"));
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke({XK_n, ControlMask}));
+    EXPECT_TRUE(wrote("note\n"));
+    std::filesystem::remove_all(desktop().folder() / "data/applications");
 }
 
 TEST_F(ApplicationTest, EntryThatTheBusActivates_IsAskedOverTheBus) {

@@ -85,6 +85,15 @@ TEST_F(ShellTest, Gnome_MissionControlTurnsTheOpenOverviewOff) {
     EXPECT_TRUE(shell.waitForCall("/org/gnome/Shell Set org.gnome.Shell OverviewActive false"));
 }
 
+TEST_F(ShellTest, Gnome_OverlayKeyIsPressedAloneWhereTheShellCannotBeAsked) {
+    writeProgram("gsettings", "[ \"$2\" = org.gnome.mutter ] || exit 1\necho \"$2 overlay-key 'Super_L'\"");
+    startOn("GNOME", Settings().map(3, "Mission Control"));
+    ASSERT_TRUE(program().waitForLine(shortcutsRead + std::string("1")));
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke({XK_Super_L, 0}));
+    expectNoKeys();
+}
+
 TEST_F(ShellTest, Gnome_LaunchpadShowsTheApplications) {
     const FakeService shell(desktop(), "org.gnome.Shell");
     start(Settings().map(3, "Launchpad"));
@@ -183,6 +192,21 @@ TEST_F(ShellTest, Xfce_ShortcutsAreTheDesktopsOwn) {
     EXPECT_TRUE(client().waitForStroke({XK_F3, Mod1Mask}));
     trackball().click(xButton(4));
     EXPECT_TRUE(client().waitForStroke({XK_Print, Mod4Mask}));
+}
+
+TEST_F(ShellTest, Xfce_ScreenshotWithoutAShortcutIsItsProgram) {
+    const auto trace = desktop().folder() / "screenshot";
+    std::filesystem::remove(trace);
+    writeProgram("xfce4-screenshooter", "printf %s \"$*\" > '" + trace.string() + "'");
+    writeXfceShortcuts(xfceEntry("Print", "xfce4-screenshooter"));
+    startOn("XFCE", Settings().map(3, "Captura Completa").map(4, "Screenshot"));
+    trackball().click(extra);
+    EXPECT_TRUE(waitUntil([&] { return readFile(trace) == "-f"; })) << readFile(trace);
+    expectNoKeys();
+    trackball().click(xButton(4));
+    EXPECT_TRUE(client().waitForStroke({XK_Print, 0}));
+    EXPECT_EQ(readFile(trace), "-f");
+    std::filesystem::remove(desktop().folder() / "bin/xfce4-screenshooter");
 }
 
 TEST_F(ShellTest, Xfce_ChangedShortcutIsReadAgain) {

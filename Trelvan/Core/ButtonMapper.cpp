@@ -2,7 +2,6 @@
 
 #include "Core/Model/ButtonNumbers.hpp"
 
-#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -16,20 +15,6 @@ constexpr std::array launchpadHotKeys{hotkey::launchpad, 161};
 constexpr std::array showDesktopHotKeys{hotkey::showDesktop, 37};
 constexpr std::array desktopLeftHotKeys{hotkey::desktopLeft, 80};
 constexpr std::array desktopRightHotKeys{hotkey::desktopRight, 82};
-
-/// The shortcuts of the catalogue that a desktop may have a tool for.
-struct DesktopTool {
-    ButtonAction action;
-    SystemView view;
-    int hotKey;
-};
-constexpr std::array desktopTools{
-    DesktopTool{ButtonAction::screenshotArea, SystemView::screenshotArea, hotkey::screenshotArea},
-    DesktopTool{ButtonAction::screenshotFull, SystemView::screenshotFull, hotkey::screenshotFull},
-    DesktopTool{ButtonAction::screenshotTool, SystemView::screenshotTool, hotkey::screenshotTool},
-    DesktopTool{ButtonAction::emojiPanel, SystemView::emojiPanel, hotkey::emojiPanel},
-    DesktopTool{ButtonAction::lockWorkstation, SystemView::lockScreen, hotkey::lockScreen},
-};
 
 /// The key code in the hot-key table that says that no key is assigned.
 constexpr std::int64_t noKeyAssigned = 65535;
@@ -184,13 +169,13 @@ void ButtonMapper::simulateKey(KeyChord chord) {
 }
 
 void ButtonMapper::sendCatalogueShortcut(ButtonAction action, KeyChord chord) {
-    const auto* const tool = std::ranges::find(desktopTools, action, &DesktopTool::action);
+    const auto* const tool = desktopTool(action);
     const auto byKeys = [weak = weak_from_this(), tool, chord] {
         const auto self = weak.lock();
         if (self && !self->pressFirst({&tool->hotKey, 1})) self->simulateKey(chord);
         return true;
     };
-    if (tool != desktopTools.end() && ports_.views.show(tool->view, byKeys)) return;
+    if (tool != nullptr && ports_.views.show(tool->view, byKeys)) return;
     simulateKey(chord);
 }
 

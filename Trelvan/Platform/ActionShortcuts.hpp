@@ -18,6 +18,9 @@ struct ActionShortcuts {
     KeyChord emojiPanel{key::space, flag::control | flag::command};
     KeyChord lockWorkstation{key::q, flag::control | flag::command};
     KeyChord newNote{key::n, flag::command};
+    /// Screenshots, emojis and the lock are asked of the desktop, and the combinations are what is left where
+    /// it has no way of its own.
+    bool desktopGoesFirst = false;
 };
 
 /// macOS: the catalogue's own combinations.
@@ -39,6 +42,7 @@ inline constexpr ActionShortcuts linuxShortcuts{
     .emojiPanel = {key::period, flag::control, U'.'},
     .lockWorkstation = {key::l, flag::command, U'l'},
     .newNote = {key::n, flag::control, U'n'},
+    .desktopGoesFirst = true,
 };
 
 }  // namespace trelvan

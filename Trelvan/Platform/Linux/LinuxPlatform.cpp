@@ -75,10 +75,10 @@ struct LinuxPlatform::Parts {
     LinuxScreens screens{pump};
     LinuxWorkspace workspace{mainQueue};
     LinuxAccessibilityTrust trust{*connection};
-    LinuxSystemViews views{*connection, mainQueue};
+    DesktopKind desktop = currentDesktop();
+    LinuxHotKeys hotKeys{desktop, timers, [this](unsigned long keysym) { return poster.keyFor(keysym); }};
+    LinuxSystemViews views{*connection, mainQueue, desktop, hotKeys};
     DesktopMoveScript script{views};
-    LinuxHotKeys hotKeys{currentDesktop(), timers,
-                         [this](unsigned long keysym) { return poster.keyFor(keysym); }};
     TerminationSignals termination{[] { QCoreApplication::quit(); }};
     WorkerQueue background;
 };

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/DesktopGrid.hpp"
 #include "Platform/Linux/ScreenLock.hpp"
+#include "Platform/Linux/ScreenshotProgram.hpp"
 #include "Platform/Linux/ShellViews.hpp"
 #include "Utilities/Logger.hpp"
 
@@ -64,10 +65,24 @@ bool LinuxSystemViews::showByWindowManager(SystemView view) {
 }
 
 void LinuxSystemViews::showByKeys(SystemView view, const ByKeys& byKeys) {
-    if (byKeys()) return;
+    if (takeScreenshot(view) || byKeys()) return;
     if (view != SystemView::launchpad) return reportMissing(view);
     // Newer versions of GNOME show the grid of applications only to their own programs.
     ShellViews::showGnomeOverview([this, view] { reportMissing(view); });
+}
+
+/// The user's own shortcut goes first, and where there is none its usual key may stand for another kind.
+bool LinuxSystemViews::takeScreenshot(SystemView view) const {
+    switch (view) {
+        case SystemView::screenshotFull:
+            return !hotKeys_.entry(hotkey::screenshotFull) && startScreenshot(desktop_, view);
+        case SystemView::screenshotArea:
+            return !hotKeys_.entry(hotkey::screenshotArea) && startScreenshot(desktop_, view);
+        case SystemView::screenshotTool:
+            return !hotKeys_.entry(hotkey::screenshotTool) && startScreenshot(desktop_, view);
+        default:
+            return false;
+    }
 }
 
 bool LinuxSystemViews::toggleShowDesktop() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/HotKeyTable.hpp"
+#include "Platform/Linux/CurrentDesktop.hpp"
 #include "Platform/Linux/RootProperties.hpp"
 #include "Platform/RunLoop.hpp"
 #include "Platform/SystemViews.hpp"
@@ -12,8 +14,9 @@ namespace trelvan {
 /// serves, the shortcuts that are known. Any thread: the work hops to the main thread.
 class LinuxSystemViews : public SystemViews {
   public:
-    LinuxSystemViews(XConnection& connection, MainQueue& mainQueue)
-        : properties_(connection), mainQueue_(mainQueue) {}
+    LinuxSystemViews(XConnection& connection, MainQueue& mainQueue, DesktopKind desktop,
+                     const HotKeyTable& hotKeys)
+        : properties_(connection), mainQueue_(mainQueue), desktop_(desktop), hotKeys_(hotKeys) {}
 
     [[nodiscard]] bool show(SystemView view, ByKeys byKeys) override;
 
@@ -21,12 +24,15 @@ class LinuxSystemViews : public SystemViews {
     void showNow(SystemView view, const ByKeys& byKeys);
     [[nodiscard]] bool showByWindowManager(SystemView view);
     void showByKeys(SystemView view, const ByKeys& byKeys);
+    [[nodiscard]] bool takeScreenshot(SystemView view) const;
     [[nodiscard]] bool toggleShowDesktop();
     [[nodiscard]] bool moveDesktop(bool right);
     void reportMissing(SystemView view);
 
     RootProperties properties_;
     MainQueue& mainQueue_;
+    DesktopKind desktop_;
+    const HotKeyTable& hotKeys_;
     std::set<SystemView> reported_;
 };
 
