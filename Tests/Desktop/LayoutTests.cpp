@@ -127,6 +127,16 @@ TEST_F(LayoutTest, CyrillicLayoutAlone_GetsTheLettersPlace) {
     expectStroke({XK_Cyrillic_es, ControlMask});
 }
 
+TEST_F(LayoutTest, HotKeyOfTheDesktop_IsPressedWhereTheLayoutHasItsLetter) {
+    const auto shortcuts = desktop().folder() / "config/kglobalshortcutsrc";
+    writeFile(shortcuts, "[plasmashell]\nactivate application launcher=Meta+Z,Meta,Launcher\n");
+    setLayout(german);
+    useClient(Protocol::core);
+    start(Settings().map(3, "Launchpad"), {{"XDG_CURRENT_DESKTOP", "KDE"}});
+    expectStroke({XK_z, Mod4Mask});
+    std::filesystem::remove(shortcuts);
+}
+
 TEST_F(LayoutTest, RecordedShortcut_IsThePlaceInEveryLayout) {
     setLayout(german);
     useClient(Protocol::core);

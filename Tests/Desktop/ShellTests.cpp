@@ -85,6 +85,39 @@ TEST_F(ShellTest, Gnome_MissionControlTurnsTheOpenOverviewOff) {
     EXPECT_TRUE(shell.waitForCall("/org/gnome/Shell Set org.gnome.Shell OverviewActive false"));
 }
 
+TEST_F(ShellTest, Gnome_ShellThatHangsHoldsNothingUp) {
+    const FakeService shell(desktop(), "org.gnome.Shell", {"Get=silence"});
+    start(Settings().map(3, "Mission Control").map(4, "Copiar"));
+    trackball().click(extra);
+    ASSERT_TRUE(shell.waitForCall("/org/gnome/Shell Get org.gnome.Shell OverviewActive"));
+    trackball().click(xButton(4));
+    EXPECT_TRUE(client().waitForStroke({XK_c, ControlMask}));
+    EXPECT_EQ(linesWith("El escritorio no respondió"), 0);
+    // It is not asked again in another way, as it may still do it.
+    EXPECT_TRUE(program().waitForLine("El escritorio no respondió"));
+    EXPECT_EQ(shell.calls().size(), 1U);
+    EXPECT_EQ(linesWith("Este escritorio no ofrece"), 0);
+}
+
+TEST_F(ShellTest, Gnome_ChangedSettingIsReadAgain) {
+    const auto settings = desktop().folder() / "settings.txt";
+    const auto set = [&](const std::string& accelerator) {
+        writeFile(settings, "org.gnome.shell.keybindings toggle-overview ['" + accelerator + "']\n");
+        std::filesystem::create_directories(desktop().folder() / "config/dconf");
+        writeFile(desktop().folder() / "config/dconf/new", accelerator);
+        std::filesystem::rename(desktop().folder() / "config/dconf/new",
+                                desktop().folder() / "config/dconf/user");
+    };
+    writeProgram("gsettings", "[ \"$2\" = org.gnome.shell.keybindings ] && cat '" + settings.string() + "'");
+    set("<Super>s");
+    startOn("GNOME", Settings().map(3, "Mission Control"));
+    ASSERT_TRUE(program().waitForLine(shortcutsRead + std::string("1")));
+    set("<Super>F9");
+    ASSERT_TRUE(waitUntil([&] { return linesWith(shortcutsRead) == 2; }));
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke({XK_F9, Mod4Mask}));
+}
+
 TEST_F(ShellTest, Gnome_OverlayKeyIsPressedAloneWhereTheShellCannotBeAsked) {
     writeProgram("gsettings", "[ \"$2\" = org.gnome.mutter ] || exit 1\necho \"$2 overlay-key 'Super_L'\"");
     startOn("GNOME", Settings().map(3, "Mission Control"));

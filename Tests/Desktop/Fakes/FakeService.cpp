@@ -2,8 +2,8 @@
 //
 //   desktop-fake-service RECORD NAME [MEMBER=ANSWER...]
 //
-// RECORD gets a line for each call: the path, the member and the arguments. ANSWER is "error", "true" or
-// "false" (in a variant) or "list:A,B,C"; members that are not named are answered with nothing.
+// RECORD gets a line for each call: the path, the member and the arguments. ANSWER is "error", "silence",
+// "true" or "false" (in a variant) or "list:A,B,C"; members that are not named are answered with nothing.
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -33,7 +33,7 @@ class Service : public QDBusVirtualObject {
         QString line = message.path() + ' ' + message.member();
         for (const auto& argument : message.arguments()) line += ' ' + textOf(argument);
         write(line);
-        connection.send(answerTo(message));
+        if (answers.value(message.member()) != "silence") connection.send(answerTo(message));
         return true;
     }
 

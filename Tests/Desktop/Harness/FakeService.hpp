@@ -14,8 +14,8 @@ namespace trelvan::desktop {
 /// answers as it is told to. Main thread.
 class FakeService {
   public:
-    /// Returns when the service has its name on the bus. `answers` are "Member=answer": "error", "true" or
-    /// "false" (in a variant), "list:A,B"; other members are answered with nothing. Throws
+    /// Returns when the service has its name on the bus. `answers` are "Member=answer": "error", "silence",
+    /// "true" or "false" (in a variant), "list:A,B"; other members are answered with nothing. Throws
     /// std::runtime_error.
     FakeService(VirtualDesktop& desktop, const std::string& name,
                 const std::vector<std::string>& answers = {});
