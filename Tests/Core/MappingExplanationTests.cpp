@@ -43,6 +43,15 @@ TEST_F(MappingExplanationTest, PrimaryFunctionFiresAndTheShortcutIsNamed) {
                                              "The press is swallowed and runs 'Copy'", "Sent: Control+C"));
 }
 
+TEST_F(MappingExplanationTest, ToolOfTheDesktopIsAskedForFirst) {
+    map(3, ButtonAction::lockWorkstation);
+    EXPECT_EQ(explain(3).why.back(), "Asked of the desktop; where it has no way of its own, sent: Command+L");
+    EXPECT_EQ(explain(3, 0, AppLanguage::spanish).why.back(),
+              "Se pide al escritorio; si no tiene forma propia, se envía: Command+L");
+    EXPECT_EQ(explainPress(ProfileSnapshot(profile), 3, 0, macShortcuts, AppLanguage::english).why.back(),
+              "Sent: Control+Command+Q");
+}
+
 TEST_F(MappingExplanationTest, SpanishSaysTheSame) {
     map(3, ButtonAction::back);
     EXPECT_THAT(explain(3, 0, AppLanguage::spanish).why,

@@ -47,8 +47,8 @@ void DesktopTest::TearDown() {
     application.reset();
 }
 
-void DesktopTest::start(const Settings& settings) {
-    running = std::make_unique<TrelvanProcess>(desktop(), settings);
+void DesktopTest::start(const Settings& settings, const std::map<std::string, std::string>& more) {
+    running = std::make_unique<TrelvanProcess>(desktop(), settings, more);
     // Taking the devices may itself move the pointer to where it is; that is over when a press gets through.
     passSentinel();
     client().warpPointer(client().middle());

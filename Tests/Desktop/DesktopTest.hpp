@@ -6,8 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace trelvan::desktop {
@@ -27,8 +29,9 @@ class DesktopTest : public testing::Test {
     ClientWindow& client() { return *application; }
     TrelvanProcess& program() { return *running; }
 
-    /// Starts the program and waits until it serves the devices.
-    void start(const Settings& settings);
+    /// Starts the program and waits until it serves the devices. `more` stands in its environment besides the
+    /// desktop's own.
+    void start(const Settings& settings, const std::map<std::string, std::string>& more = {});
     /// Puts another application's window in the place of the present one.
     void useClient(Protocol protocol);
 

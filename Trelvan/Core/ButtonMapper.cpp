@@ -9,12 +9,12 @@ namespace trelvan {
 
 namespace {
 
-constexpr std::array missionControlHotKeys{32, 7, 8, 9};
-constexpr std::array appExposeHotKeys{33, 34};
-constexpr std::array launchpadHotKeys{160, 161};
-constexpr std::array showDesktopHotKeys{36, 37};
-constexpr std::array desktopLeftHotKeys{79, 80};
-constexpr std::array desktopRightHotKeys{81, 82};
+constexpr std::array missionControlHotKeys{hotkey::missionControl, 7, 8, 9};
+constexpr std::array appExposeHotKeys{hotkey::appWindows, 34};
+constexpr std::array launchpadHotKeys{hotkey::launchpad, 161};
+constexpr std::array showDesktopHotKeys{hotkey::showDesktop, 37};
+constexpr std::array desktopLeftHotKeys{hotkey::desktopLeft, 80};
+constexpr std::array desktopRightHotKeys{hotkey::desktopRight, 82};
 
 /// The key code in the hot-key table that says that no key is assigned.
 constexpr std::int64_t noKeyAssigned = 65535;
@@ -85,7 +85,8 @@ bool ButtonMapper::executeAlternate(const ButtonMapping& mapping, EventFlags fla
 }
 
 void ButtonMapper::performAction(ButtonAction action, const ButtonMapping& mapping, FunctionSlot slot) {
-    if (const auto chord = catalogueShortcut(action, ports_.shortcuts)) return simulateKey(*chord);
+    if (const auto chord = catalogueShortcut(action, ports_.shortcuts))
+        return sendCatalogueShortcut(action, *chord);
     switch (action) {
         // Sent above.
         case ButtonAction::back:
@@ -157,6 +158,27 @@ void ButtonMapper::simulateKey(KeyCode keyCode, EventFlags flags) {
          &poster = ports_.poster]() mutable { InputSequence::perform(std::move(sequence), queue, poster); });
 }
 
+void ButtonMapper::simulateKey(KeyChord chord) {
+    if (chord.character == 0) return simulateKey(chord.keyCode, chord.flags);
+    ports_.background.async([chord, &queue = ports_.background, &poster = ports_.poster] {
+        const auto typing = poster.keyTyping(chord.character);
+        auto sequence = typing ? keyWithModifiers(typing->keyCode, chord.flags | typing->flags)
+                               : keyWithModifiers(chord.keyCode, chord.flags);
+        InputSequence::perform(std::move(sequence), queue, poster);
+    });
+}
+
+void ButtonMapper::sendCatalogueShortcut(ButtonAction action, KeyChord chord) {
+    const auto* const tool = desktopTool(action);
+    const auto byKeys = [weak = weak_from_this(), tool, chord] {
+        const auto self = weak.lock();
+        if (self && !self->pressFirst({&tool->hotKey, 1})) self->simulateKey(chord);
+        return true;
+    };
+    if (tool != nullptr && ports_.views.show(tool->view, byKeys)) return;
+    simulateKey(chord);
+}
+
 void ButtonMapper::sendMediaKey(MediaKey mediaKey) {
     const auto data1 = static_cast<std::int64_t>(mediaKey) << 16U;
     for (const EventFlags edge : {mediaKeyDown, mediaKeyUp}) {
@@ -204,15 +226,22 @@ std::optional<KeyChord> ButtonMapper::resolveFirst(std::span<const int> ids) con
     return std::nullopt;
 }
 
+bool ButtonMapper::pressFirst(std::span<const int> ids) {
+    const auto chord = resolveFirst(ids);
+    if (!chord) return false;
+    ports_.background.async([weak = weak_from_this(), chord = *chord] {
+        if (const auto self = weak.lock()) self->simulateKey(chord);
+    });
+    return true;
+}
+
 void ButtonMapper::triggerSystemHotKey(std::span<const int> ids, SystemView view,
                                        const std::function<void()>& fallback) {
-    if (const auto chord = resolveFirst(ids)) {
-        ports_.background.async([weak = weak_from_this(), chord = *chord] {
-            if (const auto self = weak.lock()) self->simulateKey(chord);
-        });
-        return;
-    }
-    if (!ports_.views.show(view)) fallback();
+    const auto byKeys = [weak = weak_from_this(), ids] {
+        const auto self = weak.lock();
+        return self && self->pressFirst(ids);
+    };
+    if (!ports_.views.show(view, byKeys) && !pressFirst(ids)) fallback();
 }
 
 void ButtonMapper::triggerMissionControl() {
@@ -265,8 +294,13 @@ void ButtonMapper::triggerMoveDesktop(KeyCode keyCode) {
         if (!self) return;
         const bool left = keyCode == key::leftArrow;
         const std::span<const int> ids = left ? desktopLeftHotKeys : desktopRightHotKeys;
+        const auto byKeys = [weak, ids] {
+            const auto mapper = weak.lock();
+            return mapper && mapper->pressFirst(ids);
+        };
+        const auto view = left ? SystemView::desktopLeft : SystemView::desktopRight;
+        if (self->ports_.views.show(view, byKeys)) return;
         if (const auto chord = self->resolveFirst(ids)) return self->simulateKey(*chord);
-        if (self->ports_.views.show(left ? SystemView::desktopLeft : SystemView::desktopRight)) return;
         InputSequence::perform(self->desktopMoveCascade(keyCode), self->ports_.background,
                                self->ports_.poster);
     });

@@ -61,12 +61,15 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
     void performAction(ButtonAction action, const ButtonMapping& mapping, FunctionSlot slot);
 
     void simulateKey(KeyCode keyCode, EventFlags flags);
-    void simulateKey(KeyChord chord) { simulateKey(chord.keyCode, chord.flags); }
+    void simulateKey(KeyChord chord);
+    void sendCatalogueShortcut(ButtonAction action, KeyChord chord);
     void sendMediaKey(MediaKey mediaKey);
     void simulateMouseClick(std::int64_t button);
 
     [[nodiscard]] std::optional<KeyChord> resolveSystemHotKey(int id) const;
     [[nodiscard]] std::optional<KeyChord> resolveFirst(std::span<const int> ids) const;
+    /// False when none of the hot keys resolves.
+    bool pressFirst(std::span<const int> ids);
     void triggerSystemHotKey(std::span<const int> ids, SystemView view,
                              const std::function<void()>& fallback);
     void triggerMissionControl();

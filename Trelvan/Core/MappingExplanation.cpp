@@ -219,7 +219,11 @@ class Explainer {
             default:
                 break;
         }
-        if (chord) {
+        if (chord && shortcuts_.desktopGoesFirst && desktopTool(function.action) != nullptr) {
+            say({"Asked of the desktop; where it has no way of its own, sent: ",
+                 "Se pide al escritorio; si no tiene forma propia, se envía: "},
+                textOf(*chord));
+        } else if (chord) {
             say({"Sent: ", "Se envía: "}, textOf(*chord));
         } else if (!recorded.empty()) {
             say({"With: ", "Con: "}, recorded);

@@ -1,6 +1,9 @@
 #include "Core/MappingResolution.hpp"
 
 #include "Core/Model/ButtonNumbers.hpp"
+#include "Platform/HotKeyTable.hpp"
+
+#include <algorithm>
 
 namespace trelvan {
 
@@ -95,6 +98,18 @@ std::optional<KeyChord> catalogueShortcut(ButtonAction action, const ActionShort
         default:
             return std::nullopt;
     }
+}
+
+const DesktopTool* desktopTool(ButtonAction action) {
+    static constexpr std::array desktopTools{
+        DesktopTool{ButtonAction::screenshotArea, SystemView::screenshotArea, hotkey::screenshotArea},
+        DesktopTool{ButtonAction::screenshotFull, SystemView::screenshotFull, hotkey::screenshotFull},
+        DesktopTool{ButtonAction::screenshotTool, SystemView::screenshotTool, hotkey::screenshotTool},
+        DesktopTool{ButtonAction::emojiPanel, SystemView::emojiPanel, hotkey::emojiPanel},
+        DesktopTool{ButtonAction::lockWorkstation, SystemView::lockScreen, hotkey::lockScreen},
+    };
+    const auto* const found = std::ranges::find(desktopTools, action, &DesktopTool::action);
+    return found != desktopTools.end() ? found : nullptr;
 }
 
 ButtonAction actionOf(const ButtonMapping& mapping, FunctionSlot slot) {

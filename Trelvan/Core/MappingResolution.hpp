@@ -3,6 +3,7 @@
 #include "Core/Model/ButtonMapping.hpp"
 #include "Platform/ActionShortcuts.hpp"
 #include "Platform/Quartz.hpp"
+#include "Platform/SystemViews.hpp"
 
 #include <array>
 #include <cstdint>
@@ -69,6 +70,15 @@ struct ResolvedFunction {
 /// The combination by which the platform knows an action; none for an action that is not one combination.
 [[nodiscard]] std::optional<KeyChord> catalogueShortcut(ButtonAction action,
                                                         const ActionShortcuts& shortcuts);
+/// An action that a desktop may have a tool for.
+struct DesktopTool {
+    ButtonAction action;
+    SystemView view;
+    /// The tool's symbolic hot key.
+    int hotKey;
+};
+/// None for any other action. Lives as long as the program.
+[[nodiscard]] const DesktopTool* desktopTool(ButtonAction action);
 /// The action of a slot.
 [[nodiscard]] ButtonAction actionOf(const ButtonMapping& mapping, FunctionSlot slot);
 /// The custom shortcut of a slot.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/KeyChord.hpp"
 #include "Platform/Quartz.hpp"
 #include "Platform/TapEvent.hpp"
 
@@ -46,6 +47,10 @@ class EventPoster {
     /// `type` is a button or a motion type; the location's origin is the top left.
     [[nodiscard]] virtual std::optional<MouseEvent> makeMouse(EventType type, std::int64_t buttonNumber,
                                                               Point location) = 0;
+
+    /// The key that types the character in the keyboard layout in use, with the Shift it may take. None where
+    /// the layout has no such key, and on a platform whose shortcuts go by the key's place.
+    [[nodiscard]] virtual std::optional<KeyChord> keyTyping(char32_t /*character*/) { return std::nullopt; }
 
     virtual void post(const KeyEvent& event, TapLocation at) = 0;
     virtual void post(const MouseEvent& event, TapLocation at) = 0;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Quartz.hpp"
+#include "Platform/KeyChord.hpp"
 
 #include <cstdint>
 #include <optional>
@@ -8,15 +8,24 @@
 
 namespace trelvan {
 
-/// A key with the modifiers that go with it.
-struct KeyChord {
-    KeyCode keyCode = 0;
-    EventFlags flags = 0;
-    friend bool operator==(const KeyChord&, const KeyChord&) = default;
-};
+/// Symbolic identifiers of the desktop's functions.
+namespace hotkey {
+inline constexpr int screenshotFull = 28;
+inline constexpr int screenshotArea = 30;
+inline constexpr int missionControl = 32;
+inline constexpr int appWindows = 33;
+inline constexpr int showDesktop = 36;
+inline constexpr int desktopLeft = 79;
+inline constexpr int desktopRight = 81;
+inline constexpr int launchpad = 160;
+inline constexpr int screenshotTool = 184;
+// Not among the system's own: other platforms' desktops have shortcuts for these, too.
+inline constexpr int lockScreen = 1000;
+inline constexpr int emojiPanel = 1001;
+}  // namespace hotkey
 
 /// One entry of the symbolic hot-key table, as the system stores it. A platform that keeps shortcuts in
-/// another form offers them as {0, key code, modifier flags}.
+/// another form offers them as {character or 65535, key code, modifier flags}.
 struct HotKeyEntry {
     bool enabled = false;
     /// The array "parameters"; no value for an element that is not a whole number.
@@ -24,7 +33,7 @@ struct HotKeyEntry {
 };
 
 /// The shortcuts that the user gave the desktop's own functions, under the system's symbolic identifiers.
-/// Any thread; read afresh at each call.
+/// Any thread; as they are at each call.
 class HotKeyTable {
   public:
     virtual ~HotKeyTable() = default;

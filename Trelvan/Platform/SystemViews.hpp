@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 namespace trelvan {
 
-/// The desktop's own views and moves that actions ask for.
+/// What an action may ask the desktop itself for: its views, moves between its desktops, its tools.
 enum class SystemView : std::uint8_t {
     missionControl,
     appExpose,
@@ -12,19 +13,26 @@ enum class SystemView : std::uint8_t {
     showDesktop,
     desktopLeft,
     desktopRight,
+    screenshotArea,
+    screenshotFull,
+    screenshotTool,
+    emojiPanel,
+    lockScreen,
 };
 
-/// Shows a view or moves between desktops by the desktop's own protocol rather than by keys.
-///
-/// Asked when no symbolic hot key resolves. Where the answer is true nothing else is tried, which keeps
-/// guessed keystrokes out of the user's document on desktops that can be asked directly. Any thread.
+/// Asks the desktop by its own protocols rather than by keys, which keeps guessed keystrokes out of the
+/// user's document. Any thread; never waits for the desktop.
 class SystemViews {
   public:
+    /// Presses the keys that are known for the view; false when none are. Any thread.
+    using ByKeys = std::function<bool()>;
+
     virtual ~SystemViews() = default;
 
-    /// True when this platform took charge of it (or said in the log why it cannot be done); false when only
-    /// keys can do it.
-    [[nodiscard]] virtual bool show(SystemView view) = 0;
+    /// True when this platform took charge: the desktop is asked and, where it cannot be, `byKeys` called;
+    /// when neither helps, the log says so. False when only keys can do it, known or guessed: it is the
+    /// caller's then.
+    [[nodiscard]] virtual bool show(SystemView view, ByKeys byKeys) = 0;
 };
 
 }  // namespace trelvan

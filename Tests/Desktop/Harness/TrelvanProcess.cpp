@@ -25,13 +25,16 @@ std::string programPath() {
     return chosen != nullptr ? chosen : TRELVAN_BUILT_PROGRAM;
 }
 
-TrelvanProcess::TrelvanProcess(VirtualDesktop& desktop, const Settings& settings)
+TrelvanProcess::TrelvanProcess(VirtualDesktop& desktop, const Settings& settings,
+                               const std::map<std::string, std::string>& more)
     : folder(freshFolder(desktop)) {
     std::filesystem::create_directory(folder / "config");
     writeFile(folder / "config" / "settings.json", settings.text());
+    auto environment = desktop.environment();
+    for (const auto& [name, value] : more) environment[name] = value;
     process =
         std::make_unique<ChildProcess>(Launch{.arguments = {programPath(), "--config", folder / "config"},
-                                              .environment = desktop.environment(),
+                                              .environment = environment,
                                               .directory = folder,
                                               .output = folder / "output",
                                               .errors = folder / "errors"});

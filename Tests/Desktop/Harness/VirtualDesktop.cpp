@@ -102,6 +102,11 @@ void VirtualDesktop::makeFolders() {
     writeFile(place / "openbox.xml", windowManagerConfiguration());
     writeFile(place / "bus.conf", busConfiguration(place / "run" / "bus"));
     writeFile(place / "bin" / "xdg-open", recordingOpener(place / "opened"));
+    // A desktop without these: the machine may have them.
+    for (const char* absent : {"xdg-screensaver", "gsettings"}) {
+        writeFile(place / "bin" / absent, "#!/bin/sh\nexit 1\n");
+        std::filesystem::permissions(place / "bin" / absent, std::filesystem::perms::owner_all);
+    }
     std::filesystem::permissions(place / "bin" / "xdg-open", std::filesystem::perms::owner_all);
     variables = {{"HOME", place / "home"},
                  {"XDG_CONFIG_HOME", place / "config"},
@@ -110,6 +115,8 @@ void VirtualDesktop::makeFolders() {
                  {"XDG_RUNTIME_DIR", place / "run"},
                  {"XDG_CONFIG_DIRS", place / "config"},
                  {"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + (place / "run" / "bus").string()},
+                 // Nobody is there: the machine's own would lock its user's screen.
+                 {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (place / "run" / "no-system-bus").string()},
                  {"PATH", (place / "bin").string() + ":/usr/local/bin:/usr/bin:/bin"},
                  {"LANG", "C.UTF-8"}};
 }

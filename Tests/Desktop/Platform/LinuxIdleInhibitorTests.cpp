@@ -1,5 +1,5 @@
-#include "Desktop/Platform/FakeService.hpp"
 #include "Desktop/Platform/QtLoop.hpp"
+#include "Desktop/Platform/RecordingService.hpp"
 #include "Desktop/Platform/ServerTest.hpp"
 #include "Platform/Linux/LinuxIdleInhibitor.hpp"
 
@@ -20,10 +20,10 @@ using Methods = std::vector<std::string>;
 
 class LinuxIdleInhibitorTest : public ServerTest {
   protected:
-    static QVariantList cookie(const FakeService::Call& call) {
+    static QVariantList cookie(const RecordingService::Call& call) {
         return call.method == "Inhibit" ? QVariantList{42U} : QVariantList();
     }
-    static bool answers(const FakeService& service, std::size_t calls) {
+    static bool answers(const RecordingService& service, std::size_t calls) {
         return runUntil([&] { return service.calls().size() >= calls; });
     }
 
@@ -32,7 +32,7 @@ class LinuxIdleInhibitorTest : public ServerTest {
 
 TEST_F(LinuxIdleInhibitorTest, HoldInhibitsAndItsEndGivesBackWhatWasGranted) {
     for (const auto* name : {screenSaver, powerManagement}) {
-        const FakeService service(busAddress(), name, cookie);
+        const RecordingService service(busAddress(), name, cookie);
         ASSERT_TRUE(service.isServing());
         auto hold = inhibitor.hold();
         ASSERT_TRUE(answers(service, 1));
@@ -47,14 +47,14 @@ TEST_F(LinuxIdleInhibitorTest, HoldInhibitsAndItsEndGivesBackWhatWasGranted) {
 }
 
 TEST_F(LinuxIdleInhibitorTest, WhatIsGrantedTooLateIsGivenBack) {
-    const FakeService service(busAddress(), screenSaver, cookie);
+    const RecordingService service(busAddress(), screenSaver, cookie);
     inhibitor.hold().reset();
     ASSERT_TRUE(answers(service, 2));
     EXPECT_EQ(service.methods(), (Methods{"Inhibit", "UnInhibit"}));
 }
 
 TEST_F(LinuxIdleInhibitorTest, ServiceThatComesBackIsAskedAgain) {
-    std::optional<FakeService> service(std::in_place, busAddress(), screenSaver, cookie);
+    std::optional<RecordingService> service(std::in_place, busAddress(), screenSaver, cookie);
     const auto hold = inhibitor.hold();
     ASSERT_TRUE(answers(*service, 1));
     service.emplace(busAddress(), screenSaver, cookie);
@@ -64,18 +64,19 @@ TEST_F(LinuxIdleInhibitorTest, ServiceThatComesBackIsAskedAgain) {
 
 TEST_F(LinuxIdleInhibitorTest, ServiceThatComesLaterIsAskedThen) {
     const auto hold = inhibitor.hold();
-    const FakeService service(busAddress(), screenSaver, cookie);
+    const RecordingService service(busAddress(), screenSaver, cookie);
     EXPECT_TRUE(answers(service, 1));
 }
 
 TEST_F(LinuxIdleInhibitorTest, LoginManagersDescriptorIsHeldAndClosed) {
     int ends[2] = {-1, -1};
     ASSERT_EQ(pipe2(ends, O_CLOEXEC | O_NONBLOCK), 0);
-    const FakeService service(busAddress(), loginManager, [&](const FakeService::Call&) -> QVariantList {
-        const QDBusUnixFileDescriptor grant(ends[1]);
-        close(ends[1]);
-        return {QVariant::fromValue(grant)};
-    });
+    const RecordingService service(busAddress(), loginManager,
+                                   [&](const RecordingService::Call&) -> QVariantList {
+                                       const QDBusUnixFileDescriptor grant(ends[1]);
+                                       close(ends[1]);
+                                       return {QVariant::fromValue(grant)};
+                                   });
     // The reading end of the pipe ends when nobody holds the other any more.
     const auto isHeld = [&] {
         char byte = 0;

@@ -1,5 +1,5 @@
-#include "Desktop/Platform/FakeService.hpp"
 #include "Desktop/Platform/QtLoop.hpp"
+#include "Desktop/Platform/RecordingService.hpp"
 #include "Desktop/Platform/ServerTest.hpp"
 #include "Platform/Linux/LinuxNotifications.hpp"
 #include "Support/CapturingLog.hpp"
@@ -15,14 +15,14 @@ constexpr auto serviceName = "org.freedesktop.Notifications";
 class LinuxNotificationsTest : public ServerTest {
   protected:
     /// A daemon with these capabilities.
-    static FakeService::Answer daemonWith(const QStringList& capabilities) {
-        return [capabilities](const FakeService::Call& call) -> QVariantList {
+    static RecordingService::Answer daemonWith(const QStringList& capabilities) {
+        return [capabilities](const RecordingService::Call& call) -> QVariantList {
             if (call.method == "GetCapabilities") return {capabilities};
             return {1U};
         };
     }
     /// The arguments of the only request to show something.
-    static QVariantList shown(const FakeService& daemon) {
+    static QVariantList shown(const RecordingService& daemon) {
         EXPECT_TRUE(runUntil([&] { return daemon.calls().size() >= 2; }));
         if (daemon.calls().empty() || daemon.calls().back().method != "Notify") return QVariantList(8);
         return daemon.calls().back().arguments;
@@ -47,7 +47,7 @@ class Delegate : public NotificationDelegate {
 };
 
 TEST_F(LinuxNotificationsTest, BodyIsEscapedForADaemonThatReadsMarkup) {
-    const FakeService daemon(busAddress(), serviceName, daemonWith({"body", "body-markup"}));
+    const RecordingService daemon(busAddress(), serviceName, daemonWith({"body", "body-markup"}));
     LinuxNotifications notifications(bus(), [] { return false; });
     notifications.add(request);
     const auto arguments = shown(daemon);
@@ -56,14 +56,14 @@ TEST_F(LinuxNotificationsTest, BodyIsEscapedForADaemonThatReadsMarkup) {
 }
 
 TEST_F(LinuxNotificationsTest, BodyIsPlainForADaemonThatDoesNot) {
-    const FakeService daemon(busAddress(), serviceName, daemonWith({"body"}));
+    const RecordingService daemon(busAddress(), serviceName, daemonWith({"body"}));
     LinuxNotifications notifications(bus(), [] { return false; });
     notifications.add(request);
     EXPECT_EQ(shown(daemon)[4], "a & b <i>c</i>");
 }
 
 TEST_F(LinuxNotificationsTest, RequestCarriesNameIconUrgencyAndSound) {
-    const FakeService daemon(busAddress(), serviceName, daemonWith({}));
+    const RecordingService daemon(busAddress(), serviceName, daemonWith({}));
     LinuxNotifications notifications(bus(), [] { return false; });
     request.level = InterruptionLevel::timeSensitive;
     notifications.add(request);
@@ -82,7 +82,7 @@ TEST_F(LinuxNotificationsTest, RequestCarriesNameIconUrgencyAndSound) {
 TEST_F(LinuxNotificationsTest, CriticalIsCriticalAndPassiveIsLow) {
     for (const auto& [level, urgency] :
          {std::pair{InterruptionLevel::critical, 2}, {InterruptionLevel::passive, 0}}) {
-        const FakeService daemon(busAddress(), serviceName, daemonWith({}));
+        const RecordingService daemon(busAddress(), serviceName, daemonWith({}));
         LinuxNotifications notifications(bus(), [] { return false; });
         request.level = level;
         notifications.add(request);
@@ -91,7 +91,7 @@ TEST_F(LinuxNotificationsTest, CriticalIsCriticalAndPassiveIsLow) {
 }
 
 TEST_F(LinuxNotificationsTest, DelegateIsAskedOnlyWhileTheProgramIsFrontmost) {
-    const FakeService daemon(busAddress(), serviceName, daemonWith({}));
+    const RecordingService daemon(busAddress(), serviceName, daemonWith({}));
     bool isFrontmost = false;
     LinuxNotifications notifications(bus(), [&] { return isFrontmost; });
     Delegate delegate(presentationOption::banner);
@@ -109,7 +109,7 @@ TEST_F(LinuxNotificationsTest, DelegateIsAskedOnlyWhileTheProgramIsFrontmost) {
 }
 
 TEST_F(LinuxNotificationsTest, WithoutBannerAndListNothingIsShown) {
-    const FakeService daemon(busAddress(), serviceName, daemonWith({}));
+    const RecordingService daemon(busAddress(), serviceName, daemonWith({}));
     LinuxNotifications notifications(bus(), [] { return true; });
     Delegate silent(presentationOption::sound);
     notifications.setDelegate(&silent);
@@ -128,7 +128,7 @@ TEST_F(LinuxNotificationsTest, MissingDaemonIsLoggedOnce) {
     notifications.add(request);
     notifications.add(request);
     EXPECT_TRUE(runUntil([&] { return !log.lines.empty(); }));
-    const FakeService daemon(busAddress(), serviceName, daemonWith({}));
+    const RecordingService daemon(busAddress(), serviceName, daemonWith({}));
     notifications.add(request);
     shown(daemon);
     AppLogger.disconnect();

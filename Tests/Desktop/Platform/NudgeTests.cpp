@@ -81,7 +81,8 @@ TEST_F(NudgeTest, ScreenSaverStaysOffForANightOfNudges) {
     setScreenSaver(1);
     keepAwake();
     bool cameOn = false;
-    // Eight hours; the nudges are a minute apart, and so come about 100 times within the screen saver's second.
+    // Eight hours; the nudges are a minute apart, and so come about 100 times within the screen saver's
+    // second.
     for (int minute = 0; minute < 480 && !cameOn; ++minute) {
         simulated.time.runFor(Seconds{60});
         cameOn = runUntil([&] { return isScreenSaverOn(); }, 10ms);

@@ -45,6 +45,16 @@ TEST(DesktopEntry, OtherGroupsAndComments_DoNotCount) {
     EXPECT_FALSE(parseDesktopEntry("[Desktop Entry]\nType=Link\nURL=x\n").has_value());
 }
 
+TEST(DesktopEntry, ProgramToTryAndBusActivation_AreRead) {
+    const auto entry = parseDesktopEntry(
+        "[Desktop Entry]\nType=Application\nTryExec=/opt/notes/run\nDBusActivatable=true\n");
+    ASSERT_TRUE(entry.has_value());
+    EXPECT_EQ(entry->tryExec, "/opt/notes/run");
+    EXPECT_TRUE(entry->dbusActivatable);
+    EXPECT_EQ(desktopEntryId("/usr/share/applications/org.example.my-notes.desktop"), "org.example.my-notes");
+    EXPECT_EQ(applicationObjectPath("org.example.my-notes"), "/org/example/my_notes");
+}
+
 /// A data folder with entries, named by the environment while it lives.
 class DataFolder {
   public:
@@ -61,24 +71,31 @@ class DataFolder {
         std::filesystem::remove_all(path);
     }
     void add(const std::string& id, const std::string& more) const {
-        std::ofstream(path / "applications" / (id + ".desktop"))
-            << "[Desktop Entry]\nType=Application\nExec=x\n"
-            << more;
+        std::ofstream(path / "applications" / (id + ".desktop")) << "[Desktop Entry]\nType=Application\n"
+                                                                 << more;
     }
     std::filesystem::path path;
 };
 
 TEST(DesktopEntry, InstalledEntry_IsFoundById) {
     const DataFolder folder;
-    folder.add("org.example.Notes", "");
+    folder.add("org.example.Notes", "Exec=x\n");
     EXPECT_EQ(findDesktopEntry("org.example.Notes"), folder.path / "applications/org.example.Notes.desktop");
     EXPECT_EQ(findDesktopEntry("org.example.Other"), std::nullopt);
     EXPECT_EQ(findDesktopEntry("../applications/org.example.Notes"), std::nullopt);
 }
 
+TEST(DesktopEntry, EntryWithoutACommand_CountsOnlyWhenTheBusStartsIt) {
+    const DataFolder folder;
+    folder.add("org.example.Empty", "");
+    folder.add("org.example.Bus", "DBusActivatable=true\n");
+    EXPECT_EQ(findDesktopEntry("org.example.Empty"), std::nullopt);
+    EXPECT_EQ(findDesktopEntry("org.example.Bus"), folder.path / "applications/org.example.Bus.desktop");
+}
+
 TEST(DesktopEntry, HiddenEntry_CountsAsNotInstalled) {
     const DataFolder folder;
-    folder.add("org.example.Gone", "Hidden=true\n");
+    folder.add("org.example.Gone", "Exec=x\nHidden=true\n");
     EXPECT_EQ(findDesktopEntry("org.example.Gone"), std::nullopt);
 }
 

@@ -9,7 +9,7 @@ namespace {
 
 class RecordedViews : public SystemViews {
   public:
-    [[nodiscard]] bool show(SystemView view) override {
+    [[nodiscard]] bool show(SystemView view, ByKeys /*byKeys*/) override {
         shown.push_back(view);
         return answer;
     }

@@ -33,6 +33,12 @@ TEST(KeyTable, EveryKeyOfAFullKeyboard_HasAKeyCode) {
     }
 }
 
+TEST(KeyTable, MediaKeys_HaveTheirKernelCodes) {
+    EXPECT_EQ(KeyTable::evdevCode(72), KEY_VOLUMEUP);
+    EXPECT_EQ(KeyTable::evdevCode(73), KEY_VOLUMEDOWN);
+    EXPECT_EQ(KeyTable::evdevCode(74), KEY_MUTE);
+}
+
 TEST(KeyTable, KeysOfTheCatalogue_LieWhereTheyAreExpected) {
     EXPECT_EQ(KeyTable::evdevCode(key::c), KEY_C);
     EXPECT_EQ(KeyTable::evdevCode(key::command), KEY_LEFTMETA);

@@ -131,6 +131,8 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text) {
         if (key == "Icon") entry.icon = value;
         if (key == "Exec") entry.exec = value;
         if (key == "Path") entry.path = value;
+        if (key == "TryExec") entry.tryExec = value;
+        if (key == "DBusActivatable") entry.dbusActivatable = value == "true";
         if (key == "Terminal") entry.terminal = value == "true";
         if (key == "Hidden") entry.hidden = value == "true";
     }
@@ -143,6 +145,20 @@ std::vector<std::string> commandLine(const DesktopEntry& entry, std::string_view
     if (!parts) return arguments;
     for (const auto& word : *parts) addExpanded(word, entry, entryPath, arguments);
     return arguments;
+}
+
+std::string_view desktopEntryId(std::string_view path) {
+    constexpr std::string_view ending = ".desktop";
+    path.remove_prefix(path.rfind('/') + 1);
+    if (path.ends_with(ending)) path.remove_suffix(ending.size());
+    return path;
+}
+
+std::string applicationObjectPath(std::string_view id) {
+    std::string path = "/" + std::string(id);
+    std::ranges::replace(path, '.', '/');
+    std::ranges::replace(path, '-', '_');
+    return path;
 }
 
 std::vector<std::string> dataFolders() {
@@ -169,7 +185,7 @@ std::optional<std::string> findDesktopEntry(std::string_view id) {
         const auto content = readFile(path);
         const auto entry = content.bytes ? parseDesktopEntry(*content.bytes) : std::nullopt;
         // The first file with the id counts, also when it says that the application is not there.
-        if (!entry || entry->hidden || entry->exec.empty()) return std::nullopt;
+        if (!entry || entry->hidden || (entry->exec.empty() && !entry->dbusActivatable)) return std::nullopt;
         return path;
     }
     return std::nullopt;

@@ -15,7 +15,11 @@ struct DesktopEntry {
     std::string exec;
     /// Working folder; empty for none of its own.
     std::string path;
+    /// A program that must be there for the application to be; empty for none.
+    std::string tryExec;
     bool terminal = false;
+    /// The application can be asked over the session bus, under the entry's id, to show itself.
+    bool dbusActivatable = false;
     bool hidden = false;
 };
 
@@ -24,6 +28,12 @@ struct DesktopEntry {
 
 /// The program and arguments of an entry opened without files; empty when Exec is not well formed.
 [[nodiscard]] std::vector<std::string> commandLine(const DesktopEntry& entry, std::string_view entryPath);
+
+/// The id of an entry by its path ("org.gnome.Notes").
+[[nodiscard]] std::string_view desktopEntryId(std::string_view path);
+
+/// The object that an application with this id offers on the bus ("/org/gnome/Notes").
+[[nodiscard]] std::string applicationObjectPath(std::string_view id);
 
 /// The path of the entry with this id ("org.gnome.Notes", without ".desktop") in the XDG data folders.
 [[nodiscard]] std::optional<std::string> findDesktopEntry(std::string_view id);

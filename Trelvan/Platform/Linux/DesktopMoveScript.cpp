@@ -30,7 +30,8 @@ std::optional<SystemView> desktopMove(std::string_view source) {
 ScriptResult DesktopMoveScript::run(std::string_view source) {
     const auto view = desktopMove(source);
     if (!view) return {.status = ScriptResult::Status::notCreated, .error = {}};
-    if (views_.show(*view)) return {.status = ScriptResult::Status::ran, .error = {}};
+    const auto noKeys = [] { return false; };
+    if (views_.show(*view, noKeys)) return {.status = ScriptResult::Status::ran, .error = {}};
     return {.status = ScriptResult::Status::failed, .error = "el escritorio no se puede cambiar"};
 }
 

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/ButtonNumbers.hpp"
 #include "Platform/Linux/KeyTable.hpp"
+#include "Platform/Linux/KeyboardLayout.hpp"
 #include "Platform/Linux/X11.hpp"
 #include "Utilities/Logger.hpp"
 
@@ -95,6 +96,16 @@ std::optional<MouseEvent> LinuxEventPoster::makeMouse(EventType type, std::int64
     const bool isKnown = edgeOf(type).isButton ? xButton(buttonNumber).has_value() : isMotion(type);
     if (!isKnown) return std::nullopt;
     return MouseEvent{.type = type, .buttonNumber = buttonNumber, .location = location, .native = {}};
+}
+
+std::optional<KeyChord> LinuxEventPoster::keyTyping(char32_t character) {
+    return keyFor(KeyboardLayout::keysym(character));
+}
+
+std::optional<KeyChord> LinuxEventPoster::keyFor(unsigned long keysym) {
+    const std::lock_guard lock(mutex_);
+    refresh();
+    return KeyboardLayout::inUse(connection_->display()).find(keysym);
 }
 
 void LinuxEventPoster::refresh() {

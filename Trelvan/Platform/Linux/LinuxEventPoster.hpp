@@ -31,6 +31,7 @@ class LinuxEventPoster : public EventPoster {
                                                   EventFlags flags) override;
     [[nodiscard]] std::optional<MouseEvent> makeMouse(EventType type, std::int64_t buttonNumber,
                                                       Point location) override;
+    [[nodiscard]] std::optional<KeyChord> keyTyping(char32_t character) override;
     void post(const KeyEvent& event, TapLocation at) override;
     void post(const MouseEvent& event, TapLocation at) override;
     void post(const MediaKeyEvent& event, TapLocation at) override;
@@ -38,6 +39,9 @@ class LinuxEventPoster : public EventPoster {
 
     /// Whether an event posted here may still be on its way back to this program as a raw one.
     [[nodiscard]] bool hasJustPosted() const;
+
+    /// The key that types a keysym in the keyboard layout in use.
+    [[nodiscard]] std::optional<KeyChord> keyFor(unsigned long keysym);
 
     /// A real keyboard let a key go.
     void physicalKeyReleased();

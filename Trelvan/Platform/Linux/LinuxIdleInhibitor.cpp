@@ -1,8 +1,7 @@
 #include "Platform/Linux/LinuxIdleInhibitor.hpp"
 
-#include "Platform/Linux/AsyncCall.hpp"
+#include "Platform/Linux/BusCall.hpp"
 
-#include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QDBusUnixFileDescriptor>
@@ -51,12 +50,11 @@ Inhibitor loginInhibitor() {
             nullptr};
 }
 
+/// A grant that is not waited for could not be given back.
+constexpr std::chrono::minutes longestWait{10};
+
 QDBusMessage callTo(const Inhibitor& inhibitor, const char* method) {
-    auto call =
-        QDBusMessage::createMethodCall(inhibitor.service, inhibitor.path, inhibitor.interface, method);
-    // A service that nobody runs inhibits nothing.
-    call.setAutoStartService(false);
-    return call;
+    return QDBusMessage::createMethodCall(inhibitor.service, inhibitor.path, inhibitor.interface, method);
 }
 
 /// The inhibition of one service, for as long as this object lives.
@@ -93,11 +91,14 @@ class Inhibition {
     static void ask(const std::shared_ptr<Shared>& shared) {
         auto call = callTo(shared->inhibitor, "Inhibit");
         for (const auto& argument : shared->inhibitor.arguments) call << argument;
-        asyncCall(shared->bus, call, *QCoreApplication::instance(), [shared](const QDBusMessage& reply) {
-            if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return;
-            shared->grant = reply.arguments().front();
-            if (!shared->isWanted) giveBack(*shared);
-        });
+        callOverBus(shared->bus, call,
+                    [shared](const BusAnswer& answer) {
+                        const auto arguments = answer.reply.arguments();
+                        if (answer.status != BusAnswer::Status::done || arguments.isEmpty()) return;
+                        shared->grant = arguments.front();
+                        if (!shared->isWanted) giveBack(*shared);
+                    },
+                    {.startsService = false, .patience = longestWait});
     }
 
     static void giveBack(Shared& shared) {

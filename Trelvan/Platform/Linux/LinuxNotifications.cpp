@@ -1,6 +1,6 @@
 #include "Platform/Linux/LinuxNotifications.hpp"
 
-#include "Platform/Linux/AsyncCall.hpp"
+#include "Platform/Linux/BusCall.hpp"
 #include "Utilities/Logger.hpp"
 
 #include <QDBusMessage>
@@ -17,6 +17,9 @@ constexpr const char* path = "/org/freedesktop/Notifications";
 
 /// The daemon's own choice of how long.
 constexpr int defaultExpiry = -1;
+
+/// How long a daemon may take to start.
+constexpr std::chrono::seconds startPatience{15};
 
 /// Most desktops keep a critical notification on the screen until the user closes it, which news of a key
 /// press must not do; so only what the system itself calls critical becomes it.
@@ -54,12 +57,11 @@ void LinuxNotifications::add(const NotificationRequest& request) {
 
 void LinuxNotifications::show(const NotificationRequest& request, bool withSound) {
     // Asked anew each time, since the next daemon may be another one.
-    asyncCall(bus_, QDBusMessage::createMethodCall(service, path, service, "GetCapabilities"), context_,
-              [this, request, withSound](const QDBusMessage& reply) {
-                  if (reply.type() == QDBusMessage::ErrorMessage) return reportMissing(reply.errorMessage());
-                  const auto capabilities = reply.arguments().value(0).toStringList();
-                  send(request, withSound, capabilities.contains("body-markup"));
-              });
+    call(QDBusMessage::createMethodCall(service, path, service, "GetCapabilities"),
+         [this, request, withSound](const QDBusMessage& reply) {
+             const auto capabilities = reply.arguments().value(0).toStringList();
+             send(request, withSound, capabilities.contains("body-markup"));
+         });
 }
 
 void LinuxNotifications::send(const NotificationRequest& request, bool withSound, bool bodyHasMarkup) {
@@ -75,9 +77,18 @@ void LinuxNotifications::send(const NotificationRequest& request, bool withSound
     auto notify = QDBusMessage::createMethodCall(service, path, service, "Notify");
     notify << "Trelvan" << replacesNone << "input-mouse" << QString::fromStdString(request.title)
            << (bodyHasMarkup ? body.toHtmlEscaped() : body) << QStringList() << hints << defaultExpiry;
-    asyncCall(bus_, notify, context_, [this](const QDBusMessage& reply) {
-        if (reply.type() == QDBusMessage::ErrorMessage) reportMissing(reply.errorMessage());
-    });
+    call(notify, [](const QDBusMessage&) {});
+}
+
+void LinuxNotifications::call(const QDBusMessage& message, std::function<void(const QDBusMessage&)> onReply) {
+    callOverBus(bus_, message,
+                [this, weak = std::weak_ptr(alive_), onReply = std::move(onReply)](const BusAnswer& answer) {
+                    if (weak.expired()) return;
+                    if (answer.status == BusAnswer::Status::done) return onReply(answer.reply);
+                    reportMissing(answer.error);
+                },
+                // Many desktops start their daemon with the first notification.
+                {.startsService = true, .patience = startPatience});
 }
 
 void LinuxNotifications::reportMissing(const QString& reason) {

@@ -3,8 +3,10 @@
 #include "Platform/Notifications.hpp"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QObject>
 #include <functional>
+#include <memory>
 
 namespace trelvan {
 
@@ -24,14 +26,17 @@ class LinuxNotifications final : public Notifications {
   private:
     void show(const NotificationRequest& request, bool withSound);
     void send(const NotificationRequest& request, bool withSound, bool bodyHasMarkup);
+    void call(const QDBusMessage& message, std::function<void(const QDBusMessage&)> onReply);
     void reportMissing(const QString& reason);
 
     QDBusConnection bus_;
     std::function<bool()> isFrontmost_;
     NotificationDelegate* delegate_ = nullptr;
     bool reported_ = false;
-    /// Replies that come after this object find nobody.
+    /// Ends what is still queued with this object.
     QObject context_;
+    /// Answers that come after this object find it gone.
+    std::shared_ptr<char> alive_ = std::make_shared<char>();
 };
 
 }  // namespace trelvan

@@ -7,6 +7,7 @@
 #include "Platform/Linux/LinuxBundleInfo.hpp"
 #include "Platform/Linux/LinuxEventPoster.hpp"
 #include "Platform/Linux/LinuxEventTap.hpp"
+#include "Platform/Linux/LinuxHotKeys.hpp"
 #include "Platform/Linux/LinuxIdleInhibitor.hpp"
 #include "Platform/Linux/LinuxInputState.hpp"
 #include "Platform/Linux/LinuxKeyMonitors.hpp"
@@ -16,7 +17,6 @@
 #include "Platform/Linux/LinuxSystemViews.hpp"
 #include "Platform/Linux/LinuxWorkspace.hpp"
 #include "Platform/Linux/ModifierState.hpp"
-#include "Platform/Linux/NoHotKeys.hpp"
 #include "Platform/Linux/OutputSink.hpp"
 #include "Platform/Linux/PulseAudioInput.hpp"
 #include "Platform/Linux/QtRunLoop.hpp"
@@ -91,9 +91,10 @@ struct LinuxPlatform::Parts {
     LinuxScreens screens{pump};
     LinuxWorkspace workspace{mainQueue};
     LinuxAccessibilityTrust trust{*connection};
-    LinuxSystemViews views{*connection, mainQueue};
+    DesktopKind desktop = currentDesktop();
+    LinuxHotKeys hotKeys{desktop, timers, [this](unsigned long keysym) { return poster.keyFor(keysym); }};
+    LinuxSystemViews views{*connection, mainQueue, desktop, hotKeys};
     DesktopMoveScript script{views};
-    NoHotKeys hotKeys;
     LinuxNotifications notifications{QDBusConnection::sessionBus(),
                                      [] { return QGuiApplication::focusWindow() != nullptr; }};
     LinuxKeyMonitors keyMonitors{pump, modifiers};

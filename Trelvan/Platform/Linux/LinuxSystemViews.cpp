@@ -1,8 +1,12 @@
 #include "Platform/Linux/LinuxSystemViews.hpp"
 
 #include "Platform/Linux/DesktopGrid.hpp"
+#include "Platform/Linux/ScreenLock.hpp"
+#include "Platform/Linux/ScreenshotProgram.hpp"
 #include "Platform/Linux/ShellViews.hpp"
 #include "Utilities/Logger.hpp"
+
+#include <utility>
 
 namespace trelvan {
 
@@ -21,34 +25,64 @@ std::string_view nameOf(SystemView view) {
         case SystemView::desktopLeft:
         case SystemView::desktopRight:
             return "cambiar de escritorio";
+        case SystemView::screenshotArea:
+        case SystemView::screenshotFull:
+        case SystemView::screenshotTool:
+            return "capturas de pantalla";
+        case SystemView::emojiPanel:
+            return "el panel de emojis";
+        case SystemView::lockScreen:
+            return "bloquear la pantalla";
     }
     return {};
 }
 
 }  // namespace
 
-bool LinuxSystemViews::show(SystemView view) {
-    mainQueue_.async([this, view] { showNow(view); });
+bool LinuxSystemViews::show(SystemView view, ByKeys byKeys) {
+    mainQueue_.async([this, view, byKeys = std::move(byKeys)] { showNow(view, byKeys); });
     return true;
 }
 
-void LinuxSystemViews::showNow(SystemView view) {
-    bool isShown = false;
+void LinuxSystemViews::showNow(SystemView view, const ByKeys& byKeys) {
+    if (showByWindowManager(view)) return;
+    const auto otherwise = [this, view, byKeys] { showByKeys(view, byKeys); };
+    if (view == SystemView::lockScreen) return ScreenLock::lock(otherwise);
+    ShellViews::show(view, otherwise);
+}
+
+bool LinuxSystemViews::showByWindowManager(SystemView view) {
     switch (view) {
         case SystemView::showDesktop:
-            isShown = toggleShowDesktop();
-            break;
+            return toggleShowDesktop();
         case SystemView::desktopLeft:
-            isShown = moveDesktop(false);
-            break;
+            return moveDesktop(false);
         case SystemView::desktopRight:
-            isShown = moveDesktop(true);
-            break;
+            return moveDesktop(true);
         default:
-            isShown = ShellViews::show(view);
-            break;
+            return false;
     }
-    if (!isShown) reportMissing(view);
+}
+
+void LinuxSystemViews::showByKeys(SystemView view, const ByKeys& byKeys) {
+    if (takeScreenshot(view) || byKeys()) return;
+    if (view != SystemView::launchpad) return reportMissing(view);
+    // Newer versions of GNOME show the grid of applications only to their own programs.
+    ShellViews::showGnomeOverview([this, view] { reportMissing(view); });
+}
+
+/// The user's own shortcut goes first, and where there is none its usual key may stand for another kind.
+bool LinuxSystemViews::takeScreenshot(SystemView view) const {
+    switch (view) {
+        case SystemView::screenshotFull:
+            return !hotKeys_.entry(hotkey::screenshotFull) && startScreenshot(desktop_, view);
+        case SystemView::screenshotArea:
+            return !hotKeys_.entry(hotkey::screenshotArea) && startScreenshot(desktop_, view);
+        case SystemView::screenshotTool:
+            return !hotKeys_.entry(hotkey::screenshotTool) && startScreenshot(desktop_, view);
+        default:
+            return false;
+    }
 }
 
 bool LinuxSystemViews::toggleShowDesktop() {

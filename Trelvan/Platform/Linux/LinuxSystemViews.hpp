@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/HotKeyTable.hpp"
+#include "Platform/Linux/CurrentDesktop.hpp"
 #include "Platform/Linux/RootProperties.hpp"
 #include "Platform/RunLoop.hpp"
 #include "Platform/SystemViews.hpp"
@@ -8,23 +10,29 @@
 
 namespace trelvan {
 
-/// The desktop's views by the window manager's protocol and the shells' own interfaces. Any thread: the work
-/// hops to the main thread.
+/// The desktop's views by the window manager's protocol, the shells' own interfaces and, where neither
+/// serves, the shortcuts that are known. Any thread: the work hops to the main thread.
 class LinuxSystemViews : public SystemViews {
   public:
-    LinuxSystemViews(XConnection& connection, MainQueue& mainQueue)
-        : properties_(connection), mainQueue_(mainQueue) {}
+    LinuxSystemViews(XConnection& connection, MainQueue& mainQueue, DesktopKind desktop,
+                     const HotKeyTable& hotKeys)
+        : properties_(connection), mainQueue_(mainQueue), desktop_(desktop), hotKeys_(hotKeys) {}
 
-    [[nodiscard]] bool show(SystemView view) override;
+    [[nodiscard]] bool show(SystemView view, ByKeys byKeys) override;
 
   private:
-    void showNow(SystemView view);
+    void showNow(SystemView view, const ByKeys& byKeys);
+    [[nodiscard]] bool showByWindowManager(SystemView view);
+    void showByKeys(SystemView view, const ByKeys& byKeys);
+    [[nodiscard]] bool takeScreenshot(SystemView view) const;
     [[nodiscard]] bool toggleShowDesktop();
     [[nodiscard]] bool moveDesktop(bool right);
     void reportMissing(SystemView view);
 
     RootProperties properties_;
     MainQueue& mainQueue_;
+    DesktopKind desktop_;
+    const HotKeyTable& hotKeys_;
     std::set<SystemView> reported_;
 };
 

@@ -78,6 +78,7 @@ void LinuxWorkspace::openUrl(std::string_view url) {
 
 void LinuxWorkspace::reveal(std::string_view folder) {
     mainQueue_.async([folder = std::string(folder)] {
+        if (!QDBusConnection::sessionBus().isConnected()) return openWithDesktop(folder, true);
         auto call =
             QDBusMessage::createMethodCall("org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
                                            "org.freedesktop.FileManager1", "ShowFolders");

@@ -8,6 +8,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
 #include <QDesktopServices>
 #include <QProcess>
 #include <QStandardPaths>
@@ -49,16 +54,46 @@ bool startDetached(const std::vector<std::string>& command, const std::string& f
     return process.startDetached();
 }
 
+bool isInstalled(const std::string& program) {
+    return !QStandardPaths::findExecutable(QString::fromStdString(program)).isEmpty();
+}
+
+void startByCommand(const DesktopEntry& entry, const std::string& path) {
+    auto command = commandLine(entry, path);
+    if (command.empty()) return reportFailure(path, "no es una aplicación");
+    if (!isInstalled(command.front()))
+        return reportFailure(path, ShortText("no se encuentra el programa ", command.front()));
+    if (entry.terminal && !prependTerminal(command)) return reportFailure(path, "no hay terminal");
+    if (!startDetached(command, entry.path.empty() ? homeFolder() : entry.path)) {
+        reportFailure(path, "no se pudo ejecutar");
+    }
+}
+
+/// Asks the application over the session bus, which starts it where it does not run.
+void startOverBus(const DesktopEntry& entry, const std::string& path) {
+    if (!QDBusConnection::sessionBus().isConnected()) return startByCommand(entry, path);
+    const std::string id(desktopEntryId(path));
+    auto activate = QDBusMessage::createMethodCall(QString::fromStdString(id),
+                                                   QString::fromStdString(applicationObjectPath(id)),
+                                                   "org.freedesktop.Application", "Activate");
+    activate << QVariantMap();
+    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(activate));
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, entry, path] {
+        // One that is slow to answer still comes up.
+        if (watcher->isError() && watcher->error().type() != QDBusError::NoReply) startByCommand(entry, path);
+        watcher->deleteLater();
+    });
+}
+
 void startEntry(const std::string& path) {
     const auto content = readFile(path);
     if (!content.bytes) return reportFailure(path, content.error);
     const auto entry = parseDesktopEntry(*content.bytes);
-    auto command = entry ? commandLine(*entry, path) : std::vector<std::string>{};
-    if (command.empty()) return reportFailure(path, "no es una aplicación");
-    if (entry->terminal && !prependTerminal(command)) return reportFailure(path, "no hay terminal");
-    if (!startDetached(command, entry->path.empty() ? homeFolder() : entry->path)) {
-        reportFailure(path, "no se pudo ejecutar");
-    }
+    if (!entry) return reportFailure(path, "no es una aplicación");
+    if (!entry->tryExec.empty() && !isInstalled(entry->tryExec))
+        return reportFailure(path, ShortText("no se encuentra el programa ", entry->tryExec));
+    if (entry->dbusActivatable) return startOverBus(*entry, path);
+    startByCommand(*entry, path);
 }
 
 }  // namespace
@@ -68,7 +103,7 @@ void startApplication(const std::string& path) {
     if (stat(path.c_str(), &info) != 0) return reportFailure(path, "no existe");
     if (S_ISDIR(info.st_mode)) return openWithDesktop(path, true);
     if (path.ends_with(".desktop")) return startEntry(path);
-    if (access(path.c_str(), X_OK) != 0) return reportFailure(path, "no es ejecutable");
+    if (access(path.c_str(), X_OK) != 0) return reportFailure(path, "no tiene permiso de ejecución");
     if (!startDetached({path}, homeFolder())) reportFailure(path, "no se pudo ejecutar");
 }
 

@@ -1,111 +1,123 @@
 #include "Platform/Linux/ShellViews.hpp"
 
+#include "Platform/Linux/BusCall.hpp"
 #include "Utilities/Logger.hpp"
 
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusReply>
 #include <QDBusVariant>
-#include <functional>
 #include <utility>
 
 namespace trelvan {
 
 namespace {
 
+using Otherwise = ShellViews::Otherwise;
+using Status = BusAnswer::Status;
+
 constexpr const char* gnomeShell = "org.gnome.Shell";
 constexpr const char* gnomePath = "/org/gnome/Shell";
+constexpr const char* properties = "org.freedesktop.DBus.Properties";
 constexpr const char* kdeShortcuts = "org.kde.kglobalaccel";
+constexpr const char* cinnamon = "org.Cinnamon";
 
-/// A shell that hangs must not hang the main thread for long.
-constexpr int patienceMilliseconds = 250;
-
-bool isRunning(const char* service) {
-    auto* bus = QDBusConnection::sessionBus().interface();
-    return bus != nullptr && bus->isServiceRegistered(service).value();
+void call(const QDBusMessage& message, std::function<void(const BusAnswer&)> answered) {
+    callOverBus(QDBusConnection::sessionBus(), message, std::move(answered));
 }
 
-void reportRefusal(const QString& error) {
-    AppLogger.warning(ShortText("El escritorio rechazó mostrar la vista: ", error.toStdString()));
+/// What to do with an answer that needs no reading: nothing when it is done, else the other way, but for a
+/// shell that may still do it.
+std::function<void(const BusAnswer&)> settle(const Otherwise& otherwise) {
+    return [otherwise](const BusAnswer& answer) {
+        if (answer.status == Status::refused) return otherwise();
+        if (answer.status == Status::silent)
+            AppLogger.warning(ShortText("El escritorio no respondió: ", answer.error.toStdString()));
+    };
 }
 
-/// Sends a call without waiting; `onError` gets the error's description if there is one.
-void call(const QDBusMessage& message, std::function<void(const QString&)> onError) {
-    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message));
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
-                     [watcher, onError = std::move(onError)] {
-                         if (watcher->isError()) onError(watcher->error().message());
-                         watcher->deleteLater();
-                     });
-}
-
-void setGnomeOverview(bool shown) {
-    auto set =
-        QDBusMessage::createMethodCall(gnomeShell, gnomePath, "org.freedesktop.DBus.Properties", "Set");
+void setGnomeOverview(bool shown, const Otherwise& otherwise) {
+    auto set = QDBusMessage::createMethodCall(gnomeShell, gnomePath, properties, "Set");
     set << gnomeShell << "OverviewActive" << QVariant::fromValue(QDBusVariant(shown));
-    call(set, [](const QString& error) { reportRefusal(error); });
+    call(set, settle(otherwise));
 }
 
-void toggleGnomeOverview() {
-    auto get =
-        QDBusMessage::createMethodCall(gnomeShell, gnomePath, "org.freedesktop.DBus.Properties", "Get");
+void toggleGnomeOverview(const Otherwise& otherwise) {
+    auto get = QDBusMessage::createMethodCall(gnomeShell, gnomePath, properties, "Get");
     get << gnomeShell << "OverviewActive";
-    const QDBusReply<QDBusVariant> isActive =
-        QDBusConnection::sessionBus().call(get, QDBus::Block, patienceMilliseconds);
-    setGnomeOverview(!isActive.isValid() || !isActive.value().variant().toBool());
+    call(get, [otherwise](const BusAnswer& answer) {
+        if (answer.status != Status::done) return settle(otherwise)(answer);
+        const QDBusReply<QDBusVariant> isActive(answer.reply);
+        setGnomeOverview(!isActive.value().variant().toBool(), otherwise);
+    });
 }
 
-void showGnomeApplications() {
-    // Some versions let only their own programs ask for the grid; the overview is one step from it.
+void showGnomeApplications(const Otherwise& otherwise) {
     call(QDBusMessage::createMethodCall(gnomeShell, gnomePath, gnomeShell, "ShowApplications"),
-         [](const QString&) { setGnomeOverview(true); });
+         settle(otherwise));
 }
 
-void invokeKde(const char* component, const char* shortcut) {
-    auto invoke = QDBusMessage::createMethodCall(kdeShortcuts, QString("/component/%1").arg(component),
-                                                 "org.kde.kglobalaccel.Component", "invokeShortcut");
-    invoke << shortcut;
-    call(invoke, [](const QString& error) { reportRefusal(error); });
+/// Invokes the first of the component's shortcuts that it has: which there are depends on the version and on
+/// the effects that are on, and asking for another is answered like success.
+void invokeKde(const QString& component, const QStringList& shortcuts, const Otherwise& otherwise) {
+    const auto method = [component](const char* name) {
+        return QDBusMessage::createMethodCall(kdeShortcuts, "/component/" + component,
+                                              "org.kde.kglobalaccel.Component", name);
+    };
+    call(method("shortcutNames"), [=](const BusAnswer& answer) {
+        if (answer.status != Status::done) return settle(otherwise)(answer);
+        const QStringList known = QDBusReply<QStringList>(answer.reply).value();
+        for (const auto& shortcut : shortcuts) {
+            if (!known.contains(shortcut)) continue;
+            auto invoke = method("invokeShortcut");
+            invoke << shortcut;
+            return call(invoke, settle(otherwise));
+        }
+        otherwise();
+    });
 }
 
-bool showOnGnome(SystemView view) {
-    switch (view) {
-        // GNOME has one overview for both.
-        case SystemView::missionControl:
-        case SystemView::appExpose:
-            toggleGnomeOverview();
-            return true;
-        case SystemView::launchpad:
-            showGnomeApplications();
-            return true;
-        default:
-            return false;
-    }
-}
-
-bool showOnKde(SystemView view) {
-    switch (view) {
-        case SystemView::missionControl:
-            invokeKde("kwin", "Overview");
-            return true;
-        case SystemView::appExpose:
-            invokeKde("kwin", "ExposeClass");
-            return true;
-        case SystemView::launchpad:
-            invokeKde("plasmashell", "activate application launcher");
-            return true;
-        default:
-            return false;
-    }
+void showCinnamon(const char* view, const Otherwise& otherwise) {
+    call(QDBusMessage::createMethodCall(cinnamon, "/org/Cinnamon", cinnamon, view), settle(otherwise));
 }
 
 }  // namespace
 
-bool ShellViews::show(SystemView view) {
-    if (isRunning(gnomeShell)) return showOnGnome(view);
-    return isRunning(kdeShortcuts) && showOnKde(view);
+void ShellViews::show(SystemView view, const Otherwise& otherwise) {
+    const auto ofKde = [](const char* component, const QStringList& shortcuts, const Otherwise& last) {
+        invokeKde(component, shortcuts, last);
+    };
+    switch (view) {
+        case SystemView::missionControl:
+            return toggleGnomeOverview([=] {
+                ofKde("kwin", {"Overview", "ExposeAll", "Expose"},
+                      [=] { showCinnamon("ShowOverview", otherwise); });
+            });
+        case SystemView::appExpose:
+            // GNOME has one overview for both.
+            return toggleGnomeOverview([=] { ofKde("kwin", {"ExposeClass"}, otherwise); });
+        case SystemView::launchpad:
+            return showGnomeApplications(
+                [=] { ofKde("plasmashell", {"activate application launcher"}, otherwise); });
+        case SystemView::screenshotArea:
+            return ofKde("org_kde_spectacle_desktop", {"RectangularRegionScreenShot"}, otherwise);
+        case SystemView::screenshotFull:
+            return ofKde("org_kde_spectacle_desktop", {"FullScreenScreenShot"}, otherwise);
+        case SystemView::screenshotTool:
+            return ofKde("org_kde_spectacle_desktop", {"_launch"}, otherwise);
+        case SystemView::emojiPanel:
+            return ofKde("org_kde_plasma_emojier_desktop", {"_launch"}, otherwise);
+        case SystemView::showDesktop:
+            return ofKde("kwin", {"Show Desktop"}, otherwise);
+        case SystemView::desktopLeft:
+            return ofKde("kwin", {"Switch One Desktop to the Left"}, otherwise);
+        case SystemView::desktopRight:
+            return ofKde("kwin", {"Switch One Desktop to the Right"}, otherwise);
+        case SystemView::lockScreen:
+            return otherwise();
+    }
+}
+
+void ShellViews::showGnomeOverview(const Otherwise& otherwise) {
+    setGnomeOverview(true, otherwise);
 }
 
 }  // namespace trelvan

@@ -2,14 +2,20 @@
 
 #include "Platform/SystemViews.hpp"
 
+#include <functional>
+
 namespace trelvan {
 
-/// The overviews of the desktop shells that can be asked over the session bus: GNOME Shell and KDE Plasma.
+/// The views and tools of the desktop shells that can be asked over the session bus: GNOME Shell, KDE Plasma
+/// and Cinnamon. Main thread; nothing waits.
 class ShellViews {
   public:
-    /// Asks the shell that is running for the view; false when none of them runs. Does not wait for what it
-    /// asks.
-    [[nodiscard]] static bool show(SystemView view);
+    using Otherwise = std::function<void()>;
+
+    /// Asks the shell that is running for the view; calls `otherwise` when none is, or it has no such view.
+    static void show(SystemView view, const Otherwise& otherwise);
+    /// GNOME's overview, one step from the grid of its applications.
+    static void showGnomeOverview(const Otherwise& otherwise);
 };
 
 }  // namespace trelvan

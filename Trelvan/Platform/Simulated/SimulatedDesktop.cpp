@@ -18,6 +18,7 @@ struct SimulatedDesktop::Parts {
           trust(desktop),
           scripts(desktop),
           hotKeys(desktop),
+          views(desktop),
           notifications(desktop),
           keyMonitors(desktop),
           audioInput(desktop),

@@ -90,6 +90,10 @@ class SimulatedDesktop : public Platform {
     int idleHolds = 0;
     bool accessibility = true;
     std::map<int, HotKeyEntry> hotKeyEntries;
+    /// The keys of a layout by what they type; empty on a platform that goes by places.
+    std::map<char32_t, KeyChord> layout;
+    /// How the desktop answers when asked for a view; none: it cannot be asked.
+    std::function<bool(SystemView, const SystemViews::ByKeys&)> onView;
     std::map<std::string, DefaultsValue, std::less<>> defaults;
     std::map<std::string, SimulatedItem, std::less<>> disk;
     /// What was put aside, by the name it got.

@@ -77,6 +77,11 @@ std::optional<MouseEvent> SimulatedPoster::makeMouse(EventType type, std::int64_
     return MouseEvent{type, buttonNumber, location, nullptr};
 }
 
+std::optional<KeyChord> SimulatedPoster::keyTyping(char32_t character) {
+    const auto found = desktop_.layout.find(character);
+    return found != desktop_.layout.end() ? std::optional{found->second} : std::nullopt;
+}
+
 void SimulatedPoster::post(const KeyEvent& event, TapLocation at) {
     desktop_.tell(trace::PostedKey{event.keyCode, event.down, event.flags, at});
 }

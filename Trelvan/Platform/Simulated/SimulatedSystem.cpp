@@ -93,6 +93,10 @@ std::optional<HotKeyEntry> SimulatedHotKeys::entry(int id) const {
     return found != desktop_.hotKeyEntries.end() ? std::optional{found->second} : std::nullopt;
 }
 
+bool SimulatedViews::show(SystemView view, ByKeys byKeys) {
+    return desktop_.onView && desktop_.onView(view, byKeys);
+}
+
 void SimulatedLog::write(const LogRecord& record) {
     // The copy is made for the trace only: without one, a log line costs what it costs elsewhere.
     if (!desktop_.onTrace) return;

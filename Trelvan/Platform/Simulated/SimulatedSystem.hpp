@@ -87,10 +87,14 @@ class SimulatedHotKeys final : public HotKeyTable {
     SimulatedDesktop& desktop_;
 };
 
-/// A desktop that can be reached by keys only.
+/// A desktop that can be reached by keys only, unless the world has something to say.
 class SimulatedViews final : public SystemViews {
   public:
-    [[nodiscard]] bool show(SystemView /*view*/) override { return false; }
+    explicit SimulatedViews(SimulatedDesktop& desktop) : desktop_(desktop) {}
+    [[nodiscard]] bool show(SystemView view, ByKeys byKeys) override;
+
+  private:
+    SimulatedDesktop& desktop_;
 };
 
 /// Tells log lines to the trace.

@@ -11,7 +11,7 @@ namespace trelvan::desktop {
 
 /// A service on a bus, on a connection of its own, that writes down what it is asked and answers as it is
 /// told. Leaves the bus when it goes.
-class FakeService : private QDBusVirtualObject {
+class RecordingService : private QDBusVirtualObject {
   public:
     struct Call {
         std::string method;
@@ -20,14 +20,14 @@ class FakeService : private QDBusVirtualObject {
     /// What a call is answered with.
     using Answer = std::function<QVariantList(const Call&)>;
 
-    FakeService(const std::string& busAddress, const QString& name, Answer answer)
+    RecordingService(const std::string& busAddress, const QString& name, Answer answer)
         : connectionName_("fake-" + QString::number(++count())),
           bus_(QDBusConnection::connectToBus(QString::fromStdString(busAddress), connectionName_)),
           answer_(std::move(answer)) {
         bus_.registerVirtualObject("/", this, QDBusConnection::SubPath);
         isServing_ = bus_.registerService(name);
     }
-    ~FakeService() override { QDBusConnection::disconnectFromBus(connectionName_); }
+    ~RecordingService() override { QDBusConnection::disconnectFromBus(connectionName_); }
 
     [[nodiscard]] bool isServing() const { return isServing_; }
     [[nodiscard]] const std::vector<Call>& calls() const { return calls_; }

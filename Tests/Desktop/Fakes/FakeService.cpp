@@ -1,0 +1,80 @@
+// A service on the session bus that writes down what it is asked and answers as it was told to.
+//
+//   desktop-fake-service RECORD NAME [MEMBER=ANSWER...]
+//
+// RECORD gets a line for each call: the path, the member and the arguments. ANSWER is "error", "silence",
+// "true" or "false" (in a variant) or "list:A,B,C"; members that are not named are answered with nothing.
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+#include <QMap>
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+namespace {
+
+QString textOf(const QVariant& argument) {
+    return argument.canConvert<QDBusVariant>() ? textOf(argument.value<QDBusVariant>().variant())
+                                               : argument.toString();
+}
+
+class Service : public QDBusVirtualObject {
+  public:
+    Service(std::string recordPath, QMap<QString, QString> answersByMember)
+        : record(std::move(recordPath)), answers(std::move(answersByMember)) {}
+
+    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        QString line = message.path() + ' ' + message.member();
+        for (const auto& argument : message.arguments()) line += ' ' + textOf(argument);
+        write(line);
+        if (answers.value(message.member()) != "silence") connection.send(answerTo(message));
+        return true;
+    }
+
+    void write(const QString& line) const {
+        std::ofstream(record, std::ios::app) << line.toStdString() << std::endl;
+    }
+
+  private:
+    [[nodiscard]] QDBusMessage answerTo(const QDBusMessage& message) const {
+        const auto answer = answers.value(message.member());
+        if (answer == "error")
+            return message.createErrorReply("org.freedesktop.DBus.Error.AccessDenied", "no");
+        if (answer.startsWith("list:")) return message.createReply(QVariant(answer.mid(5).split(',')));
+        if (answer.isEmpty()) return message.createReply();
+        return message.createReply(QVariant::fromValue(QDBusVariant(answer == "true")));
+    }
+
+    std::string record;
+    QMap<QString, QString> answers;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const auto arguments = QCoreApplication::arguments();
+    if (arguments.size() < 3) {
+        std::fputs("usage: desktop-fake-service RECORD NAME [MEMBER=ANSWER...]\n", stderr);
+        return 2;
+    }
+    QMap<QString, QString> answers;
+    for (const auto& argument : arguments.mid(3)) {
+        answers[argument.section('=', 0, 0)] = argument.section('=', 1);
+    }
+    Service service(arguments[1].toStdString(), answers);
+    auto bus = QDBusConnection::sessionBus();
+    if (!bus.registerVirtualObject("/", &service, QDBusConnection::SubPath) ||
+        !bus.registerService(arguments[2])) {
+        std::fputs("no place on the bus\n", stderr);
+        return 1;
+    }
+    service.write("ready");
+    return QCoreApplication::exec();
+}

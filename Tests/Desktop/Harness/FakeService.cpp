@@ -1,0 +1,43 @@
+#include "Desktop/Harness/FakeService.hpp"
+
+#include <algorithm>
+#include <sstream>
+#include <stdexcept>
+
+namespace trelvan::desktop {
+
+FakeService::FakeService(VirtualDesktop& desktop, const std::string& name,
+                         const std::vector<std::string>& answers) {
+    static int count = 0;
+    record = desktop.folder() / ("service-" + std::to_string(++count));
+    Launch launch{.arguments = {TRELVAN_FAKE_SERVICE, record.string(), name},
+                  .environment = desktop.environment(),
+                  .directory = desktop.folder(),
+                  .output = record.string() + ".output",
+                  .errors = {}};
+    launch.arguments.insert(launch.arguments.end(), answers.begin(), answers.end());
+    process = std::make_unique<ChildProcess>(launch);
+    if (!waitUntil([&] { return readFile(record).starts_with("ready\n"); })) {
+        throw std::runtime_error("no service " + name + ": " + readFile(launch.output));
+    }
+}
+
+std::vector<std::string> FakeService::calls() const {
+    std::istringstream lines(readFile(record));
+    std::vector<std::string> result;
+    for (std::string line; std::getline(lines, line);) {
+        if (line != "ready") result.push_back(line);
+    }
+    return result;
+}
+
+bool FakeService::waitForCall(const std::string& call, std::chrono::milliseconds bound) const {
+    return waitUntil(
+        [&] {
+            const auto all = calls();
+            return std::find(all.begin(), all.end(), call) != all.end();
+        },
+        bound);
+}
+
+}  // namespace trelvan::desktop

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Desktop/Harness/ChildProcess.hpp"
+#include "Desktop/Harness/VirtualDesktop.hpp"
+#include "Desktop/Harness/Wait.hpp"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace trelvan::desktop {
+
+/// A service on the desktop's bus in the place of one that is not installed: writes down what it is asked and
+/// answers as it is told to. Main thread.
+class FakeService {
+  public:
+    /// Returns when the service has its name on the bus. `answers` are "Member=answer": "error", "silence",
+    /// "true" or "false" (in a variant), "list:A,B"; other members are answered with nothing. Throws
+    /// std::runtime_error.
+    FakeService(VirtualDesktop& desktop, const std::string& name,
+                const std::vector<std::string>& answers = {});
+
+    /// What it was asked, one line each, oldest first: the path, the member and the arguments.
+    [[nodiscard]] std::vector<std::string> calls() const;
+    bool waitForCall(const std::string& call, std::chrono::milliseconds bound = patience) const;
+
+  private:
+    std::filesystem::path record;
+    std::unique_ptr<ChildProcess> process;
+};
+
+}  // namespace trelvan::desktop

@@ -1,0 +1,352 @@
+#include "Desktop/DesktopTest.hpp"
+#include "Desktop/Harness/FakeService.hpp"
+
+#include <X11/keysym.h>
+
+#include <algorithm>
+
+namespace trelvan::desktop {
+namespace {
+
+constexpr int extra = xButton(3);
+constexpr auto shortcutsRead = "Atajos del escritorio leídos: ";
+constexpr auto kdeShortcuts = "org.kde.kglobalaccel";
+
+/// Actions that the desktop itself performs, on desktops of which only the service asked is there.
+class ShellTest : public DesktopTest {
+  protected:
+    void TearDown() override {
+        DesktopTest::TearDown();
+        std::filesystem::remove_all(desktop().folder() / "config");
+        std::filesystem::create_directory(desktop().folder() / "config");
+        for (const auto* program : {"gsettings", "xdg-screensaver"}) writeProgram(program, "exit 1");
+    }
+
+    void writeProgram(const std::string& name, const std::string& script) {
+        const auto path = desktop().folder() / "bin" / name;
+        writeFile(path, "#!/bin/sh\n" + script + "\n");
+        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+    }
+
+    void writeXfceShortcuts(const std::string& commands, const std::string& windowManager = {}) {
+        const auto path = desktop().folder() / "config/xfce4/xfconf/xfce-perchannel-xml";
+        std::filesystem::create_directories(path);
+        // Replaced whole, as the settings daemon does it.
+        writeFile(path / "new", R"(<channel name="xfce4-keyboard-shortcuts" version="1.0">
+<property name="commands" type="empty"><property name="custom" type="empty">)" +
+                                    commands +
+                                    R"(</property></property>
+<property name="xfwm4" type="empty"><property name="custom" type="empty">)" +
+                                    windowManager + "</property></property></channel>\n");
+        std::filesystem::rename(path / "new", path / "xfce4-keyboard-shortcuts.xml");
+    }
+
+    void startOn(const std::string& currentDesktop, const Settings& settings) {
+        start(settings, {{"XDG_CURRENT_DESKTOP", currentDesktop}});
+    }
+
+    void expectNoKeys() {
+        passSentinel();
+        EXPECT_EQ(client().strokes(), std::vector<KeyStroke>{});
+    }
+
+    int linesWith(const std::string& text) {
+        int count = 0;
+        const auto output = program().output();
+        for (auto at = output.find(text); at != std::string::npos; at = output.find(text, at + 1)) ++count;
+        return count;
+    }
+
+    bool isProperty(const char* name, long value) {
+        auto& connection = client().connection();
+        return waitUntil(
+            [&] { return connection.property(connection.root(), name) == std::vector<long>{value}; });
+    }
+};
+
+std::string xfceEntry(const std::string& accelerator, const std::string& action) {
+    return "<property name=\"" + accelerator + "\" type=\"string\" value=\"" + action + "\"/>";
+}
+
+// GNOME
+
+TEST_F(ShellTest, Gnome_MissionControlTurnsTheOverviewOn) {
+    const FakeService shell(desktop(), "org.gnome.Shell", {"Get=false"});
+    start(Settings().map(3, "Mission Control"));
+    trackball().click(extra);
+    EXPECT_TRUE(shell.waitForCall("/org/gnome/Shell Set org.gnome.Shell OverviewActive true"));
+    expectNoKeys();
+}
+
+TEST_F(ShellTest, Gnome_MissionControlTurnsTheOpenOverviewOff) {
+    const FakeService shell(desktop(), "org.gnome.Shell", {"Get=true"});
+    start(Settings().map(3, "Mission Control"));
+    trackball().click(extra);
+    EXPECT_TRUE(shell.waitForCall("/org/gnome/Shell Set org.gnome.Shell OverviewActive false"));
+}
+
+TEST_F(ShellTest, Gnome_ShellThatHangsHoldsNothingUp) {
+    const FakeService shell(desktop(), "org.gnome.Shell", {"Get=silence"});
+    start(Settings().map(3, "Mission Control").map(4, "Copiar"));
+    trackball().click(extra);
+    ASSERT_TRUE(shell.waitForCall("/org/gnome/Shell Get org.gnome.Shell OverviewActive"));
+    trackball().click(xButton(4));
+    EXPECT_TRUE(client().waitForStroke({XK_c, ControlMask}));
+    EXPECT_EQ(linesWith("El escritorio no respondió"), 0);
+    // It is not asked again in another way, as it may still do it.
+    EXPECT_TRUE(program().waitForLine("El escritorio no respondió"));
+    EXPECT_EQ(shell.calls().size(), 1U);
+    EXPECT_EQ(linesWith("Este escritorio no ofrece"), 0);
+}
+
+TEST_F(ShellTest, Gnome_ChangedSettingIsReadAgain) {
+    const auto settings = desktop().folder() / "settings.txt";
+    const auto set = [&](const std::string& accelerator) {
+        writeFile(settings, "org.gnome.shell.keybindings toggle-overview ['" + accelerator + "']\n");
+        std::filesystem::create_directories(desktop().folder() / "config/dconf");
+        writeFile(desktop().folder() / "config/dconf/new", accelerator);
+        std::filesystem::rename(desktop().folder() / "config/dconf/new",
+                                desktop().folder() / "config/dconf/user");
+    };
+    writeProgram("gsettings", "[ \"$2\" = org.gnome.shell.keybindings ] && cat '" + settings.string() + "'");
+    set("<Super>s");
+    startOn("GNOME", Settings().map(3, "Mission Control"));
+    ASSERT_TRUE(program().waitForLine(shortcutsRead + std::string("1")));
+    set("<Super>F9");
+    ASSERT_TRUE(waitUntil([&] { return linesWith(shortcutsRead) == 2; }));
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke({XK_F9, Mod4Mask}));
+}
+
+TEST_F(ShellTest, Gnome_OverlayKeyIsPressedAloneWhereTheShellCannotBeAsked) {
+    writeProgram("gsettings", "[ \"$2\" = org.gnome.mutter ] || exit 1\necho \"$2 overlay-key 'Super_L'\"");
+    startOn("GNOME", Settings().map(3, "Mission Control"));
+    ASSERT_TRUE(program().waitForLine(shortcutsRead + std::string("1")));
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke({XK_Super_L, 0}));
+    expectNoKeys();
+}
+
+TEST_F(ShellTest, Gnome_LaunchpadShowsTheApplications) {
+    const FakeService shell(desktop(), "org.gnome.Shell");
+    start(Settings().map(3, "Launchpad"));
+    trackball().click(extra);
+    EXPECT_TRUE(shell.waitForCall("/org/gnome/Shell ShowApplications"));
+    expectNoKeys();
+    EXPECT_EQ(shell.calls().size(), 1U);
+}
+
+TEST_F(ShellTest, Gnome_LaunchpadThatTheShellRefusesIsItsOwnShortcut) {
+    const FakeService shell(desktop(), "org.gnome.Shell", {"ShowApplications=error"});
+    writeProgram("gsettings",
+                 "[ \"$2\" = org.gnome.shell.keybindings ] || exit 1\n"
+                 "echo \"$2 toggle-application-view ['<Super>a']\"");
+    startOn("ubuntu:GNOME", Settings().map(3, "Launchpad"));
+    ASSERT_TRUE(program().waitForLine(shortcutsRead + std::string("1")));
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke({XK_a, Mod4Mask}));
+}
+
+TEST_F(ShellTest, Gnome_LaunchpadWithNeitherIsTheOverview) {
+    const FakeService shell(desktop(), "org.gnome.Shell", {"ShowApplications=error"});
+    start(Settings().map(3, "Launchpad"));
+    trackball().click(extra);
+    EXPECT_TRUE(shell.waitForCall("/org/gnome/Shell Set org.gnome.Shell OverviewActive true"));
+    expectNoKeys();
+}
+
+TEST_F(ShellTest, Gnome_ScreenshotIsTheDesktopsOwnShortcut) {
+    writeProgram("gsettings",
+                 "[ \"$2\" = org.gnome.shell.keybindings ] || exit 1\n"
+                 "echo \"$2 screenshot ['<Shift>Print']\"\necho \"$2 show-screenshot-ui ['<Super>Print']\"");
+    startOn("GNOME", Settings().map(3, "Captura Completa").map(4, "Screenshot"));
+    ASSERT_TRUE(program().waitForLine(shortcutsRead + std::string("3")));
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke({XK_Print, ShiftMask}));
+    trackball().click(xButton(4));
+    EXPECT_TRUE(client().waitForStroke({XK_Print, Mod4Mask}));
+}
+
+// KDE
+
+TEST_F(ShellTest, Kde_ViewsAreInvokedByName) {
+    const FakeService kde(desktop(), kdeShortcuts, {"shortcutNames=list:Overview,ExposeAll,ExposeClass"});
+    start(Settings().map(3, "Mission Control").map(4, "App Exposé"));
+    trackball().click(extra);
+    EXPECT_TRUE(kde.waitForCall("/component/kwin invokeShortcut Overview"));
+    trackball().click(xButton(4));
+    EXPECT_TRUE(kde.waitForCall("/component/kwin invokeShortcut ExposeClass"));
+    expectNoKeys();
+}
+
+TEST_F(ShellTest, Kde_LaunchpadIsTheApplicationLauncher) {
+    const FakeService kde(desktop(), kdeShortcuts, {"shortcutNames=list:activate application launcher"});
+    start(Settings().map(3, "Launchpad"));
+    trackball().click(extra);
+    EXPECT_TRUE(kde.waitForCall("/component/plasmashell invokeShortcut activate application launcher"));
+    expectNoKeys();
+}
+
+TEST_F(ShellTest, Kde_WithoutTheOverviewItIsTheWindowsOfAllDesktops) {
+    const FakeService kde(desktop(), kdeShortcuts, {"shortcutNames=list:Show Desktop,Expose,ExposeAll"});
+    start(Settings().map(3, "Mission Control"));
+    trackball().click(extra);
+    EXPECT_TRUE(kde.waitForCall("/component/kwin invokeShortcut ExposeAll"));
+}
+
+TEST_F(ShellTest, Kde_ScreenshotsAndEmojisAreItsOwnTools) {
+    const FakeService kde(desktop(), kdeShortcuts,
+                          {"shortcutNames=list:_launch,RectangularRegionScreenShot,FullScreenScreenShot"});
+    start(Settings().map(3, "Captura de Área").map(4, "Emoji"));
+    trackball().click(extra);
+    EXPECT_TRUE(
+        kde.waitForCall("/component/org_kde_spectacle_desktop invokeShortcut RectangularRegionScreenShot"));
+    trackball().click(xButton(4));
+    EXPECT_TRUE(kde.waitForCall("/component/org_kde_plasma_emojier_desktop invokeShortcut _launch"));
+    expectNoKeys();
+}
+
+TEST_F(ShellTest, Kde_ViewThatItDoesNotHaveIsItsShortcut) {
+    const FakeService kde(desktop(), kdeShortcuts, {"shortcutNames=list:Show Desktop"});
+    writeFile(desktop().folder() / "config/kglobalshortcutsrc",
+              "[kwin]\nExposeClass=Meta+F7,Ctrl+F7,Toggle Present Windows (Window class)\n");
+    startOn("KDE", Settings().map(3, "App Exposé"));
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke({XK_F7, Mod4Mask}));
+}
+
+// XFCE
+
+TEST_F(ShellTest, Xfce_ShortcutsAreTheDesktopsOwn) {
+    writeXfceShortcuts(xfceEntry("&lt;Alt&gt;F3", "xfce4-appfinder") +
+                       xfceEntry("&lt;Super&gt;Print", "xfce4-screenshooter -r"));
+    startOn("XFCE", Settings().map(3, "Launchpad").map(4, "Captura de Área"));
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke({XK_F3, Mod1Mask}));
+    trackball().click(xButton(4));
+    EXPECT_TRUE(client().waitForStroke({XK_Print, Mod4Mask}));
+}
+
+TEST_F(ShellTest, Xfce_ScreenshotWithoutAShortcutIsItsProgram) {
+    const auto trace = desktop().folder() / "screenshot";
+    std::filesystem::remove(trace);
+    writeProgram("xfce4-screenshooter", "printf %s \"$*\" > '" + trace.string() + "'");
+    writeXfceShortcuts(xfceEntry("Print", "xfce4-screenshooter"));
+    startOn("XFCE", Settings().map(3, "Captura Completa").map(4, "Screenshot"));
+    trackball().click(extra);
+    EXPECT_TRUE(waitUntil([&] { return readFile(trace) == "-f"; })) << readFile(trace);
+    expectNoKeys();
+    trackball().click(xButton(4));
+    EXPECT_TRUE(client().waitForStroke({XK_Print, 0}));
+    EXPECT_EQ(readFile(trace), "-f");
+    std::filesystem::remove(desktop().folder() / "bin/xfce4-screenshooter");
+}
+
+TEST_F(ShellTest, Xfce_ChangedShortcutIsReadAgain) {
+    writeXfceShortcuts(xfceEntry("&lt;Alt&gt;F3", "xfce4-appfinder"));
+    startOn("XFCE", Settings().map(3, "Launchpad"));
+    writeXfceShortcuts(xfceEntry("&lt;Super&gt;space", "xfce4-appfinder"));
+    ASSERT_TRUE(waitUntil([&] { return linesWith(shortcutsRead) == 2; }));
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke({XK_space, Mod4Mask}));
+    // And once more: the file that was watched is gone.
+    writeXfceShortcuts(xfceEntry("&lt;Super&gt;F1", "xfce4-appfinder"));
+    ASSERT_TRUE(waitUntil([&] { return linesWith(shortcutsRead) == 3; }));
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke({XK_F1, Mod4Mask}));
+}
+
+TEST_F(ShellTest, Xfce_DesktopMovesGoByTheWindowManagerNotByKeys) {
+    writeXfceShortcuts("", xfceEntry("&lt;Primary&gt;&lt;Alt&gt;Right", "right_workspace_key"));
+    startOn("XFCE", Settings().map(3, "Mover escritorio derecha"));
+    trackball().click(extra);
+    EXPECT_TRUE(isProperty("_NET_CURRENT_DESKTOP", 1));
+    client().connection().sendToRoot("_NET_CURRENT_DESKTOP", 0);
+    EXPECT_TRUE(isProperty("_NET_CURRENT_DESKTOP", 0));
+    expectNoKeys();
+}
+
+// A bare window manager
+
+TEST_F(ShellTest, BareWindowManager_ViewThatNobodyHasIsOneWarningAndNoKeys) {
+    start(Settings().map(3, "Mission Control").map(4, "App Exposé"));
+    for (int press = 0; press < 3; ++press) trackball().click(extra);
+    trackball().click(xButton(4));
+    // The second view is asked for after all of the first.
+    EXPECT_TRUE(program().waitForLine("Este escritorio no ofrece la vista de la aplicación"));
+    EXPECT_EQ(linesWith("Este escritorio no ofrece la vista de ventanas"), 1);
+    expectNoKeys();
+}
+
+TEST_F(ShellTest, BareWindowManager_MovesGoThroughAllFourDesktopsAndStopAtTheEnds) {
+    start(Settings().map(3, "Mover escritorio derecha").map(4, "Mover escritorio izquierda"));
+    for (const long number : {1, 2, 3, 3}) {
+        trackball().click(extra);
+        EXPECT_TRUE(isProperty("_NET_CURRENT_DESKTOP", number));
+    }
+    for (const long number : {2, 1, 0, 0}) {
+        trackball().click(xButton(4));
+        EXPECT_TRUE(isProperty("_NET_CURRENT_DESKTOP", number));
+    }
+    expectNoKeys();
+}
+
+TEST_F(ShellTest, BareWindowManager_ShowDesktopGoesThereAndBack) {
+    start(Settings().map(3, "Mostrar Escritorio"));
+    trackball().click(extra);
+    EXPECT_TRUE(isProperty("_NET_SHOWING_DESKTOP", 1));
+    trackball().click(extra);
+    EXPECT_TRUE(isProperty("_NET_SHOWING_DESKTOP", 0));
+}
+
+// Lock
+
+TEST_F(ShellTest, Lock_AsksTheScreenSaver) {
+    const FakeService saver(desktop(), "org.freedesktop.ScreenSaver");
+    start(Settings().map(3, "Lock Workstation"));
+    trackball().click(extra);
+    EXPECT_TRUE(saver.waitForCall("/org/freedesktop/ScreenSaver Lock"));
+    expectNoKeys();
+}
+
+TEST_F(ShellTest, Lock_OfADesktopsOwnScreenSaverGoesFirst) {
+    const FakeService own(desktop(), "org.cinnamon.ScreenSaver");
+    const FakeService common(desktop(), "org.freedesktop.ScreenSaver");
+    start(Settings().map(3, "Lock Workstation"));
+    trackball().click(extra);
+    EXPECT_TRUE(own.waitForCall("/org/cinnamon/ScreenSaver Lock "));
+    expectNoKeys();
+    EXPECT_TRUE(common.calls().empty());
+}
+
+TEST_F(ShellTest, Lock_WithoutAScreenSaverAsksTheLoginManager) {
+    const FakeService logins(desktop(), "org.freedesktop.login1");
+    // One bus for both, as there is no login manager of ours on the system's.
+    start(Settings().map(3, "Lock Workstation"),
+          {{"DBUS_SYSTEM_BUS_ADDRESS", desktop().environment().at("DBUS_SESSION_BUS_ADDRESS")}});
+    trackball().click(extra);
+    EXPECT_TRUE(logins.waitForCall("/org/freedesktop/login1/session/auto Lock"));
+    expectNoKeys();
+}
+
+TEST_F(ShellTest, Lock_WithNeitherRunsTheProgram) {
+    const auto trace = desktop().folder() / "locked";
+    std::filesystem::remove(trace);
+    writeProgram("xdg-screensaver", "printf %s \"$*\" > '" + trace.string() + "'");
+    start(Settings().map(3, "Lock Workstation"));
+    trackball().click(extra);
+    EXPECT_TRUE(waitUntil([&] { return readFile(trace) == "lock"; }));
+    expectNoKeys();
+}
+
+TEST_F(ShellTest, WithoutASessionBus_ActionsGoOn) {
+    start(Settings().map(3, "Lock Workstation").map(4, "Open Explorer"),
+          {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/at/all"}});
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke({XK_l, Mod4Mask}));
+    trackball().click(xButton(4));
+    EXPECT_TRUE(waitUntil([&] { return !desktop().opened().empty(); }));
+}
+
+}  // namespace
+}  // namespace trelvan::desktop

@@ -1,0 +1,70 @@
+#include "Platform/Linux/ScreenLock.hpp"
+
+#include "Platform/Linux/BusCall.hpp"
+
+#include <QProcess>
+#include <array>
+#include <cstddef>
+
+namespace trelvan {
+
+namespace {
+
+struct ScreenSaver {
+    const char* service;
+    const char* path;
+    /// Cinnamon's takes a message for those who find the screen locked.
+    bool takesMessage = false;
+};
+
+/// The desktops' own first: some answer the common name with less.
+constexpr std::array screenSavers{
+    ScreenSaver{"org.gnome.ScreenSaver", "/org/gnome/ScreenSaver"},
+    ScreenSaver{"org.cinnamon.ScreenSaver", "/org/cinnamon/ScreenSaver", true},
+    ScreenSaver{"org.mate.ScreenSaver", "/org/mate/ScreenSaver"},
+    ScreenSaver{"org.xfce.ScreenSaver", "/org/xfce/ScreenSaver"},
+    ScreenSaver{"org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver"},
+};
+
+void lockByProgram(const std::function<void()>& otherwise) {
+    auto* process = new QProcess;
+    const auto ended = [process, otherwise](bool isLocked) {
+        process->deleteLater();
+        if (!isLocked) otherwise();
+    };
+    QObject::connect(process, &QProcess::finished, process, [ended](int code, QProcess::ExitStatus status) {
+        ended(status == QProcess::NormalExit && code == 0);
+    });
+    QObject::connect(process, &QProcess::errorOccurred, process, [ended](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) ended(false);
+    });
+    process->start("xdg-screensaver", {"lock"}, QIODevice::NotOpen);
+}
+
+void lockByLoginManager(const std::function<void()>& otherwise) {
+    const auto lock =
+        QDBusMessage::createMethodCall("org.freedesktop.login1", "/org/freedesktop/login1/session/auto",
+                                       "org.freedesktop.login1.Session", "Lock");
+    callOverBus(QDBusConnection::systemBus(), lock, [otherwise](const BusAnswer& answer) {
+        if (answer.status == BusAnswer::Status::refused) lockByProgram(otherwise);
+    });
+}
+
+void lockByScreenSaver(std::size_t index, const std::function<void()>& otherwise) {
+    if (index == screenSavers.size()) return lockByLoginManager(otherwise);
+    const auto& [service, path, takesMessage] = screenSavers[index];
+    auto lock = QDBusMessage::createMethodCall(service, path, service, "Lock");
+    if (takesMessage) lock << QString();
+    callOverBus(QDBusConnection::sessionBus(), lock, [index, otherwise](const BusAnswer& answer) {
+        // Some answer only once the screen is locked: silence is no refusal.
+        if (answer.status == BusAnswer::Status::refused) lockByScreenSaver(index + 1, otherwise);
+    });
+}
+
+}  // namespace
+
+void ScreenLock::lock(const std::function<void()>& otherwise) {
+    lockByScreenSaver(0, otherwise);
+}
+
+}  // namespace trelvan
