@@ -52,6 +52,8 @@ Section "ServerLayout"
     Screen "screen"
     InputDevice "trackball" "CorePointer"
     InputDevice "mouse" "SendCoreEvents"
+    InputDevice "tablet" "SendCoreEvents"
+    InputDevice "touch screen" "SendCoreEvents"
     InputDevice "keyboard" "CoreKeyboard"
 EndSection
 )";
@@ -60,7 +62,8 @@ EndSection
 
 std::string serverConfiguration(const std::filesystem::path& folder) {
     return serverBasics + inputDevice("trackball", "Pointer", folder) +
-           inputDevice("mouse", "Pointer", folder) + inputDevice("keyboard", "Keyboard", folder);
+           inputDevice("mouse", "Pointer", folder) + inputDevice("tablet", "PointerAbsolute", folder) +
+           inputDevice("touch screen", "Touch", folder) + inputDevice("keyboard", "Keyboard", folder);
 }
 
 std::string windowManagerConfiguration() {

@@ -5,8 +5,8 @@
 
 namespace trelvan::desktop {
 
-/// The server's configuration: one screen in memory, two pointers and one keyboard whose sockets are in
-/// `folder`.
+/// The server's configuration: one screen in memory, two mice, a tablet, a touch screen and a keyboard whose
+/// sockets are in `folder` under the names of the devices.
 std::string serverConfiguration(const std::filesystem::path& folder);
 
 /// The window manager's: four desktops, and no key or button of its own that a test would miss.
