@@ -85,7 +85,8 @@ TEST_F(DeviceTest, DeviceWithAButtonDownIsTakenOnceItIsUp) {
 }
 
 TEST_F(DeviceTest, ExtraButtonsCountFromThree) {
-    start(Settings().map(3, "Copiar").map(4, "Pegar").map(5, "Cortar"));
+    launch(Settings().map(3, "Copiar").map(4, "Pegar").map(5, "Cortar"));
+    ASSERT_TRUE(waitUntilTaken("trackball"));
     std::size_t strokes = 0;
     for (const int button : {8, 9, 10}) {
         trackball().click(button);

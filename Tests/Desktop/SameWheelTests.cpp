@@ -18,11 +18,15 @@ class SameWheelTest : public DesktopTest {
         int left = 0;
     };
     using Stroke = std::vector<Parts>;
+    enum class Pace { asFastAsItGoes, oneByOne };
+    /// Begins each turn in the record of the toolkit's window.
+    static constexpr auto turnMark = "wheel ";
 
     static Stroke notches() {
         Stroke stroke;
         for (const int up : {1, 1, 1, -1, -1, 2, -3}) stroke.push_back({up * notch, 0});
         for (const int left : {1, 1, -1, -1, -1, 2, -1}) stroke.push_back({0, left * notch});
+        stroke.push_back({notch, -notch});
         return stroke;
     }
     /// Parts of notches in both directions; whole notches all together, so that the wheel ends as it began.
@@ -36,8 +40,8 @@ class SameWheelTest : public DesktopTest {
             stroke.push_back(step % 4 == 3 ? Parts{0, part} : Parts{part, 0});
             sum = {sum.up + stroke.back().up, sum.left + stroke.back().left};
         }
-        if (sum.up % notch != 0) stroke.push_back({-(sum.up % notch), 0});
-        if (sum.left % notch != 0) stroke.push_back({0, -(sum.left % notch)});
+        // A busy toolkit forgets all motions but the last; so the last one has both axes.
+        stroke.push_back({notch - sum.up % notch, notch - sum.left % notch});
         return stroke;
     }
     void make(const Stroke& stroke) {
@@ -72,7 +76,8 @@ class SameWheelTest : public DesktopTest {
     /// What another program with a window in the client's place writes into the file for the stroke, between
     /// a click of the middle button and one of the left. `marks` are its words for the two.
     std::string recordedBy(std::vector<std::string> arguments, const std::filesystem::path& record,
-                           const std::pair<std::string, std::string>& marks, const Stroke& stroke) {
+                           const std::pair<std::string, std::string>& marks, const Stroke& stroke,
+                           Pace pace = Pace::asFastAsItGoes) {
         closeClient();
         std::filesystem::remove(record);
         const ChildProcess recorder({.arguments = std::move(arguments),
@@ -88,7 +93,13 @@ class SameWheelTest : public DesktopTest {
             return readFile(record).find(marks.first) != std::string::npos;
         };
         EXPECT_TRUE(waitUntil(listens)) << readFile(desktop().folder() / "recorder.errors");
-        make(stroke);
+        for (const Parts& parts : stroke) {
+            const auto before = readFile(record).rfind(turnMark);
+            make({parts});
+            if (pace == Pace::oneByOne) {
+                EXPECT_TRUE(waitUntil([&] { return readFile(record).rfind(turnMark) != before; }));
+            }
+        }
         trackball().click(1);
         EXPECT_TRUE(waitUntil([&] { return readFile(record).find(marks.second) != std::string::npos; }));
         const std::string all = readFile(record);
@@ -98,23 +109,24 @@ class SameWheelTest : public DesktopTest {
         useClient(Protocol::core);
         return all.substr(begin, end - begin);
     }
-    std::string recordedByQt(const Stroke& stroke) {
+    std::string recordedByQt(const Stroke& stroke, Pace pace) {
         return recordedBy({WHEEL_RECORDER}, desktop().folder() / "wheel.record", {"button 4\n", "button 1\n"},
-                          stroke);
+                          stroke, pace);
     }
-    /// All turns of a record of the toolkit's window, in its unit.
-    static std::pair<int, int> sum(const std::string& record) {
+    /// That the toolkit's window turned as far as the wheel did, in the unit of both.
+    static void expectWholeStroke(const std::string& record, const Stroke& stroke, int rounding) {
         std::istringstream words(record);
-        std::pair<int, int> result;
+        Parts sum;
+        for (const Parts& parts : stroke) sum = {sum.up - parts.up, sum.left - parts.left};
         for (std::string word; words >> word;) {
             if (word != "wheel") continue;
             int x = 0;
             int y = 0;
             words >> x >> y;
-            result = {result.first + x, result.second + y};
+            sum = {sum.up + y, sum.left + x};
         }
-        EXPECT_NE(record.find("wheel"), std::string::npos) << record;
-        return result;
+        EXPECT_LE(std::abs(sum.up), rounding) << record;
+        EXPECT_LE(std::abs(sum.left), rounding) << record;
     }
     /// A terminal that is asked to report the mouse to the program inside it.
     std::string recordedByXterm(const Stroke& stroke) {
@@ -160,22 +172,24 @@ TEST_F(SameWheelTest, ToolkitScrollsPartsOfNotchesOnceTheyAreWhole) {
         EXPECT_LT(std::abs(with[step].horizontal - without[step].horizontal), 1) << "step " << step;
         EXPECT_EQ(with[step].vertical, std::round(with[step].vertical));
     }
-    EXPECT_EQ(with.back(), without.back());
+    EXPECT_NEAR(with.back().vertical, without.back().vertical, 1e-6);
+    EXPECT_NEAR(with.back().horizontal, without.back().horizontal, 1e-6);
 }
 
 TEST_F(SameWheelTest, QtWindowReceivesTheSameNotches) {
     const Stroke stroke{{notch, 0}, {notch, 0}, {-notch, 0}, {0, notch}, {0, -notch}, {0, -notch}};
-    const std::string without = recordedByQt(stroke);
+    const std::string without = recordedByQt(stroke, Pace::oneByOne);
     start(Settings());
-    EXPECT_EQ(recordedByQt(stroke), without);
+    EXPECT_EQ(recordedByQt(stroke, Pace::oneByOne), without);
     EXPECT_NE(without.find("wheel 0 120"), std::string::npos) << without;
 }
 
 TEST_F(SameWheelTest, QtWindowScrollsAsFarForPartsOfNotchesAndForSeveral) {
     for (const Stroke& stroke : {notches(), fractions()}) {
-        const auto without = sum(recordedByQt(stroke));
+        // The toolkit rounds each part to its own unit.
+        expectWholeStroke(recordedByQt(stroke, Pace::asFastAsItGoes), stroke, 2);
         start(Settings());
-        EXPECT_EQ(sum(recordedByQt(stroke)), without);
+        expectWholeStroke(recordedByQt(stroke, Pace::asFastAsItGoes), stroke, 0);
         stop();
     }
 }

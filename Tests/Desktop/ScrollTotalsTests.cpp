@@ -27,8 +27,8 @@ class ExpectedWheel {
 
     void turn(int up, int left) {
         const int sign = speeds.swapped ? -1 : 1;
-        click(4, scaled(sign * whole(restUp, up), speeds.vertical));
         click(6, scaled(sign * whole(restLeft, left), speeds.horizontal));
+        click(4, scaled(sign * whole(restUp, up), speeds.vertical));
     }
     /// What is missing to the next whole notch.
     [[nodiscard]] int missingUp() const { return -restUp; }

@@ -29,15 +29,35 @@ TEST_F(TwoDeviceTest, ButtonHeldOnBothIsOneButtonUntilBothLetGo) {
     EXPECT_EQ(client().count(Kind::buttonRelease, 1), 1);
 }
 
-TEST_F(TwoDeviceTest, MappedButtonOfBothActsForEach) {
+TEST_F(TwoDeviceTest, MappedButtonHeldOnBothActsOnce) {
     start(Settings().map(3, "Copiar"));
     trackball().press(extra);
+    EXPECT_TRUE(client().waitForStroke(copy));
     mouse().press(extra);
     trackball().release(extra);
     mouse().release(extra);
+    passSentinel();
+    EXPECT_EQ(program().lines("Ejecutando 'Copiar'"), 1);
+    mouse().click(extra);
     EXPECT_TRUE(client().waitFor([&](const auto&) { return client().strokes().size() == 2; }));
     passSentinel();
     EXPECT_EQ(client().strokes(), (std::vector<KeyStroke>{copy, copy}));
+    EXPECT_EQ(buttonsArrived(), std::vector<unsigned>{});
+}
+
+TEST_F(TwoDeviceTest, MappedButtonHeldOnBothCanBeUnpluggedFromOne) {
+    start(Settings().map(3, "Copiar"));
+    trackball().press(extra);
+    EXPECT_TRUE(client().waitForStroke(copy));
+    mouse().press(extra);
+    unplug("mouse");
+    EXPECT_TRUE(program().waitForLine("Dispositivo retirado: mouse"));
+    trackball().release(extra);
+    passSentinel();
+    EXPECT_EQ(program().lines("Ejecutando 'Copiar'"), 1);
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitFor([&](const auto&) { return client().strokes().size() == 2; }));
+    passSentinel();
     EXPECT_EQ(buttonsArrived(), std::vector<unsigned>{});
 }
 
