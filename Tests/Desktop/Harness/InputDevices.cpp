@@ -24,13 +24,23 @@ void setByte(Display* display, int id, const char* property, unsigned char value
 
 }  // namespace
 
-int InputDevices::id(const std::string& name) {
+int InputDevices::find(const std::string& name) {
     int count = 0;
     const DeviceList devices(XIQueryDevice(server.get(), XIAllDevices, &count), &XIFreeDeviceInfo);
     for (const XIDeviceInfo& device : std::span(devices.get(), static_cast<std::size_t>(count))) {
         if (name == device.name) return device.deviceid;
     }
-    throw std::runtime_error("the server has no device " + name);
+    return 0;
+}
+
+bool InputDevices::exists(const std::string& name) {
+    return find(name) != 0;
+}
+
+int InputDevices::id(const std::string& name) {
+    const int found = find(name);
+    if (found == 0) throw std::runtime_error("the server has no device " + name);
+    return found;
 }
 
 bool InputDevices::isOffThePointer(const std::string& name) {

@@ -12,6 +12,7 @@ class InputDevices {
   public:
     explicit InputDevices(const std::string& displayName) : server(displayName) {}
 
+    [[nodiscard]] bool exists(const std::string& name);
     /// Throws std::runtime_error when there is no device of that name.
     [[nodiscard]] int id(const std::string& name);
     /// Whether the device is off the pointer: held by some client, or taken off it on purpose.
@@ -20,6 +21,7 @@ class InputDevices {
     /// Takes a device from the server, as when its plug is pulled, and brings it back. The server keeps its
     /// name and number.
     void setPresent(const std::string& name, bool on);
+    /// Whether the device is in use: not taken away.
     [[nodiscard]] bool isPresent(const std::string& name);
 
     /// Gives the device a property, as its driver would.
@@ -34,6 +36,9 @@ class InputDevices {
     void setButtonMap(const std::string& name, const std::vector<unsigned char>& numbers);
 
   private:
+    /// 0 when there is none of that name; the server's own numbers begin above.
+    int find(const std::string& name);
+
     XConnection server;
 };
 

@@ -1,6 +1,7 @@
 #include "Desktop/Harness/VirtualDesktop.hpp"
 
 #include "Desktop/Harness/DesktopFiles.hpp"
+#include "Desktop/Harness/HotPlug.hpp"
 #include "Desktop/Harness/Wait.hpp"
 #include "Desktop/Harness/XConnection.hpp"
 #include "Desktop/Harness/Xlib.hpp"
@@ -65,8 +66,8 @@ std::string executable(const std::vector<std::string>& candidates) {
 
 }  // namespace
 
-VirtualDesktop::VirtualDesktop(std::vector<std::string> serverArguments)
-    : furtherArguments(std::move(serverArguments)) {
+VirtualDesktop::VirtualDesktop(std::vector<std::string> serverArguments, Plugs devicePlugs)
+    : furtherArguments(std::move(serverArguments)), plugs(devicePlugs) {
     adoptOrphans();
     try {
         makeFolders();
@@ -140,6 +141,7 @@ void VirtualDesktop::startServer() {
                                            "-displayfd",
                                            std::to_string(ready[1])};
         arguments.insert(arguments.end(), furtherArguments.begin(), furtherArguments.end());
+        if (plugs == Plugs::open) arguments = HotPlug::launchCommand(std::move(arguments));
         server = std::make_unique<ChildProcess>(Launch{.arguments = std::move(arguments),
                                                        .environment = variables,
                                                        .directory = place,

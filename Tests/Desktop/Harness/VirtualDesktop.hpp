@@ -20,9 +20,13 @@ class VirtualDesktop {
     static constexpr int height = 900;
     static constexpr int desktops = 4;
 
+    /// Whether devices can be plugged in while the desktop runs, with `HotPlug`. The server then runs in
+    /// namespaces of its own, where it hears of no device manager but ours.
+    enum class Plugs { fixed, open };
+
     /// Brings the desktop up and waits until it is ready. Throws std::runtime_error with the server's own
     /// words when it does not come. `serverArguments` are further ones for the server.
-    explicit VirtualDesktop(std::vector<std::string> serverArguments = {});
+    explicit VirtualDesktop(std::vector<std::string> serverArguments = {}, Plugs plugs = Plugs::fixed);
     ~VirtualDesktop();
     VirtualDesktop(const VirtualDesktop&) = delete;
     VirtualDesktop& operator=(const VirtualDesktop&) = delete;
@@ -36,6 +40,7 @@ class VirtualDesktop {
     /// Whether server, window manager and bus are all still there.
     [[nodiscard]] bool isAlive();
     [[nodiscard]] std::string serverLog() const;
+    [[nodiscard]] pid_t serverId() const { return server->id(); }
 
     HardwareDevice& trackball() { return *firstPointer; }
     HardwareDevice& mouse() { return *secondPointer; }
@@ -57,6 +62,7 @@ class VirtualDesktop {
     std::filesystem::path place;
     int claim = -1;  ///< an open, locked file in the folder: it belongs to somebody
     std::vector<std::string> furtherArguments;
+    Plugs plugs;
     std::string display;
     std::map<std::string, std::string> variables;
     std::unique_ptr<ChildProcess> server;
