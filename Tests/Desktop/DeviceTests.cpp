@@ -2,6 +2,8 @@
 
 #include <X11/keysym.h>
 
+#include <csignal>
+
 /// Which devices the program takes, and when.
 namespace trelvan::desktop {
 namespace {
@@ -22,8 +24,7 @@ TEST_F(DeviceTest, MiceAreTakenAndTabletsAndTouchScreensAreNot) {
 
 TEST_F(DeviceTest, TabletsButtonArrivesAsItself) {
     start(Settings().map(3, "Copiar"));
-    HardwareDevice tablet(desktop().folder() / "tablet");
-    tablet.click(extra);
+    desktop().tablet().click(extra);
     EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, extra));
     passSentinel();
     EXPECT_EQ(client().strokes(), std::vector<KeyStroke>{});
@@ -120,6 +121,19 @@ TEST_F(DeviceTest, MappedButtonHeldWhileUnpluggedActsAgainAfterTheReturn) {
     EXPECT_TRUE(client().waitFor([&](const auto&) { return client().strokes().size() == 2; }));
     passSentinel();
     EXPECT_EQ(client().strokes(), (std::vector<KeyStroke>{copy, copy}));
+    EXPECT_EQ(buttonsArrived(), std::vector<unsigned>{});
+}
+
+TEST_F(DeviceTest, UnpluggedAndPluggedInWhileTheProgramWasBusyIsServed) {
+    start(Settings().map(3, "Copiar"));
+    program().signal(SIGSTOP);
+    unplug("trackball");
+    plugIn("trackball");
+    program().signal(SIGCONT);
+    ASSERT_TRUE(waitUntilTaken("trackball", 2));
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke(copy));
+    passSentinel();
     EXPECT_EQ(buttonsArrived(), std::vector<unsigned>{});
 }
 

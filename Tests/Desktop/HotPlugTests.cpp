@@ -8,6 +8,7 @@
 #include <X11/keysym.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <memory>
 
 /// A mouse that is really plugged in and pulled out: the server makes a device with a new number each time.
@@ -117,6 +118,24 @@ TEST_F(HotPlugTest, PulledWithAMappedButtonHeldActsAgainWhenPluggedInAnew) {
     EXPECT_TRUE(client->waitForButton(Kind::buttonRelease, 9));
     EXPECT_EQ(client->buttonsPressed(), std::vector<unsigned>{9});
     EXPECT_EQ(client->strokes(), (std::vector<KeyStroke>{copy, copy}));
+}
+
+TEST_F(HotPlugTest, PulledAndPluggedInWhileTheProgramWasBusyIsServed) {
+    start();
+    plugIn();
+    expectTaken(1);
+    mouse->press(1);
+    EXPECT_TRUE(client->waitForButton(Kind::buttonPress, 1));
+    // The new device gets the number of the old one, and both changes are over when the program looks.
+    program->signal(SIGSTOP);
+    pullOut();
+    plugIn();
+    program->signal(SIGCONT);
+    expectTaken(2);
+    EXPECT_TRUE(client->waitForButton(Kind::buttonRelease, 1));
+    mouse->click(extra);
+    EXPECT_TRUE(client->waitForStroke(copy));
+    EXPECT_EQ(client->buttonsPressed(), std::vector<unsigned>{1});
 }
 
 TEST_F(HotPlugTest, ManyChangesLeaveEveryDeviceServed) {

@@ -10,7 +10,8 @@ namespace trelvan::desktop {
 /// thread.
 class HardwareDevice {
   public:
-    /// Connects to the driver's socket. Throws std::runtime_error when it is not there or speaks otherwise.
+    /// Connects to the driver's socket, which listens to one client only for as long as the device is there.
+    /// Throws std::runtime_error when it is not there or speaks otherwise.
     explicit HardwareDevice(const std::filesystem::path& socket);
     ~HardwareDevice();
     HardwareDevice(const HardwareDevice&) = delete;

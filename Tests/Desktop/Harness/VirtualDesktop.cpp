@@ -76,6 +76,7 @@ VirtualDesktop::VirtualDesktop(std::vector<std::string> serverArguments, Plugs d
         startWindowManager();
         firstPointer = std::make_unique<HardwareDevice>(place / "trackball");
         secondPointer = std::make_unique<HardwareDevice>(place / "mouse");
+        penTablet = std::make_unique<HardwareDevice>(place / "tablet");
         keys = std::make_unique<HardwareDevice>(place / "keyboard");
         reset();
     } catch (...) {
@@ -208,7 +209,9 @@ std::string VirtualDesktop::opened() const {
 }
 
 void VirtualDesktop::reset() {
-    for (HardwareDevice* device : {firstPointer.get(), secondPointer.get(), keys.get()}) device->releaseAll();
+    for (HardwareDevice* device : {firstPointer.get(), secondPointer.get(), penTablet.get(), keys.get()}) {
+        device->releaseAll();
+    }
     endAdopted();
     std::filesystem::remove(place / "opened");
     XConnection connection(display);
@@ -222,6 +225,7 @@ void VirtualDesktop::reset() {
 void VirtualDesktop::takeDown() {
     firstPointer.reset();
     secondPointer.reset();
+    penTablet.reset();
     keys.reset();
     windowManager.reset();
     bus.reset();

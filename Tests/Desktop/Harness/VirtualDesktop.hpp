@@ -44,6 +44,7 @@ class VirtualDesktop {
 
     HardwareDevice& trackball() { return *firstPointer; }
     HardwareDevice& mouse() { return *secondPointer; }
+    HardwareDevice& tablet() { return *penTablet; }
     HardwareDevice& keyboard() { return *keys; }
 
     /// The state in which every test begins: nothing held, first desktop, no process of an earlier test.
@@ -70,6 +71,7 @@ class VirtualDesktop {
     std::unique_ptr<ChildProcess> windowManager;
     std::unique_ptr<HardwareDevice> firstPointer;
     std::unique_ptr<HardwareDevice> secondPointer;
+    std::unique_ptr<HardwareDevice> penTablet;
     std::unique_ptr<HardwareDevice> keys;
 };
 
