@@ -54,6 +54,13 @@ std::string TrelvanProcess::output() const {
     return readFile(folder / "output");
 }
 
+int TrelvanProcess::lines(const std::string& text) const {
+    const std::string all = output();
+    int count = 0;
+    for (auto at = all.find(text); at != std::string::npos; at = all.find(text, at + 1)) ++count;
+    return count;
+}
+
 nlohmann::json TrelvanProcess::storedSettings() const {
     return nlohmann::json::parse(readFile(folder / "config" / "settings.json"), nullptr, false);
 }

@@ -24,6 +24,8 @@ class TrelvanProcess {
     /// Waits for a line of the output that contains the text.
     bool waitForLine(const std::string& text, std::chrono::milliseconds bound = patience) const;
     [[nodiscard]] std::string output() const;
+    /// How often the output contains the text.
+    [[nodiscard]] int lines(const std::string& text) const;
     [[nodiscard]] nlohmann::json storedSettings() const;
 
     [[nodiscard]] pid_t id() const { return process->id(); }

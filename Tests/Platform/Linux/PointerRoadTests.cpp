@@ -127,6 +127,40 @@ TEST_F(PointerRoadTest, ButtonHeldOnTwoDevices_IsOneButtonToTheOutput) {
     EXPECT_EQ(output.sent, (Sent{"+1", "-1"}));
 }
 
+TEST_F(PointerRoadTest, ButtonHeldOnTwoDevices_IsOfferedToTheCallbackOnce) {
+    swallowAll();
+    road.button(mouse, 8, true);
+    road.button(trackball, 8, true);
+    road.button(mouse, 8, false);
+    EXPECT_EQ(seen.size(), 1U);
+    road.button(trackball, 8, false);
+    ASSERT_EQ(seen.size(), 2U);
+    EXPECT_EQ(seen[1].type, EventType::otherMouseUp);
+    EXPECT_EQ(output.sent, Sent{});
+}
+
+TEST_F(PointerRoadTest, ButtonSwallowedOnOneDevice_IsNotPassedForTheOther) {
+    swallowAll();
+    road.button(mouse, 8, true);
+    deliverAll();
+    road.button(trackball, 8, true);
+    road.button(mouse, 8, false);
+    road.button(trackball, 8, false);
+    EXPECT_EQ(output.sent, Sent{});
+    road.button(trackball, 8, true);
+    EXPECT_EQ(output.sent, Sent{"+8"});
+}
+
+TEST_F(PointerRoadTest, ButtonHeldOnTwoDevices_StaysDownWhenOneIsLetGo) {
+    road.button(mouse, 9, true);
+    road.button(trackball, 9, true);
+    road.letGo(mouse);
+    EXPECT_EQ(output.sent, Sent{"+9"});
+    road.button(trackball, 9, false);
+    EXPECT_EQ(output.sent, (Sent{"+9", "-9"}));
+    EXPECT_EQ(seen.size(), 2U);
+}
+
 TEST_F(PointerRoadTest, RepeatedEdge_IsIgnored) {
     road.button(mouse, 1, false);
     road.button(mouse, 1, true);
@@ -212,7 +246,7 @@ TEST_F(PointerRoadTest, TrackedLocation_StaysOnTheScreen) {
 
 TEST_F(PointerRoadTest, WheelLines_BecomeClicksAndFractionsAreCarriedPerAxis) {
     for (int turn = 0; turn < 8; ++turn) road.scroll(mouse, 0.25, -0.125);
-    EXPECT_EQ(output.sent, (Sent{"+4", "-4", "+4", "-4", "+7", "-7"}));
+    EXPECT_EQ(output.sent, (Sent{"+4", "-4", "+7", "-7", "+4", "-4"}));
     EXPECT_EQ(seen.back().scrollDeltaAxis1, 1);
     EXPECT_EQ(seen.back().scrollDeltaAxis2, -1);
     EXPECT_EQ(seen.back().scrollPointDeltaAxis1, 10);

@@ -143,7 +143,12 @@ void LinuxEventPoster::pressKey(int keycode, EventFlags flags) {
     const unsigned wanted = map_.modifiers(flags);
     held_.settle();
     held_.suspendAllBut(wanted, map_);
-    if (map_.modifiersOf(keycode) == 0) pressMissing(keycode, wanted);
+    if (map_.modifiersOf(keycode) == 0) {
+        pressMissing(keycode, wanted);
+        // Shortcuts in a quick row overlap: one presses the key while the last still holds it, which the
+        // server would not pass on.
+        if (ledger_.isKeyDown(keycode)) ledger_.key(keycode, false);
+    }
     held_.forgetBeforePress(keycode);
     ledger_.key(keycode, true);
 }

@@ -79,13 +79,10 @@ void LinuxEventTap::scan() {
     if (!enabled_) return;
     retry_.reset();
     auto present = queryPointerDevices(pump_.connection().display());
-    for (auto& device : devices_) {
-        if (std::ranges::find(present, device->id, &PointerDevice::id) != present.end()) continue;
-        AppLogger.info(ShortText("Dispositivo retirado: ", device->name));
-        road_.letGo(*device);
-        leaving_.push_back(std::move(device));
+    for (std::size_t index = devices_.size(); index > 0; --index) {
+        const int id = devices_[index - 1]->id;
+        if (std::ranges::find(present, id, &PointerDevice::id) == present.end()) forget(id);
     }
-    std::erase(devices_, nullptr);
     bool anyHeld = false;
     bool anyBusy = false;
     for (auto& device : present) {
@@ -100,7 +97,17 @@ void LinuxEventTap::scan() {
     if (anyHeld || anyBusy) retry_ = timers_.once(anyBusy ? retryBusy : retryHeld, [this] { scan(); });
 }
 
+void LinuxEventTap::forget(int deviceId) {
+    const auto device = std::ranges::find(devices_, deviceId, [](const auto& each) { return each->id; });
+    if (device == devices_.end()) return;
+    AppLogger.info(ShortText("Dispositivo retirado: ", (*device)->name));
+    road_.letGo(**device);
+    leaving_.push_back(std::move(*device));
+    devices_.erase(device);
+}
+
 bool LinuxEventTap::take(PointerDevice& device) {
+    device.grabRequest = XNextRequest(pump_.connection().display());
     if (!grab(device)) {
         reportHeld(device);
         return false;
@@ -188,16 +195,9 @@ void LinuxEventTap::handle(_XEvent& event) {
         case XI_ButtonRelease:
             buttonEvent(event.xcookie.data, false);
             break;
-        case XI_HierarchyChanged: {
-            const auto& change = *static_cast<const XIHierarchyEvent*>(event.xcookie.data);
-            constexpr int relevant =
-                XISlaveAdded | XISlaveRemoved | XISlaveAttached | XIDeviceEnabled | XIDeviceDisabled;
-            for (const auto& info : std::span(change.info, static_cast<std::size_t>(change.num_info))) {
-                if (info.flags & XISlaveAttached) giveBack(info.deviceid);
-            }
-            if (change.flags & relevant) scan();
+        case XI_HierarchyChanged:
+            hierarchyChanged(event.xcookie.data);
             break;
-        }
         case XI_DeviceChanged:
             refreshAxes(static_cast<const XIDeviceChangedEvent*>(event.xcookie.data)->deviceid);
             break;
@@ -205,6 +205,20 @@ void LinuxEventTap::handle(_XEvent& event) {
             break;
     }
     --depth_;
+}
+
+void LinuxEventTap::hierarchyChanged(const void* data) {
+    const auto& change = *static_cast<const XIHierarchyEvent*>(data);
+    constexpr int gone = XISlaveRemoved | XIDeviceDisabled;
+    constexpr int relevant = XISlaveAdded | XISlaveAttached | XIDeviceEnabled | gone;
+    for (const auto& info : std::span(change.info, static_cast<std::size_t>(change.num_info))) {
+        const PointerDevice* device = find(info.deviceid);
+        // What happened before the grab was seen by it. The number may have been another device's then.
+        if (device == nullptr || change.serial < device->grabRequest) continue;
+        if (info.flags & XISlaveAttached) giveBack(info.deviceid);
+        if (info.flags & gone) forget(info.deviceid);
+    }
+    if (change.flags & relevant) scan();
 }
 
 void LinuxEventTap::rawMotion(const void* data) {

@@ -38,6 +38,8 @@ class LinuxEventTap final : public EventTap, public XEventHandler {
     [[nodiscard]] PointerDevice* find(int deviceId);
     /// Takes what can be taken and forgets what is gone; asks again later for what another client holds.
     void scan();
+    /// Releases what a device that is gone still held.
+    void forget(int deviceId);
     [[nodiscard]] bool take(PointerDevice& device);
     [[nodiscard]] bool grab(const PointerDevice& device);
     void ungrab(PointerDevice& device);
@@ -48,6 +50,7 @@ class LinuxEventTap final : public EventTap, public XEventHandler {
     void reportHeld(const PointerDevice& device);
     void refreshAxes(int deviceId);
 
+    void hierarchyChanged(const void* data);
     void rawMotion(const void* data);
     void buttonEvent(const void* data, bool down);
     void readBounds();

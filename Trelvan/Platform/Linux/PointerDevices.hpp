@@ -28,6 +28,8 @@ struct PointerDevice {
     bool attached = true;
     bool anyButtonDown = false;
     std::vector<PointerAxis> axes;
+    /// The number of the request that took it, by which what the server reports is older or newer.
+    unsigned long grabRequest = 0;
 
     FractionCarry restX, restY, restVertical, restHorizontal;
     /// Buttons that went down through the tap, and those of them that were passed on.

@@ -95,8 +95,9 @@ void PointerRoad::scroll(PointerDevice& device, double vertical, double horizont
     event.scrollPointDeltaAxis1 = up * pointsPerLine;
     event.scrollPointDeltaAxis2 = left * pointsPerLine;
     if (isTapped(event.type) && ask(event) == TapAnswer::swallow) return;
-    click(1, event.scrollDeltaAxis1);
+    // The order of the server itself, whose horizontal axis has the lower number.
     click(2, event.scrollDeltaAxis2);
+    click(1, event.scrollDeltaAxis1);
 }
 
 void PointerRoad::click(int axis, std::int64_t lines) {
@@ -113,6 +114,12 @@ void PointerRoad::button(PointerDevice& device, int xButton, bool down) {
     if (!number || device.held.test(place) == down) return;
     count(xButton, down);
     device.held.set(place, down);
+    if (held_[place] > (down ? 1 : 0)) {
+        // Another device holds it too. It is one button to the callback, as it is to the applications: asked
+        // for each device, it would take the second release for one whose press was never consumed.
+        pass(device, xButton, down && passed_[place] > 0);
+        return;
+    }
     const bool wasPassed = device.passed.test(place);
     TapEvent event = make(buttonType(*number, down));
     event.buttonNumber = *number;
@@ -134,7 +141,6 @@ void PointerRoad::pass(PointerDevice& device, int xButton, bool down) {
     device.passed.set(place, down);
     auto& devices = passed_[place];
     devices = static_cast<std::uint8_t>(down ? devices + 1 : devices - 1);
-    // Two devices may hold the same button: it is one button to the applications.
     if (devices == (down ? 1 : 0)) output_.button(xButton, down);
 }
 
