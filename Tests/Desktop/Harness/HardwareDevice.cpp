@@ -25,7 +25,18 @@ void set(xf86ITValuatorData& data, int axis, double value) {
 
 }  // namespace
 
-HardwareDevice::HardwareDevice(const std::filesystem::path& socket) {
+HardwareDevice::HardwareDevice(const std::filesystem::path& place) : socket(place) {
+    connect();
+}
+
+void HardwareDevice::reconnect() {
+    ::close(descriptor);
+    heldButtons.clear();
+    heldKeys.clear();
+    connect();
+}
+
+void HardwareDevice::connect() {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (socket.native().size() >= sizeof address.sun_path) throw std::runtime_error("socket path too long");

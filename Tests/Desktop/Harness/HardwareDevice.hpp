@@ -10,7 +10,7 @@ namespace trelvan::desktop {
 class HardwareDevice {
   public:
     /// Connects to the driver's socket. Throws std::runtime_error when it is not there or speaks otherwise.
-    explicit HardwareDevice(const std::filesystem::path& socket);
+    explicit HardwareDevice(const std::filesystem::path& place);
     ~HardwareDevice();
     HardwareDevice(const HardwareDevice&) = delete;
     HardwareDevice& operator=(const HardwareDevice&) = delete;
@@ -37,7 +37,12 @@ class HardwareDevice {
     /// Lets everything go that is held.
     void releaseAll();
 
+    /// Connects anew after the server switched the device off and on, which lets everything go.
+    void reconnect();
+
   private:
+    void connect();
+
     template <typename Event>
     void send(Event& event, int type);
     void button(int number, bool down);
@@ -46,6 +51,7 @@ class HardwareDevice {
     void sync();
     void receive(void* answer, std::size_t size);
 
+    std::filesystem::path socket;
     int descriptor = -1;
     std::set<int> heldButtons;
     std::set<int> heldKeys;

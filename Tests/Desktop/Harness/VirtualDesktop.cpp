@@ -11,6 +11,7 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <stdexcept>
 #include <utility>
@@ -215,6 +216,11 @@ void VirtualDesktop::reset() {
         return connection.property(connection.root(), "_NET_CURRENT_DESKTOP") == std::vector<long>{0};
     };
     if (!waitUntil(isFirst)) throw std::runtime_error("the window manager does not change the desktop");
+}
+
+void VirtualDesktop::killServer() {
+    server->signal(SIGKILL);
+    server->waitForEnd(patience);
 }
 
 void VirtualDesktop::takeDown() {
