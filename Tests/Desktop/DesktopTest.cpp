@@ -47,8 +47,13 @@ void DesktopTest::TearDown() {
     application.reset();
 }
 
-void DesktopTest::start(const Settings& settings) {
+void DesktopTest::run(const Settings& settings) {
+    running.reset();
     running = std::make_unique<TrelvanProcess>(desktop(), settings);
+}
+
+void DesktopTest::start(const Settings& settings) {
+    run(settings);
     // Taking the devices may itself move the pointer to where it is; that is over when a press gets through.
     passSentinel();
     client().warpPointer(client().middle());

@@ -29,6 +29,8 @@ class DesktopTest : public testing::Test {
 
     /// Starts the program and waits until it serves the devices.
     void start(const Settings& settings);
+    /// The same where the devices cannot be served yet.
+    void run(const Settings& settings);
     /// Puts another application's window in the place of the present one.
     void useClient(Protocol protocol);
 

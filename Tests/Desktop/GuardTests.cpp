@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <optional>
+#include <span>
 
 /// The program hangs, is stopped or is killed at the worst moment: the pointer works and nothing stays held.
 namespace trelvan::desktop {
@@ -85,6 +86,27 @@ class GuardTest : public DesktopTest {
         return count;
     }
 
+    /// The program's window of one point outside the screen.
+    void destroyGrabWindow() {
+        Display* display = client().connection().get();
+        Window root = None;
+        Window parent = None;
+        Window* windows = nullptr;
+        unsigned count = 0;
+        XQueryTree(display, client().connection().root(), &root, &parent, &windows, &count);
+        int destroyed = 0;
+        for (const Window window : std::span(windows, count)) {
+            XWindowAttributes attributes{};
+            XGetWindowAttributes(display, window, &attributes);
+            if (attributes.c_class != InputOnly || attributes.x != -1 || attributes.width != 1) continue;
+            XDestroyWindow(display, window);
+            ++destroyed;
+        }
+        XFree(windows);
+        XSync(display, False);
+        ASSERT_EQ(destroyed, 1);
+    }
+
     pid_t guard() {
         const auto process = program().guard();
         EXPECT_TRUE(process.has_value()) << "the program has no guard";
@@ -150,6 +172,33 @@ TEST_F(GuardTest, StoppedProgramLosesThePointerEachTime) {
     }
 }
 
+TEST_F(GuardTest, WorkingProgramKeepsThePointerHoweverLongItIsMoved) {
+    start(Settings().map(3, "Copiar"));
+    // Three rounds of the guard's questions.
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds{1800};
+    while (std::chrono::steady_clock::now() < end) {
+        trackball().move(1, 0);
+        trackball().move(-1, 0);
+    }
+    expectServed();
+    EXPECT_EQ(program().output().find(takenAgain), std::string::npos);
+}
+
+TEST_F(GuardTest, WindowOfTheGrabsThatSomebodyDestroyedIsReplacedAndTheErrorNamed) {
+    start(Settings().map(3, "Copiar"));
+    program().signal(SIGSTOP);
+    moveUntilFree();
+    destroyGrabWindow();
+    program().signal(SIGCONT);
+    EXPECT_TRUE(program().waitForLine("X_MapWindow"));
+    EXPECT_NE(program().output().find("Error de X: BadWindow"), std::string::npos);
+    EXPECT_TRUE(waitUntil([&] {
+        trackball().click(extra);
+        return client().waitForStroke(copy, std::chrono::milliseconds{100});
+    }));
+    expectServed();
+}
+
 TEST_F(GuardTest, ButtonsHeldWhenTheProgramStopsAreReleased) {
     start(Settings().map(3, "Copiar"));
     for (const int button : {1, 9, highButton}) trackball().press(button);
@@ -182,6 +231,7 @@ TEST_F(GuardTest, ShortcutInTheMiddleOfWhichTheProgramStopsIsReleased) {
 
 TEST_F(GuardTest, BlockedMainLoopLosesThePointerAndTakesItAgain) {
     const auto pipe = desktop().folder() / "slow.desktop";
+    std::filesystem::remove(pipe);
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     start(Settings().map(3, "Abrir Aplicación", {{"appPath", pipe.string()}}).map(4, "Copiar"));
     trackball().click(extra);

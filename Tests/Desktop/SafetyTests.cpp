@@ -58,7 +58,26 @@ TEST_F(SafetyTest, ButtonsHeldOnADeviceThatIsPulledOutAreReleased) {
     client().forget();
     setEnabled(client().connection(), "trackball", true);
     trackball().reconnect();
+    // The driver reports what changed while it was off.
+    for (const int button : {1, 12}) trackball().release(button);
     EXPECT_TRUE(waitForLines("Dispositivo capturado: trackball", 2));
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke(copy));
+}
+
+TEST_F(SafetyTest, DevicesThatAnotherClientHoldsAreNamedAndTakenOnceTheyAreFree) {
+    {
+        // A grab ends with its connection.
+        XConnection other(desktop().displayName());
+        for (const char* name : {"trackball", "mouse"}) ASSERT_TRUE(grab(other, name));
+        run(Settings().map(3, "Copiar"));
+        for (const char* name : {"trackball", "mouse"}) {
+            EXPECT_TRUE(program().waitForLine("Otro programa retiene el dispositivo " + std::string(name)));
+        }
+        // Whether the program may tap at all is another question.
+        EXPECT_NE(program().output().find("Accesibilidad: concedida"), std::string::npos);
+    }
+    EXPECT_TRUE(waitForLines("Dispositivo capturado", 2));
     trackball().click(extra);
     EXPECT_TRUE(client().waitForStroke(copy));
 }

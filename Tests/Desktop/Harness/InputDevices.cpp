@@ -54,4 +54,13 @@ void setEnabled(XConnection& connection, std::string_view name, bool on) {
     XSync(connection.get(), False);
 }
 
+bool grab(XConnection& connection, std::string_view name) {
+    const int device = find(connection, name).device;
+    unsigned char bits[XIMaskLen(XI_LASTEVENT)]{};
+    XISetMask(bits, XI_ButtonPress);
+    XIEventMask mask{.deviceid = device, .mask_len = sizeof bits, .mask = bits};
+    return XIGrabDevice(connection.get(), device, connection.root(), CurrentTime, None, XIGrabModeAsync,
+                        XIGrabModeAsync, False, &mask) == GrabSuccess;
+}
+
 }  // namespace trelvan::desktop

@@ -15,5 +15,7 @@ void attachToPointer(XConnection& connection, std::string_view name);
 void detach(XConnection& connection, std::string_view name);
 /// Switches a device off, as if it were pulled out, or on again.
 void setEnabled(XConnection& connection, std::string_view name, bool on);
+/// Holds a device by a grab of this connection, as a remapper does; false when it is not to be had.
+bool grab(XConnection& connection, std::string_view name);
 
 }  // namespace trelvan::desktop
