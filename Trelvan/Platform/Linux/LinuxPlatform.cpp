@@ -174,7 +174,8 @@ std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(int& argc,
     XErrorScope::install();
     // Where Qt's connection breaks first, Qt ends the process with exit().
     std::atexit([] {
-        if (performLastWish()) reportConnectionLost(std::getenv("DISPLAY"));
+        const char* display = std::getenv("DISPLAY");
+        if (performLastWish() && display != nullptr) reportConnectionLost(display);
     });
     // Qt ends the process where it finds no display, so the server is asked first.
     auto main = XConnection::open();
