@@ -49,6 +49,26 @@ bool InputDevices::isOffThePointer(const std::string& name) {
     return device && count == 1 && device->use == XIFloatingSlave;
 }
 
+void InputDevices::detach(const std::string& name) {
+    XIAnyHierarchyChangeInfo change{};
+    change.detach = {.type = XIDetachSlave, .deviceid = id(name)};
+    XIChangeHierarchy(server.get(), &change, 1);
+    XSync(server.get(), False);
+}
+
+void InputDevices::attachToPointer(const std::string& name) {
+    int count = 0;
+    int pointer = 0;
+    const DeviceList devices(XIQueryDevice(server.get(), XIAllMasterDevices, &count), &XIFreeDeviceInfo);
+    for (const XIDeviceInfo& device : std::span(devices.get(), static_cast<std::size_t>(count))) {
+        if (device.use == XIMasterPointer) pointer = device.deviceid;
+    }
+    XIAnyHierarchyChangeInfo change{};
+    change.attach = {.type = XIAttachSlave, .deviceid = id(name), .new_master = pointer};
+    XIChangeHierarchy(server.get(), &change, 1);
+    XSync(server.get(), False);
+}
+
 bool InputDevices::isPresent(const std::string& name) {
     int count = 0;
     const DeviceList device(XIQueryDevice(server.get(), id(name), &count), &XIFreeDeviceInfo);

@@ -18,6 +18,10 @@ class InputDevices {
     /// Whether the device is off the pointer: held by some client, or taken off it on purpose.
     [[nodiscard]] bool isOffThePointer(const std::string& name);
 
+    /// Takes a device off the pointer, and puts one onto it, wherever it is now.
+    void detach(const std::string& name);
+    void attachToPointer(const std::string& name);
+
     /// Takes a device from the server, as when its plug is pulled, and brings it back. The server keeps its
     /// name and number.
     void setPresent(const std::string& name, bool on);

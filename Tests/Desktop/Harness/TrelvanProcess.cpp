@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <stdexcept>
 
 namespace trelvan::desktop {
@@ -59,6 +60,19 @@ int TrelvanProcess::lines(const std::string& text) const {
     int count = 0;
     for (auto at = all.find(text); at != std::string::npos; at = all.find(text, at + 1)) ++count;
     return count;
+}
+
+std::string TrelvanProcess::errors() const {
+    return readFile(folder / "errors");
+}
+
+std::optional<pid_t> TrelvanProcess::guardOf(pid_t program) {
+    const std::string number = std::to_string(program);
+    std::ifstream children("/proc/" + number + "/task/" + number + "/children");
+    for (pid_t child = 0; children >> child;) {
+        if (readFile("/proc/" + std::to_string(child) + "/comm") == "trelvan-guard\n") return child;
+    }
+    return std::nullopt;
 }
 
 nlohmann::json TrelvanProcess::storedSettings() const {

@@ -12,6 +12,7 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <stdexcept>
 #include <utility>
@@ -227,6 +228,11 @@ void VirtualDesktop::reset() {
         return connection.property(connection.root(), "_NET_CURRENT_DESKTOP") == std::vector<long>{0};
     };
     if (!waitUntil(isFirst)) throw std::runtime_error("the window manager does not change the desktop");
+}
+
+void VirtualDesktop::killServer() {
+    server->signal(SIGKILL);
+    server->waitForEnd(patience);
 }
 
 void VirtualDesktop::takeDown() {

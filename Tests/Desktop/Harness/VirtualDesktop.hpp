@@ -50,6 +50,9 @@ class VirtualDesktop {
     /// The state in which every test begins: nothing held, first desktop, no process of an earlier test.
     void reset();
 
+    /// Ends the X server at once, as a crash does.
+    void killServer();
+
     /// What programs asked xdg-open to open on this desktop, one line each, oldest first.
     [[nodiscard]] std::string opened() const;
 

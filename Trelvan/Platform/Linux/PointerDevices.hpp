@@ -28,12 +28,15 @@ struct PointerDevice {
     bool attached = true;
     bool anyButtonDown = false;
     std::vector<PointerAxis> axes;
-    /// The number of the request that took it, by which what the server reports is older or newer.
-    unsigned long grabRequest = 0;
 
     FractionCarry restX, restY, restVertical, restHorizontal;
     /// Buttons that went down through the tap, and those of them that were passed on.
     std::bitset<highestXButton + 1> held, passed;
+    /// Buttons that went down while their function was stopped; their release is nobody's business either.
+    std::bitset<highestXButton + 1> muted;
+    /// The serial number of the request that took the device: events of an earlier one are of an earlier
+    /// grab.
+    unsigned long grabSerial = 0;
 
     [[nodiscard]] bool scrollsSmoothly() const;
 };
