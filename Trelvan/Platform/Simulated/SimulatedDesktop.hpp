@@ -73,6 +73,8 @@ class SimulatedDesktop : public Platform {
     SimulatedFailures failures;
     std::vector<Rect> screenFrames{{0, 0, 1440, 900}};
     std::vector<OwnWindow> windows;
+    /// The window of an open menu, ahead of them all.
+    std::optional<OwnWindow> overlay;
     /// Top-left coordinates.
     Point pointer{720, 450};
     std::string frontmost = "com.example.app";

@@ -9,6 +9,8 @@
 #include "Platform/Workspace.hpp"
 #include "Utilities/LogSink.hpp"
 
+#include <vector>
+
 namespace trelvan {
 
 class SimulatedDesktop;
@@ -24,6 +26,7 @@ class SimulatedScreens final : public Screens {
 
   private:
     SimulatedDesktop& desktop_;
+    mutable std::vector<OwnWindow> withOverlay_;
 };
 
 /// The world's defaults, in memory.
