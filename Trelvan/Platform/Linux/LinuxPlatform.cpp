@@ -4,6 +4,7 @@
 #include "Platform/Linux/JournalSink.hpp"
 #include "Platform/Linux/LastWish.hpp"
 #include "Platform/Linux/LinuxAccessibilityTrust.hpp"
+#include "Platform/Linux/LinuxAppearance.hpp"
 #include "Platform/Linux/LinuxBundleInfo.hpp"
 #include "Platform/Linux/LinuxEventPoster.hpp"
 #include "Platform/Linux/LinuxEventTap.hpp"
@@ -101,6 +102,7 @@ struct LinuxPlatform::Parts {
     PulseAudioInput audio;
     LinuxLoginItem loginItem;
     LinuxBundleInfo bundle;
+    LinuxAppearance look{*connection, QDBusConnection::sessionBus()};
     LinuxIdleInhibitor inhibitor{QDBusConnection::sessionBus(), QDBusConnection::systemBus()};
     TerminationSignals termination{[] { QCoreApplication::quit(); }};
     WorkerQueue background;
@@ -172,6 +174,10 @@ const BundleInfo& LinuxPlatform::bundleInfo() {
 }
 IdleInhibitor& LinuxPlatform::idleInhibitor() {
     return parts_->inhibitor;
+}
+
+const Appearance& LinuxPlatform::appearance() {
+    return parts_->look;
 }
 
 int LinuxPlatform::run() {

@@ -150,6 +150,7 @@ class SimulatedDesktop : public Platform {
     LoginItem& loginItem() override;
     const BundleInfo& bundleInfo() override;
     IdleInhibitor& idleInhibitor() override;
+    const Appearance& appearance() override;
     const ActionShortcuts& actionShortcuts() override { return shortcuts_; }
     /// Nothing happens by itself here: returns at once.
     int run() override { return 0; }

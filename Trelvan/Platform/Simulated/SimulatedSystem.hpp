@@ -50,6 +50,9 @@ class SimulatedWorkspace final : public Workspace {
     [[nodiscard]] bool exists(std::string_view path) const override;
     [[nodiscard]] std::optional<std::string> applicationPath(
         std::string_view bundleIdentifier) const override;
+    [[nodiscard]] std::optional<std::string> applicationIcon(std::string_view /*path*/) const override {
+        return std::nullopt;
+    }
     void openApplication(std::string_view path) override;
     void openFolder(std::string_view path) override;
     void openUrl(std::string_view url) override;
