@@ -61,11 +61,17 @@ class SmartButtonTest : public DesktopTest {
         return waitUntil([&] { return overlay() == 0; });
     }
 
-    /// Opens the menu with the pointer there; where its centre is.
+    /// Opens the menu with the pointer there, and waits until it holds the keyboard; where its centre is.
     Position openAt(Position place) {
         client().warpPointer(place);
         trackball().click(xButton(opener));
         EXPECT_TRUE(isOpen());
+        // A key that the menu does not know goes nowhere once the keyboard is held.
+        EXPECT_TRUE(waitUntil([&] {
+            client().forget();
+            desktop().keyboard().keyStroke(client().keyCode(XK_F5));
+            return !client().waitForStroke({XK_F5, 0}, std::chrono::milliseconds{20});
+        }));
         return {std::clamp(place.x, margin, VirtualDesktop::width - margin),
                 std::clamp(place.y, margin, VirtualDesktop::height - margin)};
     }
@@ -268,6 +274,64 @@ TEST_F(SmartButtonTest, CentreOpensTheFolderOfAllApplications) {
     EXPECT_TRUE(
         waitUntil([&] { return desktop().opened().find("/usr/share/applications") != std::string::npos; }));
 }
+
+/// How the menu looks, kept as a picture for people to judge.
+struct LookCase {
+    std::string name;
+    std::string theme;
+    std::string language;
+    std::string scale;
+};
+class SmartButtonLookTest : public SmartButtonTest, public testing::WithParamInterface<LookCase> {};
+
+TEST_P(SmartButtonLookTest, PictureIsKept) {
+    const auto& look = GetParam();
+    const std::string notes = desktop().folder() / "data" / "applications" / "notes.desktop";
+    std::filesystem::create_directories(std::filesystem::path(notes).parent_path());
+    writeFile(notes,
+              "[Desktop Entry]\nType=Application\nName=Notes\nIcon=xterm-color\n"
+              "Exec=true\n");
+    start(Settings()
+              .map(opener, "Smart Button")
+              .menuApplication("Notes", notes)
+              .menuShortcut("Copy", keyC, control)
+              .menuApplication("A rather long name of an application", "/usr/bin/xterm")
+              .menuShortcut("Paste without formatting", keyV, control)
+              .menuApplication("Web", "/usr/bin/xev")
+              .menuShortcut("Donaudampfschifffahrtsgesellschaft", keyV, control)
+              .menuApplication("Música y vídeo", "/usr/bin/xclock")
+              .menuShortcut("Undo", 6, control)
+              .set("general_theme", look.theme)
+              .set("general_language", look.language),
+          {{"QT_SCALE_FACTOR", look.scale}});
+    client().warpPointer({720, 450});
+    trackball().click(xButton(opener));
+    ASSERT_TRUE(isOpen());
+    desktop().keyboard().keyStroke(client().keyCode(XK_Right));
+    // The keyboard's choice is drawn once the fade is over.
+    const auto folder = std::filesystem::path(TRELVAN_ARTIFACTS);
+    std::filesystem::create_directories(folder);
+    const auto picture = folder / ("smart-button-" + look.name + ".png");
+    std::filesystem::remove(picture);
+    waitUntil([] { return false; }, std::chrono::milliseconds{400});
+    ChildProcess import(Launch{.arguments = {"/usr/bin/import", "-window", "root", picture},
+                               .environment = desktop().environment(),
+                               .directory = desktop().folder(),
+                               .output = desktop().folder() / "import.output",
+                               .errors = {}});
+    EXPECT_EQ(import.waitForEnd(patience), 0) << readFile(desktop().folder() / "import.output");
+    EXPECT_GT(std::filesystem::file_size(picture), 10'000U);
+    desktop().keyboard().keyStroke(client().keyCode(XK_Escape));
+    EXPECT_TRUE(isClosed());
+}
+
+INSTANTIATE_TEST_SUITE_P(Looks, SmartButtonLookTest,
+                         testing::Values(LookCase{"Light", "Light", "English", "1"},
+                                         LookCase{"Dark", "Dark", "English", "1"},
+                                         LookCase{"Spanish", "Light", "Español", "1"},
+                                         LookCase{"Scaled150", "Light", "English", "1.5"},
+                                         LookCase{"Scaled200", "Dark", "English", "2"}),
+                         [](const auto& tested) { return tested.param.name; });
 
 }  // namespace
 }  // namespace trelvan::desktop

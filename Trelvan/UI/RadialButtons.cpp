@@ -14,7 +14,7 @@ namespace {
 constexpr int captionPixels = 12;
 constexpr int lineHeight = 15;
 constexpr int iconSide = 44;
-constexpr int badgeSize = 16;
+constexpr int digitInset = 6;
 constexpr double plateCorner = 16;
 /// How far a drawn state reaches beyond a button's own shape.
 constexpr int halo = 4;
@@ -98,9 +98,8 @@ void RadialEntryButton::breakLines(const QString& name) {
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     layout.beginLayout();
-    const QTextLine first = layout.createLine();
-    if (first.isValid()) {
-        QTextLine line = first;
+    QTextLine line = layout.createLine();
+    if (line.isValid() && !layout.text().isEmpty()) {
         line.setLineWidth(width());
         const QString text = layout.text();
         lines_ << text.left(line.textLength()).trimmed();
@@ -150,16 +149,12 @@ void RadialEntryButton::paintEvent(QPaintEvent* /*event*/) {
         icon_.paint(&painter, area.toRect());
     }
 
-    const QRectF badge(shape.right() - badgeSize + 3, shape.top() - 3, badgeSize, badgeSize);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(isLit() ? theme().accent : theme().secondaryText);
-    painter.drawEllipse(badge);
-    QFont font = captionFont();
-    font.setPixelSize(captionPixels - 2);
-    font.setWeight(QFont::Bold);
-    painter.setFont(font);
-    painter.setPen(isLit() ? theme().onAccent : theme().plate);
-    painter.drawText(badge, Qt::AlignCenter, QString::number(number_));
+    QFont digit = captionFont();
+    digit.setPixelSize(captionPixels - 2);
+    painter.setFont(digit);
+    painter.setPen(isLit() ? theme().accent : theme().secondaryText);
+    painter.drawText(shape.adjusted(digitInset, digitInset / 2.0, 0, 0), Qt::AlignLeft | Qt::AlignTop,
+                     QString::number(number_));
 
     painter.setFont(captionFont());
     painter.setPen(theme().text);

@@ -28,7 +28,8 @@ class RadialButton : public QPushButton {
     bool isCurrent_ = false;
 };
 
-/// An entry: its icon on a plate, its number, and its name below in two lines at most.
+/// An entry: its icon on a plate, in the corner the key that chooses it, and its name below in two lines at
+/// most.
 class RadialEntryButton final : public RadialButton {
   public:
     static constexpr int plateSize = 64;

@@ -18,7 +18,6 @@ struct RadialTheme {
     QColor text;
     QColor secondaryText;
     QColor accent;
-    QColor onAccent;
 
     [[nodiscard]] static RadialTheme light() {
         return {.scrim = QColor(0, 0, 0, 46),
@@ -30,21 +29,19 @@ struct RadialTheme {
                 .plateEdge = QColor(0, 0, 0, 28),
                 .text = QColor(28, 30, 34),
                 .secondaryText = QColor(92, 98, 108),
-                .accent = QColor(28, 100, 230),
-                .onAccent = QColor(255, 255, 255)};
+                .accent = QColor(28, 100, 230)};
     }
     [[nodiscard]] static RadialTheme dark() {
         return {.scrim = QColor(0, 0, 0, 96),
                 .ring = QColor(34, 36, 41, 240),
                 .ringEdge = QColor(255, 255, 255, 34),
                 .shadow = QColor(0, 0, 0, 130),
-                .plate = QColor(56, 59, 66, 255),
-                .plateHovered = QColor(52, 78, 122, 255),
+                .plate = QColor(66, 70, 79, 255),
+                .plateHovered = QColor(56, 82, 128, 255),
                 .plateEdge = QColor(255, 255, 255, 24),
                 .text = QColor(240, 241, 244),
                 .secondaryText = QColor(176, 181, 191),
-                .accent = QColor(88, 150, 255),
-                .onAccent = QColor(14, 18, 26)};
+                .accent = QColor(88, 150, 255)};
     }
 };
 

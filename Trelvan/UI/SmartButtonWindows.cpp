@@ -34,6 +34,12 @@ bool isAnimated(const Appearance& appearance) {
            QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) > 0;
 }
 
+/// A null icon where the file is no image.
+QIcon imageAt(const QString& path) {
+    const QPixmap image(path);
+    return image.isNull() ? QIcon() : QIcon(path);
+}
+
 class OverlayPanel final : public SmartButtonPanels::Panel {
   public:
     explicit OverlayPanel(std::unique_ptr<SmartButtonOverlay> overlay) : overlay_(std::move(overlay)) {}
@@ -118,13 +124,12 @@ SmartButtonOverlay::Look SmartButtonWindows::look() const {
 }
 
 QIcon SmartButtonWindows::iconOf(const SmartButtonApp& app) const {
-    const auto own = QString::fromStdString(app.iconPath);
-    if (!own.isEmpty() && QFileInfo(own).isFile()) return QIcon(own);
+    if (auto own = imageAt(QString::fromStdString(app.iconPath)); !own.isNull()) return own;
     if (app.kind != SmartButtonItemKind::application) return {};
     const auto name = ports_.workspace.applicationIcon(app.path);
     if (!name) return {};
     const auto icon = QString::fromStdString(*name);
-    return QFileInfo(icon).isAbsolute() ? QIcon(icon) : QIcon::fromTheme(icon);
+    return QFileInfo(icon).isAbsolute() ? imageAt(icon) : QIcon::fromTheme(icon);
 }
 
 void SmartButtonWindows::activate() {
