@@ -13,7 +13,7 @@ using Json = nlohmann::ordered_json;
 
 /// Without the noise of the sine; whole where it is whole.
 Json plain(double coordinate) {
-    const double rounded = std::round(coordinate * 1e6) / 1e6;
+    const double rounded = std::round(coordinate * 1e9) / 1e9;
     if (rounded == std::trunc(rounded) && std::abs(rounded) < 1e15) return static_cast<std::int64_t>(rounded);
     return rounded;
 }
