@@ -1,3 +1,4 @@
+#include "Support/FakePanels.hpp"
 #include "Support/TestDesktop.hpp"
 #include "TrelvanApp.hpp"
 
@@ -34,17 +35,18 @@ class TrelvanAppTest : public testing::Test {
         return profile;
     }
     void launch() {
-        app = std::make_unique<TrelvanApp>(desktop, desktop.logger);
+        app = std::make_unique<TrelvanApp>(desktop, panels, desktop.logger);
         app->appear();
         desktop.time.runDue();
     }
 
     TestDesktop desktop;
+    test::FakePanels panels;
     std::unique_ptr<TrelvanApp> app;
 };
 
 TEST_F(TrelvanAppTest, ServicesAreCreatedInOrderAndNoTapBeforeAppearing) {
-    app = std::make_unique<TrelvanApp>(desktop, desktop.logger);
+    app = std::make_unique<TrelvanApp>(desktop, panels, desktop.logger);
     EXPECT_THAT(desktop.messages(LogLevel::info),
                 ElementsAre("Perfiles cargados: 1. Activo: 'Default'", "Accesibilidad: concedida ✅"));
     EXPECT_FALSE(desktop.tapExists());
@@ -150,14 +152,15 @@ class OrderedDesktop : public TestDesktop {
 
 TEST(TrelvanAppOrderTest, EachServiceIsCreatedAtItsPlace) {
     OrderedDesktop desktop;
-    const TrelvanApp app(desktop, desktop.logger);
+    test::FakePanels panels;
+    const TrelvanApp app(desktop, panels, desktop.logger);
     // The store, the monitor, the permissions, launch at login, Keep Awake, the notifiers.
     EXPECT_THAT(desktop.taken, ElementsAre("userDefaults", "eventTap", "accessibilityTrust", "loginItem",
                                            "idleInhibitor", "keyMonitors"));
 }
 
 TEST_F(TrelvanAppTest, NotifiersStartWithoutTheInterfaceAfterSevenTenthsOfASecond) {
-    app = std::make_unique<TrelvanApp>(desktop, desktop.logger);
+    app = std::make_unique<TrelvanApp>(desktop, panels, desktop.logger);
     desktop.time.runFor(Seconds{0.69});
     EXPECT_EQ(desktop.notificationState.authorizationRequests, 0);
     desktop.time.runFor(Seconds{0.02});
@@ -169,7 +172,7 @@ TEST_F(TrelvanAppTest, NotifiersStartWithoutTheInterfaceAfterSevenTenthsOfASecon
 }
 
 TEST_F(TrelvanAppTest, AppearingStartsTheNotifiersAndTheLaterStartDoesNothing) {
-    app = std::make_unique<TrelvanApp>(desktop, desktop.logger);
+    app = std::make_unique<TrelvanApp>(desktop, panels, desktop.logger);
     app->appear();
     EXPECT_EQ(desktop.notificationState.authorizationRequests, 2);
     desktop.time.runFor(Seconds{5});
@@ -179,7 +182,7 @@ TEST_F(TrelvanAppTest, AppearingStartsTheNotifiersAndTheLaterStartDoesNothing) {
 }
 
 TEST_F(TrelvanAppTest, EndBeforeTheNotifiersStartStartsNothing) {
-    app = std::make_unique<TrelvanApp>(desktop, desktop.logger);
+    app = std::make_unique<TrelvanApp>(desktop, panels, desktop.logger);
     app.reset();
     desktop.time.runFor(Seconds{5});
     EXPECT_EQ(desktop.notificationState.authorizationRequests, 0);

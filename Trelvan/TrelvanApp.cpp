@@ -6,7 +6,8 @@
 
 namespace trelvan {
 
-TrelvanApp::TrelvanApp(Platform& platform, Logger& logger, UuidSource uuids, EventTap* tap)
+TrelvanApp::TrelvanApp(Platform& platform, SmartButtonPanels& panels, Logger& logger, UuidSource uuids,
+                       EventTap* tap)
     : profileManager(platform.userDefaults(), logger, uuids),
       eventMonitor(std::make_shared<EventMonitor>(
           EventMonitor::Ports{.tap = tap != nullptr ? *tap : platform.eventTap(),
@@ -26,6 +27,12 @@ TrelvanApp::TrelvanApp(Platform& platform, Logger& logger, UuidSource uuids, Eve
                         .mainQueue = platform.mainQueue(),
                         .timers = platform.timers(),
                         .inhibitor = platform.idleInhibitor()}),
+      smartButtonController(std::make_shared<SmartButtonController>(
+          SmartButtonController::Ports{.screens = platform.screens(),
+                                       .poster = platform.eventPoster(),
+                                       .workspace = platform.workspace(),
+                                       .mainQueue = platform.mainQueue()},
+          panels, logger)),
       notificationPoster({.center = platform.notifications(),
                           .bundle = platform.bundleInfo(),
                           .defaults = platform.userDefaults(),

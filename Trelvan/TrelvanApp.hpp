@@ -28,7 +28,8 @@ class TrelvanApp {
 
     /// Creates the services, in the order of their declaration. Platform and logger outlive the application,
     /// and so does `tap`, which stands in for the platform's where there is one.
-    TrelvanApp(Platform& platform, Logger& logger, UuidSource uuids = &Uuid::random, EventTap* tap = nullptr);
+    TrelvanApp(Platform& platform, SmartButtonPanels& panels, Logger& logger,
+               UuidSource uuids = &Uuid::random, EventTap* tap = nullptr);
     TrelvanApp(const TrelvanApp&) = delete;
     TrelvanApp& operator=(const TrelvanApp&) = delete;
     /// Stops the tap: a monitor whose tap exists would outlive its owner.
@@ -43,8 +44,7 @@ class TrelvanApp {
     PermissionsManager permissions;
     LaunchAtLoginManager loginManager;
     KeepAwakeManager keepAwakeManager;
-    /// Set by the interface that can show a menu; without one the Smart Button action does nothing.
-    std::shared_ptr<SmartButtonController> smartButtonController;
+    const std::shared_ptr<SmartButtonController> smartButtonController;
 
     NotificationPoster notificationPoster;
     CapsLockNotifier capsLockNotifier;

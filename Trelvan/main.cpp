@@ -5,6 +5,7 @@
 #include "DryRun/Simulation.hpp"
 #include "Platform/Platform.hpp"
 #include "TrelvanApp.hpp"
+#include "UI/SmartButtonWindows.hpp"
 #include "Utilities/Logger.hpp"
 
 #include <cstdio>
@@ -34,10 +35,18 @@ std::unique_ptr<Platform> openPlatform(int& argc, char** argv, const std::string
     return std::get<std::unique_ptr<Platform>>(std::move(made));
 }
 
+SmartButtonWindows menuWindows(Platform& platform) {
+    return SmartButtonWindows({.screens = platform.screens(),
+                               .appearance = platform.appearance(),
+                               .workspace = platform.workspace(),
+                               .defaults = platform.userDefaults()});
+}
+
 int runApplication(int& argc, char** argv, const command::Run& options, AppLanguage language) {
     const auto platform = openPlatform(argc, argv, options.configDirectory, language);
     if (!platform) return exitStatus::unavailable;
-    TrelvanApp app(*platform, AppLogger);
+    SmartButtonWindows windows = menuWindows(*platform);
+    TrelvanApp app(*platform, windows, AppLogger);
     app.appear();
     return platform->run();
 }
@@ -63,7 +72,8 @@ int recordEvents(int& argc, char** argv, const command::Record& options, AppLang
                       [&file](std::string_view line) { file->write(line); });
     int status = exitStatus::ok;
     {
-        TrelvanApp app(*platform, AppLogger, &Uuid::random, &recorder);
+        SmartButtonWindows windows = menuWindows(*platform);
+        TrelvanApp app(*platform, windows, AppLogger, &Uuid::random, &recorder);
         app.appear();
         status = platform->run();
     }

@@ -1,5 +1,6 @@
 #include "DryRun/Recorder.hpp"
 #include "DryRun/Simulation.hpp"
+#include "Support/FakePanels.hpp"
 #include "Support/TestDesktop.hpp"
 #include "TrelvanApp.hpp"
 
@@ -29,7 +30,7 @@ class RecorderTest : public testing::Test {
             Recorder::Ports{desktop.eventTap(), desktop.inputState(), desktop.screens(),
                             desktop.userDefaults(), desktop.hotKeyTable(), desktop.clock()},
             [this](std::string_view line) { script.emplace_back(line); });
-        app = std::make_unique<TrelvanApp>(desktop, desktop.logger, &Uuid::random, recorder.get());
+        app = std::make_unique<TrelvanApp>(desktop, panels, desktop.logger, &Uuid::random, recorder.get());
         app->appear();
         desktop.time.runDue();
     }
@@ -53,6 +54,7 @@ class RecorderTest : public testing::Test {
 
     TestDesktop desktop;
     std::unique_ptr<Recorder> recorder;
+    test::FakePanels panels;
     std::unique_ptr<TrelvanApp> app;
     std::vector<std::string> script;
 };

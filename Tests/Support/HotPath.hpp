@@ -35,7 +35,7 @@ class HotPath {
                                 desktop.mainQueue(), desktop.screens(), desktop.workspace(),
                                 desktop.hotKeyTable(), desktop.systemViews(), desktop.scriptRunner(),
                                 desktop.actionShortcuts()},
-            [this] { return snapshot_; }, std::weak_ptr<SmartButtonController>(), desktop.logger);
+            [this] { return snapshot_; }, std::weak_ptr<SmartButtonMenu>(), desktop.logger);
         monitor->onButtonEvent = [mapper](std::int64_t button, EventFlags flags) {
             return mapper->execute(button, flags);
         };

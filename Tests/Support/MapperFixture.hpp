@@ -12,9 +12,9 @@
 namespace trelvan::test {
 
 /// A radial menu that remembers what it was asked to show.
-class RememberingMenu final : public SmartButtonController {
+class RememberingMenu final : public SmartButtonMenu {
   public:
-    void show(const SmartButtonConfiguration& configuration) override { shown.push_back(configuration); }
+    void toggle(const SmartButtonConfiguration& configuration) override { shown.push_back(configuration); }
     std::vector<SmartButtonConfiguration> shown;
 };
 

@@ -31,10 +31,10 @@ constexpr EventFlags mediaKeyUp = 0xB00;
 }  // namespace
 
 ButtonMapper::ButtonMapper(const Ports& ports, ProfileProvider profile,
-                           std::weak_ptr<SmartButtonController> smartButtonController, Logger& logger)
+                           std::weak_ptr<SmartButtonMenu> smartButtonMenu, Logger& logger)
     : ports_(ports),
       profile_(std::move(profile)),
-      smartButtonController_(std::move(smartButtonController)),
+      smartButtonMenu_(std::move(smartButtonMenu)),
       logger_(logger) {}
 
 // Resolution
@@ -133,7 +133,7 @@ void ButtonMapper::performAction(ButtonAction action, const ButtonMapping& mappi
         case ButtonAction::exploreAI:
             return openExploreAI();
         case ButtonAction::smartButton:
-            return showSmartButton();
+            return toggleSmartButton();
         case ButtonAction::leftClick:
             return simulateMouseClick(0);
         case ButtonAction::rightClick:
@@ -383,12 +383,12 @@ void ButtonMapper::launchApp(const std::string& path) {
     logger_.info(ShortText("Abriendo app: ", lastPathComponent(path)));
 }
 
-void ButtonMapper::showSmartButton() {
+void ButtonMapper::toggleSmartButton() {
     ports_.mainQueue.async([weak = weak_from_this()] {
         const auto self = weak.lock();
         if (!self) return;
-        if (const auto controller = self->smartButtonController_.lock())
-            controller->show(self->profile_()->profile().smartButton);
+        if (const auto menu = self->smartButtonMenu_.lock())
+            menu->toggle(self->profile_()->profile().smartButton);
     });
 }
 

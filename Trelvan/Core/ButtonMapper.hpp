@@ -3,7 +3,7 @@
 #include "Core/InputSequence.hpp"
 #include "Core/MappingResolution.hpp"
 #include "Core/Model/ProfileSnapshot.hpp"
-#include "Core/SmartButtonController.hpp"
+#include "Core/SmartButtonMenu.hpp"
 #include "Platform/ActionShortcuts.hpp"
 #include "Platform/EventPoster.hpp"
 #include "Platform/HotKeyTable.hpp"
@@ -49,7 +49,7 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
     static constexpr std::string_view exploreAIAddress = "https://duck.ai/";
 
     ButtonMapper(const Ports& ports, ProfileProvider profile,
-                 std::weak_ptr<SmartButtonController> smartButtonController, Logger& logger);
+                 std::weak_ptr<SmartButtonMenu> smartButtonMenu, Logger& logger);
 
     /// Whether the press was handled, so that the event is to be swallowed.
     bool execute(std::int64_t buttonNumber, EventFlags eventFlags);
@@ -88,11 +88,11 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
     void createNewNote();
     void triggerDictation(const CustomShortcut& shortcut);
     void launchApp(const std::string& path);
-    void showSmartButton();
+    void toggleSmartButton();
 
     Ports ports_;
     ProfileProvider profile_;
-    std::weak_ptr<SmartButtonController> smartButtonController_;
+    std::weak_ptr<SmartButtonMenu> smartButtonMenu_;
     Logger& logger_;
 };
 

@@ -1,16 +1,69 @@
 #pragma once
 
-#include "Core/Model/SmartButton.hpp"
+#include "Core/SmartButtonMenu.hpp"
+#include "Core/SmartButtonPanels.hpp"
+#include "Platform/EventPoster.hpp"
+#include "Platform/RunLoop.hpp"
+#include "Platform/Screens.hpp"
+#include "Platform/Workspace.hpp"
+#include "Utilities/Logger.hpp"
+#include "Utilities/Published.hpp"
+#include "Utilities/PublishedBy.hpp"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
 
 namespace trelvan {
 
-/// Shows the radial menu. Main thread.
-class SmartButtonController {
+/// The radial menu at the pointer: opens it, does what is chosen in it, and closes it. There is at most one.
+/// Main thread.
+class SmartButtonController final : public SmartButtonMenu {
   public:
-    virtual ~SmartButtonController() = default;
+    struct Ports {
+        const Screens& screens;
+        EventPoster& poster;
+        Workspace& workspace;
+        MainQueue& mainQueue;
+    };
 
-    /// Opens the menu at the pointer with the configuration's entries.
-    virtual void show(const SmartButtonConfiguration& configuration) = 0;
+    SmartButtonController(const Ports& ports, SmartButtonPanels& panels, Logger& logger);
+    SmartButtonController(const SmartButtonController&) = delete;
+    SmartButtonController& operator=(const SmartButtonController&) = delete;
+
+    /// Opens the menu on the screen under the pointer, in the place of one that is open. A configuration
+    /// without entries is named in the log and shows nothing.
+    void show(const SmartButtonConfiguration& configuration);
+    void toggle(const SmartButtonConfiguration& configuration) override;
+
+    /// Whether the menu is open.
+    PublishedBy<bool, SmartButtonController> isShown;
+    /// Counts the wishes to see the Smart Button's page of the settings, once the editor is open.
+    PublishedBy<std::uint64_t, SmartButtonController> openSmartButtonSettings;
+
+    /// Makes the content of the editor's window; without one the editor does not open.
+    SmartButtonPanels::ContentProvider editorContentProvider;
+
+  private:
+    /// The screen that shows the menu; none when there is no screen at all.
+    [[nodiscard]] std::optional<Rect> screenUnder(Point pointer) const;
+    [[nodiscard]] SmartButtonRadialView viewOf(const SmartButtonConfiguration& configuration, Point pointer,
+                                               const Rect& screen);
+    void launch(const SmartButtonApp& app);
+    void launchApplication(const SmartButtonApp& app);
+    void sendShortcut(const SmartButtonApp& app);
+    void openApplications();
+    void openEditor();
+    void closePanel();
+
+    Ports ports_;
+    SmartButtonPanels& panels_;
+    Logger& logger_;
+    std::unique_ptr<SmartButtonPanels::Panel> panel_;
+    /// Kept for the next time.
+    std::unique_ptr<SmartButtonPanels::Editor> editorPanel_;
+    /// The view's functions and what waits in the queue ask this before they touch the controller.
+    std::shared_ptr<SmartButtonController*> alive_;
 };
 
 }  // namespace trelvan

@@ -20,6 +20,7 @@ CodingError wrong(std::string_view key, std::string problem) {
 /// One call: the services, the line it stands on, and where its outcome goes.
 struct Call {
     TrelvanApp& app;
+    const SimulatedMenu& menu;
     const UuidSource& uuids;
     const Value& line;
     std::function<void(const Outcome&)> tell;
@@ -244,6 +245,50 @@ Problem moveMapping(const Call& call) {
     });
 }
 
+Problem showMenu(const Call& call) {
+    call.app.smartButtonController->show(call.app.profileManager.activeProfile().smartButton);
+    return call.done();
+}
+
+/// Hands the open menu's view on; without a menu the call has failed.
+template <typename Use>
+Problem withMenu(const Call& call, Use&& use) {
+    const auto view = call.menu.view();
+    if (!view) return call.failed("no menu is open");
+    return std::forward<Use>(use)(*view);
+}
+
+Problem chooseEntry(const Call& call) {
+    return with<script::Index>(call, [&](const auto& record) {
+        return withMenu(call, [&](const SmartButtonRadialView& view) {
+            if (record.index >= view.layout().entries.size()) return call.failed("no such entry");
+            view.onLaunch(view.apps[record.index]);
+            return call.done();
+        });
+    });
+}
+
+Problem menuEdit(const Call& call) {
+    return withMenu(call, [&](const SmartButtonRadialView& view) {
+        view.onEdit();
+        return call.done();
+    });
+}
+
+Problem menuApplications(const Call& call) {
+    return withMenu(call, [&](const SmartButtonRadialView& view) {
+        view.onOpenApplications();
+        return call.done();
+    });
+}
+
+Problem menuDismiss(const Call& call) {
+    return withMenu(call, [&](const SmartButtonRadialView& view) {
+        view.onDismiss();
+        return call.done();
+    });
+}
+
 Problem toggleLaunchAtLogin(const Call& call) {
     call.app.loginManager.toggle();
     return call.done();
@@ -275,19 +320,25 @@ constexpr std::array operations{
     Operation{"addScrollMappings", &addScrollMappings},
     Operation{"removeExtraButtonMapping", &removeExtraButtonMapping},
     Operation{"moveMapping", &moveMapping},
+    Operation{"showMenu", &showMenu},
+    Operation{"chooseEntry", &chooseEntry},
+    Operation{"menuEdit", &menuEdit},
+    Operation{"menuApplications", &menuApplications},
+    Operation{"menuDismiss", &menuDismiss},
     Operation{"toggleLaunchAtLogin", &toggleLaunchAtLogin},
     Operation{"requestAutomation", &requestAutomation},
 };
 
 }  // namespace
 
-Problem callOperation(TrelvanApp& app, const UuidSource& uuids, const Value& line, const TellOutcome& tell) {
+Problem callOperation(TrelvanApp& app, const SimulatedMenu& menu, const UuidSource& uuids, const Value& line,
+                      const TellOutcome& tell) {
     script::OperationName asked;
     if (auto problem = json::read(line, asked, nullptr)) return problem;
     for (const auto& operation : operations) {
         if (operation.name != asked.operation) continue;
         return operation.run(
-            {app, uuids, line, [&](const Outcome& outcome) { tell(operation.name, outcome); }});
+            {app, menu, uuids, line, [&](const Outcome& outcome) { tell(operation.name, outcome); }});
     }
     return wrong("operation", "\"" + asked.operation + "\" is not an operation here");
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Model/RecordJson.hpp"
+#include "DryRun/SimulatedMenu.hpp"
 #include "TrelvanApp.hpp"
 #include "Utilities/Uuid.hpp"
 
@@ -25,7 +26,7 @@ using TellOutcome = std::function<void(std::string_view operation, const Outcome
 /// Calls the operation that the line names on the services, with the line's arguments, and tells how it
 /// ended. An unknown operation, and a missing or mistyped argument, are errors of the line and nothing is
 /// called.
-[[nodiscard]] json::Problem callOperation(TrelvanApp& app, const UuidSource& uuids, const json::Value& line,
-                                          const TellOutcome& tell);
+[[nodiscard]] json::Problem callOperation(TrelvanApp& app, const SimulatedMenu& menu, const UuidSource& uuids,
+                                          const json::Value& line, const TellOutcome& tell);
 
 }  // namespace trelvan

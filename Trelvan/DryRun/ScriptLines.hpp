@@ -56,6 +56,11 @@ struct Event {
     }
 };
 
+struct Index {
+    std::uint64_t index = 0;
+    static constexpr auto fields() { return std::tuple{required("index", &Index::index)}; }
+};
+
 struct Accessibility {
     bool granted = false;
     static constexpr auto fields() { return std::tuple{required("granted", &Accessibility::granted)}; }

@@ -159,7 +159,7 @@ class Simulation::World {
 
     Problem doStart(const Value& /*line*/) {
         if (app_) return CodingError{"", "started already"};
-        app_ = std::make_unique<TrelvanApp>(desktop_, desktop_.logger, uuids_);
+        app_ = std::make_unique<TrelvanApp>(desktop_, menu_, desktop_.logger, uuids_);
         app_->appear();
         return std::nullopt;
     }
@@ -321,14 +321,15 @@ class Simulation::World {
         // The one operation whose answer has a line of its own.
         const Value* asked = json::member(line, "operation");
         if (asked != nullptr && *asked == "explain") return explain(line);
-        return callOperation(*app_, uuids_, line, [this](std::string_view operation, const Outcome& outcome) {
-            const Seconds now = desktop_.time.uptime();
-            if (const auto* error = std::get_if<OperationError>(&outcome)) {
-                writer_.writeError(now, operation, error->text);
-            } else {
-                writer_.writeResult(now, operation, std::get<std::string>(outcome));
-            }
-        });
+        return callOperation(*app_, menu_, uuids_, line,
+                             [this](std::string_view operation, const Outcome& outcome) {
+                                 const Seconds now = desktop_.time.uptime();
+                                 if (const auto* error = std::get_if<OperationError>(&outcome)) {
+                                     writer_.writeError(now, operation, error->text);
+                                 } else {
+                                     writer_.writeResult(now, operation, std::get<std::string>(outcome));
+                                 }
+                             });
     }
 
     Problem explain(const Value& line) {
@@ -345,7 +346,7 @@ class Simulation::World {
     Problem doPrint(const Value& line) {
         return with<script::Print>(line, [this](const auto& record) -> Problem {
             if (!app_) return CodingError{"", "print before start"};
-            const auto state = stateOf(*app_, desktop_, record.what);
+            const auto state = stateOf(*app_, desktop_, menu_, record.what);
             if (!state)
                 return wrong("what", "\"" + record.what + "\" is not a state that can be printed here");
             writer_.writeState(desktop_.time.uptime(), record.what, *state);
@@ -379,6 +380,7 @@ class Simulation::World {
     UuidSource uuids_;
     TraceWriter writer_;
     SimulatedDesktop desktop_;
+    SimulatedMenu menu_{desktop_};
     std::unique_ptr<TrelvanApp> app_;
 };
 

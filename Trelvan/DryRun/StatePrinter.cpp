@@ -105,12 +105,13 @@ std::string debugLogJson(const EventMonitor& monitor) {
 }  // namespace
 
 std::optional<std::string> stateOf(const TrelvanApp& app, const SimulatedDesktop& desktop,
-                                   std::string_view what) {
+                                   const SimulatedMenu& menu, std::string_view what) {
     if (what == "profiles") return encoded(app.profileManager.profiles.get());
     if (what == "activeProfile") return encoded(app.profileManager.activeProfile());
     if (what == "defaults") return defaultsJson(desktop);
     if (what == "monitor") return monitorJson(*app.eventMonitor);
     if (what == "keepAwake") return keepAwakeJson(app.keepAwakeManager);
+    if (what == "menu") return menuState(menu.state());
     if (what == "debugLog") return debugLogJson(*app.eventMonitor);
     return std::nullopt;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DryRun/SimulatedMenu.hpp"
 #include "Platform/Simulated/SimulatedDesktop.hpp"
 #include "TrelvanApp.hpp"
 
@@ -9,9 +10,9 @@
 
 namespace trelvan {
 
-/// A part of the state as JSON: "profiles", "activeProfile", "defaults", "monitor", "keepAwake" or
-/// "debugLog". None for another name, and for profiles that have no JSON form.
+/// A part of the state as JSON: "profiles", "activeProfile", "defaults", "monitor", "keepAwake",
+/// "menu" or "debugLog". None for another name, and for profiles that have no JSON form.
 [[nodiscard]] std::optional<std::string> stateOf(const TrelvanApp& app, const SimulatedDesktop& desktop,
-                                                 std::string_view what);
+                                                 const SimulatedMenu& menu, std::string_view what);
 
 }  // namespace trelvan

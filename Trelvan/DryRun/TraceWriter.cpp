@@ -1,5 +1,7 @@
 #include "DryRun/TraceWriter.hpp"
 
+#include "DryRun/SimulatedMenu.hpp"
+
 #include <cmath>
 #include <type_traits>
 
@@ -44,6 +46,10 @@ constexpr std::string_view kindOf(const trace::Prompted&) {
 }
 constexpr std::string_view kindOf(const trace::Notification&) {
     return "notification";
+}
+
+constexpr std::string_view kindOf(const trace::Menu&) {
+    return "menu";
 }
 
 constexpr std::string_view nameOf(trace::Opened::Kind kind) {
@@ -193,6 +199,12 @@ void TraceWriter::add(const trace::Prompted& prompted) {
 
 void TraceWriter::add(const trace::Notification& notification) {
     line_.add("title", notification.title).add("body", notification.body);
+}
+
+void TraceWriter::add(const trace::Menu& menu) {
+    line_.add("shown", menu.shown);
+    if (!menu.shown) return;
+    line_.addRaw("center", menuCentre(menu)).addRaw("entries", menuEntries(menu));
 }
 
 }  // namespace trelvan

@@ -36,6 +36,7 @@ class TraceWriter {
     void add(const trace::Logged& logged);
     void add(const trace::Prompted& prompted);
     void add(const trace::Notification& notification);
+    void add(const trace::Menu& menu);
 
     Output output_;
     JsonLine line_;

@@ -6,7 +6,8 @@
 namespace trelvan {
 
 /// Small property reads on the input side of the sound system. Main thread; held ready by the platform, so
-/// that no read but the first waits for a sound server. No value: the property, the device or the server is not there.
+/// that no read but the first waits for a sound server. No value: the property, the device or the server is
+/// not there.
 class AudioInput {
   public:
     using Device = std::uint32_t;

@@ -2,6 +2,7 @@
 
 #include "Platform/AccessibilityTrust.hpp"
 #include "Platform/ActionShortcuts.hpp"
+#include "Platform/Appearance.hpp"
 #include "Platform/AudioInput.hpp"
 #include "Platform/BundleInfo.hpp"
 #include "Platform/EventPoster.hpp"
@@ -52,6 +53,7 @@ class Platform {
     virtual LoginItem& loginItem() = 0;
     virtual const BundleInfo& bundleInfo() = 0;
     virtual IdleInhibitor& idleInhibitor() = 0;
+    virtual const Appearance& appearance() = 0;
     virtual const ActionShortcuts& actionShortcuts() = 0;
 
     /// Runs the main loop on the calling (main) thread until it is told to end. The process's exit status.

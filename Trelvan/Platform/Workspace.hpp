@@ -20,6 +20,10 @@ class Workspace {
     [[nodiscard]] virtual std::optional<std::string> applicationPath(
         std::string_view bundleIdentifier) const = 0;
 
+    /// The icon of the application at the path: a name in the icon theme, or the path of an image. None where
+    /// it has none of its own.
+    [[nodiscard]] virtual std::optional<std::string> applicationIcon(std::string_view path) const = 0;
+
     virtual void openApplication(std::string_view path) = 0;
     virtual void openFolder(std::string_view path) = 0;
     virtual void openUrl(std::string_view url) = 0;

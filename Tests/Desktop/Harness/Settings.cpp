@@ -1,5 +1,8 @@
 #include "Desktop/Harness/Settings.hpp"
 
+#include <cstdio>
+#include <utility>
+
 namespace trelvan::desktop {
 namespace {
 
@@ -19,13 +22,35 @@ Settings& Settings::map(int button, const std::string& action, const nlohmann::j
     return *this;
 }
 
+Settings& Settings::menuApplication(const std::string& name, const std::string& path,
+                                    const std::string& iconPath) {
+    return menuEntry({{"name", name}, {"path", path}, {"kind", "application"}, {"iconPath", iconPath}});
+}
+
+Settings& Settings::menuShortcut(const std::string& name, int keyCode, unsigned long modifiers) {
+    const nlohmann::json shortcut = {
+        {"keyCode", keyCode}, {"modifiersRawValue", modifiers}, {"displayString", name}};
+    return menuEntry({{"name", name}, {"kind", "shortcut"}, {"shortcut", shortcut}});
+}
+
+Settings& Settings::menuEntry(nlohmann::json entry) {
+    char id[37];
+    std::snprintf(id, sizeof id, "00000000-0000-4000-8000-%012zu", entries.size() + 1);
+    entry["id"] = id;
+    entries.push_back(std::move(entry));
+    return *this;
+}
+
 Settings& Settings::set(const std::string& key, const nlohmann::json& value) {
     plain[key] = value;
     return *this;
 }
 
 std::string Settings::text() const {
-    const nlohmann::json profiles = {{{"id", profileId}, {"name", "Desktop test"}, {"mappings", mappings}}};
+    const nlohmann::json profiles = {{{"id", profileId},
+                                      {"name", "Desktop test"},
+                                      {"mappings", mappings},
+                                      {"smartButton", {{"isEnabled", true}, {"apps", entries}}}}};
     nlohmann::json all = plain;
     all["trackball_profiles"] = {{"utf8", profiles.dump()}};
     all["trackball_active_profile"] = profileId;

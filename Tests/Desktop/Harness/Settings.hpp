@@ -16,13 +16,21 @@ class Settings {
     /// by its stored name. `more` holds further keys of the mapping.
     Settings& map(int button, const std::string& action,
                   const nlohmann::json& more = nlohmann::json::object());
+    /// Adds an entry to the radial menu: an application by its path, or a shortcut by the program's key code
+    /// and modifier flags.
+    Settings& menuApplication(const std::string& name, const std::string& path,
+                              const std::string& iconPath = {});
+    Settings& menuShortcut(const std::string& name, int keyCode, unsigned long modifiers);
     /// Sets one of the plain settings.
     Settings& set(const std::string& key, const nlohmann::json& value);
 
     [[nodiscard]] std::string text() const;
 
   private:
+    Settings& menuEntry(nlohmann::json entry);
+
     nlohmann::json mappings = nlohmann::json::array();
+    nlohmann::json entries = nlohmann::json::array();
     nlohmann::json plain = nlohmann::json::object();
 };
 

@@ -7,6 +7,7 @@
 #include "Platform/Linux/JournalSink.hpp"
 #include "Platform/Linux/LastWish.hpp"
 #include "Platform/Linux/LinuxAccessibilityTrust.hpp"
+#include "Platform/Linux/LinuxAppearance.hpp"
 #include "Platform/Linux/LinuxBundleInfo.hpp"
 #include "Platform/Linux/LinuxEventPoster.hpp"
 #include "Platform/Linux/LinuxEventTap.hpp"
@@ -130,6 +131,7 @@ struct LinuxPlatform::Parts {
     PulseAudioInput audio;
     LinuxLoginItem loginItem;
     LinuxBundleInfo bundle;
+    LinuxAppearance look{*connection, QDBusConnection::sessionBus()};
     LinuxIdleInhibitor inhibitor{QDBusConnection::sessionBus(), QDBusConnection::systemBus()};
     std::unique_ptr<QSocketNotifier> guardEnd;
     TerminationSignals termination{[] { QCoreApplication::quit(); }};
@@ -204,6 +206,10 @@ const BundleInfo& LinuxPlatform::bundleInfo() {
 }
 IdleInhibitor& LinuxPlatform::idleInhibitor() {
     return parts_->inhibitor;
+}
+
+const Appearance& LinuxPlatform::appearance() {
+    return parts_->look;
 }
 
 int LinuxPlatform::run() {

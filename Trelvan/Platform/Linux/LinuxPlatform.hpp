@@ -39,6 +39,7 @@ class LinuxPlatform : public Platform {
     LoginItem& loginItem() override;
     const BundleInfo& bundleInfo() override;
     IdleInhibitor& idleInhibitor() override;
+    const Appearance& appearance() override;
     const ActionShortcuts& actionShortcuts() override { return platformShortcuts(); }
 
     int run() override;

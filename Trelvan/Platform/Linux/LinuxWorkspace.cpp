@@ -1,8 +1,10 @@
 #include "Platform/Linux/LinuxWorkspace.hpp"
 
 #include "Platform/Linux/DesktopEntry.hpp"
+#include "Platform/Linux/DurableFile.hpp"
 #include "Platform/Linux/HomeFolder.hpp"
 #include "Platform/Linux/ProgramStart.hpp"
+#include "Utilities/Text.hpp"
 
 #include <sys/stat.h>
 
@@ -18,6 +20,8 @@ namespace trelvan {
 namespace {
 
 constexpr std::string_view notesRole = "com.apple.Notes";
+constexpr std::string_view applicationsFolder = "/Applications";
+constexpr std::string_view sharedApplicationsFolder = "/usr/share/applications";
 constexpr std::string_view launcherRole = "com.apple.launchpad.launcher";
 
 /// Note takers first, then plain editors.
@@ -64,11 +68,24 @@ std::optional<std::string> LinuxWorkspace::applicationPath(std::string_view bund
     return std::nullopt;
 }
 
+std::optional<std::string> LinuxWorkspace::applicationIcon(std::string_view path) const {
+    if (!path.ends_with(".desktop")) {
+        // Packages name their icons like their programs.
+        const auto name = lastPathComponent(path);
+        return name.empty() ? std::nullopt : std::optional(std::string(name.substr(0, name.find('.'))));
+    }
+    const auto content = readFile(std::string(path));
+    const auto entry = content.bytes ? parseDesktopEntry(*content.bytes) : std::nullopt;
+    return entry && !entry->icon.empty() ? std::optional(entry->icon) : std::nullopt;
+}
+
 void LinuxWorkspace::openApplication(std::string_view path) {
     mainQueue_.async([path = std::string(path)] { startApplication(path); });
 }
 
 void LinuxWorkspace::openFolder(std::string_view path) {
+    // The folder of all applications has another place here.
+    if (path == applicationsFolder) path = sharedApplicationsFolder;
     mainQueue_.async([path = std::string(path)] { openWithDesktop(path, true); });
 }
 

@@ -15,6 +15,8 @@ class LinuxWorkspace : public Workspace {
     [[nodiscard]] bool exists(std::string_view path) const override;
     [[nodiscard]] std::optional<std::string> applicationPath(
         std::string_view bundleIdentifier) const override;
+    [[nodiscard]] std::optional<std::string> applicationIcon(std::string_view path) const override;
+
     void openApplication(std::string_view path) override;
     void openFolder(std::string_view path) override;
     void openUrl(std::string_view url) override;

@@ -43,6 +43,7 @@ struct SimulatedDesktop::Parts {
     SimulatedLoginItem loginItem;
     SimulatedBundleInfo bundleInfo;
     SimulatedIdleInhibitor idleInhibitor;
+    SimulatedAppearance appearance;
     SimulatedLog traceLog;
 };
 
@@ -142,6 +143,9 @@ LoginItem& SimulatedDesktop::loginItem() {
 }
 const BundleInfo& SimulatedDesktop::bundleInfo() {
     return parts_->bundleInfo;
+}
+const Appearance& SimulatedDesktop::appearance() {
+    return parts_->appearance;
 }
 IdleInhibitor& SimulatedDesktop::idleInhibitor() {
     return parts_->idleInhibitor;

@@ -73,6 +73,8 @@ class SimulatedDesktop : public Platform {
     SimulatedFailures failures;
     std::vector<Rect> screenFrames{{0, 0, 1440, 900}};
     std::vector<OwnWindow> windows;
+    /// The window of an open menu, ahead of them all.
+    std::optional<OwnWindow> overlay;
     /// Top-left coordinates.
     Point pointer{720, 450};
     std::string frontmost = "com.example.app";
@@ -148,6 +150,7 @@ class SimulatedDesktop : public Platform {
     LoginItem& loginItem() override;
     const BundleInfo& bundleInfo() override;
     IdleInhibitor& idleInhibitor() override;
+    const Appearance& appearance() override;
     const ActionShortcuts& actionShortcuts() override { return shortcuts_; }
     /// Nothing happens by itself here: returns at once.
     int run() override { return 0; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Appearance.hpp"
 #include "Platform/AudioInput.hpp"
 #include "Platform/BundleInfo.hpp"
 #include "Platform/IdleInhibitor.hpp"
@@ -111,6 +112,14 @@ class SimulatedIdleInhibitor final : public IdleInhibitor {
     class Counted;
 
     SimulatedDesktop& desktop_;
+};
+
+/// Windows as they come: light, animated, translucent.
+class SimulatedAppearance final : public Appearance {
+  public:
+    [[nodiscard]] bool prefersDark() const override { return false; }
+    [[nodiscard]] bool reducesMotion() const override { return false; }
+    [[nodiscard]] bool composites() const override { return true; }
 };
 
 }  // namespace trelvan

@@ -9,7 +9,10 @@ std::span<const Rect> SimulatedScreens::frames() const {
 }
 
 std::span<const OwnWindow> SimulatedScreens::ownWindows() const {
-    return desktop_.windows;
+    if (!desktop_.overlay) return desktop_.windows;
+    withOverlay_.assign(desktop_.windows.begin(), desktop_.windows.end());
+    withOverlay_.push_back(*desktop_.overlay);
+    return withOverlay_;
 }
 
 Point SimulatedScreens::pointerLocation() const {

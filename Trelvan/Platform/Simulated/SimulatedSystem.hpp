@@ -9,6 +9,8 @@
 #include "Platform/Workspace.hpp"
 #include "Utilities/LogSink.hpp"
 
+#include <vector>
+
 namespace trelvan {
 
 class SimulatedDesktop;
@@ -24,6 +26,7 @@ class SimulatedScreens final : public Screens {
 
   private:
     SimulatedDesktop& desktop_;
+    mutable std::vector<OwnWindow> withOverlay_;
 };
 
 /// The world's defaults, in memory.
@@ -47,6 +50,9 @@ class SimulatedWorkspace final : public Workspace {
     [[nodiscard]] bool exists(std::string_view path) const override;
     [[nodiscard]] std::optional<std::string> applicationPath(
         std::string_view bundleIdentifier) const override;
+    [[nodiscard]] std::optional<std::string> applicationIcon(std::string_view /*path*/) const override {
+        return std::nullopt;
+    }
     void openApplication(std::string_view path) override;
     void openFolder(std::string_view path) override;
     void openUrl(std::string_view url) override;

@@ -3,10 +3,12 @@
 #include "Platform/EventPoster.hpp"
 #include "Platform/EventTap.hpp"
 #include "Platform/RunLoop.hpp"
+#include "Utilities/Geometry.hpp"
 #include "Utilities/LogLevel.hpp"
 
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace trelvan {
 
@@ -75,13 +77,27 @@ struct Notification {
     friend bool operator==(const Notification&, const Notification&) = default;
 };
 
+/// The radial menu came up or went away.
+struct Menu {
+    struct Entry {
+        std::string name;
+        Point centre;
+        friend bool operator==(const Entry&, const Entry&) = default;
+    };
+    bool shown = false;
+    /// In the overlay's coordinates, and nothing while the menu is not shown.
+    Point centre;
+    std::vector<Entry> entries;
+    friend bool operator==(const Menu&, const Menu&) = default;
+};
+
 }  // namespace trace
 
 /// One thing that left the program, and when.
 struct TraceEntry {
     Seconds at;
     std::variant<trace::Event, trace::PostedKey, trace::PostedMouse, trace::PostedMedia, trace::Opened,
-                 trace::Script, trace::Logged, trace::Prompted, trace::Notification>
+                 trace::Script, trace::Logged, trace::Prompted, trace::Notification, trace::Menu>
         what;
 };
 

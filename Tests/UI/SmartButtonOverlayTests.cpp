@@ -1,0 +1,245 @@
+#include "UI/SmartButtonOverlay.hpp"
+
+#include <gtest/gtest.h>
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPointer>
+#include <QScreen>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace trelvan {
+namespace {
+
+/// An overlay on the toolkit's screen without a display, and what it told.
+class SmartButtonOverlayTest : public testing::Test {
+  protected:
+    void open(const std::vector<std::string>& names, AppLanguage language = AppLanguage::english) {
+        SmartButtonRadialView view;
+        for (const auto& name : names) view.apps.emplace_back().name = name;
+        view.onLaunch = [this](const SmartButtonApp& app) { launched.push_back(app.name); };
+        view.onEdit = [this] { ++edits; };
+        view.onOpenApplications = [this] { ++folders; };
+        view.onDismiss = [this] { ++dismissals; };
+        QScreen* screen = QGuiApplication::primaryScreen();
+        const QRect frame = screen->geometry();
+        const Rect area{0, 0, static_cast<double>(frame.width()), static_cast<double>(frame.height())};
+        layout = RadialLayout::make({area.width / 2, area.height / 2}, area, names.size());
+        overlay = std::make_unique<SmartButtonOverlay>(
+            std::move(view), layout, screen,
+            SmartButtonOverlay::Look{.theme = RadialTheme::light(),
+                                     .language = language,
+                                     .isAnimated = false,
+                                     .isComposited = true,
+                                     .icon = [](const SmartButtonApp&) { return QIcon(); }});
+        overlay->appear();
+    }
+    void press(int key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(overlay.get(), &event);
+    }
+    void click(QWidget* widget, Qt::MouseButton button = Qt::LeftButton) {
+        const QPointF place = QRectF(widget->rect()).center();
+        for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+            QMouseEvent event(type, place, widget->mapToGlobal(place), button,
+                              type == QEvent::MouseButtonPress ? button : Qt::NoButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(widget, &event);
+        }
+    }
+
+    RadialLayout layout;
+    std::unique_ptr<SmartButtonOverlay> overlay;
+    std::vector<std::string> launched;
+    int edits = 0;
+    int folders = 0;
+    int dismissals = 0;
+};
+
+using Names = std::vector<std::string>;
+
+Names numbered(int count) {
+    Names names;
+    for (int index = 1; index <= count; ++index) names.push_back("Entry " + std::to_string(index));
+    return names;
+}
+
+TEST_F(SmartButtonOverlayTest, EntriesStandWhereTheLayoutSays) {
+    open(numbered(8));
+    ASSERT_EQ(overlay->entries().size(), 8U);
+    for (std::size_t index = 0; index < 8; ++index) {
+        const auto* button = overlay->entries()[index];
+        const QPointF middle = button->plateFrame().center() + button->parentWidget()->pos();
+        EXPECT_NEAR(middle.x(), layout.entries[index].x, 1) << index;
+        EXPECT_NEAR(middle.y(), layout.entries[index].y, 1) << index;
+        EXPECT_EQ(button->plateFrame().size(), QSizeF(64, 64));
+    }
+}
+
+TEST_F(SmartButtonOverlayTest, OfTenEntriesEightAreShown) {
+    open(numbered(10));
+    EXPECT_EQ(overlay->entries().size(), 8U);
+}
+
+TEST_F(SmartButtonOverlayTest, CaptionsTouchNothingForAnyNumberOfEntries) {
+    for (int count = 1; count <= 8; ++count) {
+        open(
+            Names(static_cast<std::size_t>(count), "A very long name that no caption could ever hold whole"));
+        for (const auto* one : overlay->entries()) {
+            EXPECT_LE(one->captionFrame().width(), 120);
+            EXPECT_LE(one->captionLines().size(), 2);
+            EXPECT_TRUE(one->captionLines().back().endsWith(QChar(0x2026)));
+            for (const auto* other : overlay->entries()) {
+                if (one == other) continue;
+                EXPECT_FALSE(one->captionFrame().intersects(other->captionFrame())) << count;
+                EXPECT_FALSE(one->captionFrame().intersects(other->plateFrame())) << count;
+            }
+        }
+    }
+}
+
+TEST_F(SmartButtonOverlayTest, CaptionWidthsAreAsWideAsTheyMayBe) {
+    for (std::size_t count = 1; count <= 6; ++count) EXPECT_EQ(captionWidth(count), 120) << count;
+    EXPECT_GE(captionWidth(8), 100);
+}
+
+TEST_F(SmartButtonOverlayTest, LinesFitTheirCaption) {
+    open({"Donaudampfschifffahrtsgesellschaftskapitän", "Música y vídeo", "日本語の長い名前をここに書きます",
+          ""});
+    QFont font;
+    font.setPixelSize(12);
+    font.setWeight(QFont::Medium);
+    const QFontMetricsF metrics(font);
+    for (const auto* entry : overlay->entries()) {
+        for (const auto& line : entry->captionLines())
+            EXPECT_LE(metrics.horizontalAdvance(line), entry->width() + 1) << line.toStdString();
+    }
+    EXPECT_TRUE(overlay->entries()[3]->captionLines().isEmpty());
+}
+
+TEST_F(SmartButtonOverlayTest, ClickOnAnEntryLaunchesIt) {
+    open(numbered(3));
+    click(overlay->entries()[1]);
+    EXPECT_EQ(launched, Names{"Entry 2"});
+    EXPECT_EQ(dismissals, 0);
+}
+
+TEST_F(SmartButtonOverlayTest, NumberKeysLaunchTheirEntries) {
+    open(numbered(8));
+    press(Qt::Key_1);
+    press(Qt::Key_8);
+    EXPECT_EQ(launched, (Names{"Entry 1", "Entry 8"}));
+}
+
+TEST_F(SmartButtonOverlayTest, NumberKeyWithoutAnEntryDoesNothing) {
+    open(numbered(2));
+    press(Qt::Key_3);
+    press(Qt::Key_9);
+    EXPECT_EQ(launched, Names{});
+}
+
+TEST_F(SmartButtonOverlayTest, ArrowsGoAroundAndReturnLaunches) {
+    open(numbered(3));
+    press(Qt::Key_Return);
+    EXPECT_EQ(launched, Names{});
+    press(Qt::Key_Right);
+    EXPECT_EQ(overlay->currentEntry(), 0);
+    EXPECT_TRUE(overlay->entries()[0]->isCurrent());
+    press(Qt::Key_Left);
+    EXPECT_EQ(overlay->currentEntry(), 2);
+    EXPECT_FALSE(overlay->entries()[0]->isCurrent());
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    press(Qt::Key_Up);
+    press(Qt::Key_Enter);
+    EXPECT_EQ(launched, Names{"Entry 1"});
+}
+
+TEST_F(SmartButtonOverlayTest, LeftArrowFirstChoosesTheLastEntry) {
+    open(numbered(3));
+    press(Qt::Key_Left);
+    EXPECT_EQ(overlay->currentEntry(), 2);
+}
+
+TEST_F(SmartButtonOverlayTest, EscapeDismisses) {
+    open(numbered(1));
+    press(Qt::Key_Escape);
+    EXPECT_EQ(dismissals, 1);
+}
+
+TEST_F(SmartButtonOverlayTest, ClickAnywhereElseDismisses) {
+    open(numbered(1));
+    click(overlay.get());
+    EXPECT_EQ(dismissals, 1);
+    // On the ring, between the entries.
+    click(overlay->entries()[0]->parentWidget(), Qt::RightButton);
+    EXPECT_EQ(dismissals, 2);
+    click(overlay.get(), Qt::BackButton);
+    EXPECT_EQ(dismissals, 3);
+}
+
+TEST_F(SmartButtonOverlayTest, ReleaseOfAPressThatBeganElsewhereDismissesNothing) {
+    open(numbered(1));
+    QMouseEvent release(QEvent::MouseButtonRelease, QPointF(1, 1), QPointF(1, 1), Qt::BackButton,
+                        Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(overlay.get(), &release);
+    EXPECT_EQ(dismissals, 0);
+}
+
+TEST_F(SmartButtonOverlayTest, ControlsDoWhatTheyAreCalled) {
+    open(numbered(8));
+    ASSERT_EQ(overlay->controls().size(), 3U);
+    EXPECT_EQ(overlay->controls()[0]->size(), QSize(96, 96));
+    for (auto* control : overlay->controls()) control->click();
+    EXPECT_EQ(folders, 1);
+    EXPECT_EQ(dismissals, 1);
+    EXPECT_EQ(edits, 1);
+}
+
+TEST_F(SmartButtonOverlayTest, ScreenReadersHearTheNamesInBothLanguages) {
+    open({"Notes", "Mail"});
+    EXPECT_EQ(overlay->entries()[0]->accessibleName(), "Notes");
+    EXPECT_EQ(overlay->entries()[1]->accessibleName(), "Mail");
+    const QStringList english{"Open Applications", "Close Smart Button", "Edit Smart Button"};
+    const QStringList spanish{"Abrir aplicaciones", "Cerrar Smart Button", "Editar Smart Button"};
+    for (int index = 0; index < 3; ++index)
+        EXPECT_EQ(overlay->controls()[static_cast<std::size_t>(index)]->accessibleName(), english[index]);
+    open({"Notes"}, AppLanguage::spanish);
+    for (int index = 0; index < 3; ++index)
+        EXPECT_EQ(overlay->controls()[static_cast<std::size_t>(index)]->accessibleName(), spanish[index]);
+}
+
+TEST_F(SmartButtonOverlayTest, WindowTakesNoFocus) {
+    open(numbered(1));
+    EXPECT_TRUE(overlay->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus));
+    EXPECT_TRUE(overlay->windowFlags().testFlag(Qt::BypassWindowManagerHint));
+    EXPECT_TRUE(overlay->testAttribute(Qt::WA_ShowWithoutActivating));
+    EXPECT_EQ(overlay->geometry(), QGuiApplication::primaryScreen()->geometry());
+}
+
+TEST_F(SmartButtonOverlayTest, VanishedOverlayTellsNothingAndHoldsNoKeyboard) {
+    open(numbered(2));
+    EXPECT_EQ(QWidget::keyboardGrabber(), overlay.get());
+    overlay->vanish();
+    EXPECT_EQ(QWidget::keyboardGrabber(), nullptr);
+    EXPECT_FALSE(overlay->isVisible());
+    press(Qt::Key_1);
+    press(Qt::Key_Escape);
+    overlay->entries()[0]->click();
+    EXPECT_EQ(launched, Names{});
+    EXPECT_EQ(dismissals, 0);
+}
+
+TEST_F(SmartButtonOverlayTest, FunctionMayTakeTheOverlayAway) {
+    open(numbered(1));
+    const QPointer<QWidget> entry(overlay->entries()[0]);
+    overlay->entries()[0]->click();
+    EXPECT_EQ(launched, Names{"Entry 1"});
+    overlay.reset();
+    EXPECT_TRUE(entry.isNull());
+}
+
+}  // namespace
+}  // namespace trelvan

@@ -1,0 +1,142 @@
+#include "Core/SmartButtonController.hpp"
+
+#include "Utilities/Text.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace trelvan {
+
+namespace {
+
+constexpr std::string_view applicationsFolder = "/Applications";
+
+/// The topmost row of a screen lies on its upper edge, which a rectangle does not own.
+bool containsEdges(const Rect& screen, Point pointer) {
+    return pointer.x >= screen.x && pointer.x <= screen.maxX() && pointer.y >= screen.y &&
+           pointer.y <= screen.maxY();
+}
+
+}  // namespace
+
+SmartButtonController::SmartButtonController(const Ports& ports, SmartButtonPanels& panels, Logger& logger)
+    : ports_(ports),
+      panels_(panels),
+      logger_(logger),
+      alive_(std::make_shared<SmartButtonController*>(this)) {}
+
+void SmartButtonController::show(const SmartButtonConfiguration& configuration) {
+    if (configuration.apps.empty()) {
+        logger_.warning("Smart Button no tiene aplicaciones configuradas");
+        return;
+    }
+    closePanel();
+    const Point pointer = ports_.screens.pointerLocation();
+    const auto screen = screenUnder(pointer);
+    if (!screen) return;
+    panel_ = panels_.showOverlay(viewOf(configuration, pointer, *screen));
+    isShown = panel_ != nullptr;
+}
+
+void SmartButtonController::toggle(const SmartButtonConfiguration& configuration) {
+    if (panel_) {
+        closePanel();
+    } else {
+        show(configuration);
+    }
+}
+
+std::optional<Rect> SmartButtonController::screenUnder(Point pointer) const {
+    const auto screens = ports_.screens.frames();
+    if (screens.empty()) return std::nullopt;
+    auto found =
+        std::ranges::find_if(screens, [pointer](const Rect& screen) { return screen.contains(pointer); });
+    if (found == screens.end()) {
+        found = std::ranges::find_if(
+            screens, [pointer](const Rect& screen) { return containsEdges(screen, pointer); });
+    }
+    return found != screens.end() ? *found : screens.front();
+}
+
+SmartButtonRadialView SmartButtonController::viewOf(const SmartButtonConfiguration& configuration,
+                                                    Point pointer, const Rect& screen) {
+    const std::weak_ptr weak = alive_;
+    const auto calling = [weak](void (SmartButtonController::*action)()) {
+        return [weak, action] {
+            if (const auto controller = weak.lock()) (*controller->*action)();
+        };
+    };
+    return {.apps = configuration.apps,
+            .pointerLocation = pointer,
+            .screenFrame = screen,
+            .onLaunch =
+                [weak](const SmartButtonApp& app) {
+                    if (const auto controller = weak.lock()) (*controller)->launch(app);
+                },
+            .onEdit = calling(&SmartButtonController::openEditor),
+            .onOpenApplications = calling(&SmartButtonController::openApplications),
+            .onDismiss = calling(&SmartButtonController::closePanel)};
+}
+
+void SmartButtonController::launch(const SmartButtonApp& app) {
+    // The caller's entry may go with its panel.
+    const SmartButtonApp chosen = app;
+    if (chosen.kind == SmartButtonItemKind::application) {
+        launchApplication(chosen);
+    } else {
+        sendShortcut(chosen);
+    }
+    closePanel();
+}
+
+void SmartButtonController::launchApplication(const SmartButtonApp& app) {
+    if (!ports_.workspace.exists(app.path)) {
+        logger_.warning(ShortText("Smart Button: no se encontró ", app.path));
+        return;
+    }
+    ports_.workspace.openApplication(app.path);
+    logger_.info(ShortText("Smart Button abrió ", app.name));
+}
+
+void SmartButtonController::sendShortcut(const SmartButtonApp& app) {
+    if (app.shortcut.isEmpty()) {
+        logger_.warning("Smart Button: shortcut vacío");
+        return;
+    }
+    // The modifiers go along as flags; no keys of their own are pressed for them.
+    const auto make = [&](bool down) {
+        return ports_.poster.makeKey(EventSourceState::hidSystem, app.shortcut.keyCode, down,
+                                     app.shortcut.modifiersRawValue);
+    };
+    for (const auto& event : {make(true), make(false)}) {
+        if (event) ports_.poster.post(*event, TapLocation::hid);
+    }
+    logger_.info(ShortText("Smart Button ejecutó shortcut ", app.name));
+}
+
+void SmartButtonController::openApplications() {
+    ports_.workspace.openFolder(applicationsFolder);
+    closePanel();
+}
+
+void SmartButtonController::openEditor() {
+    closePanel();
+    panels_.activate();
+    if (!editorContentProvider) return;
+    if (!editorPanel_) editorPanel_ = panels_.makeEditor();
+    editorPanel_->setContent(editorContentProvider());
+    editorPanel_->show();
+    ports_.mainQueue.async([weak = std::weak_ptr(alive_)] {
+        const auto controller = weak.lock();
+        if (!controller) return;
+        auto& wishes = (*controller)->openSmartButtonSettings;
+        wishes = wishes.get() + 1;
+    });
+}
+
+void SmartButtonController::closePanel() {
+    // First out of the way: taking the window down may call back.
+    if (const auto closing = std::exchange(panel_, nullptr)) isShown = false;
+}
+
+}  // namespace trelvan

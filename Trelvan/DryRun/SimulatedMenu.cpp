@@ -1,0 +1,105 @@
+#include "DryRun/SimulatedMenu.hpp"
+
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+#include <utility>
+
+namespace trelvan {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// Without the noise of the sine; whole where it is whole.
+Json plain(double coordinate) {
+    const double rounded = std::round(coordinate * 1e9) / 1e9;
+    if (rounded == std::trunc(rounded) && std::abs(rounded) < 1e15) return static_cast<std::int64_t>(rounded);
+    return rounded;
+}
+
+Json jsonOf(const trace::Menu::Entry& entry) {
+    return {{"name", entry.name}, {"x", plain(entry.centre.x)}, {"y", plain(entry.centre.y)}};
+}
+
+Json entriesOf(const trace::Menu& menu) {
+    Json list = Json::array();
+    for (const auto& entry : menu.entries) list.push_back(jsonOf(entry));
+    return list;
+}
+
+std::string textOf(const Json& json) {
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+}  // namespace
+
+/// The window over the whole screen.
+class SimulatedMenu::Overlay final : public Panel {
+  public:
+    Overlay(SimulatedDesktop& desktop, std::shared_ptr<const SmartButtonRadialView> view)
+        : desktop_(desktop), view_(std::move(view)) {
+        desktop_.overlay = OwnWindow{.frame = view_->screenFrame, .visible = true, .alpha = 1};
+    }
+    Overlay(const Overlay&) = delete;
+    Overlay& operator=(const Overlay&) = delete;
+    ~Overlay() override {
+        desktop_.overlay.reset();
+        desktop_.tell(trace::Menu{});
+    }
+
+  private:
+    SimulatedDesktop& desktop_;
+    std::shared_ptr<const SmartButtonRadialView> view_;
+};
+
+trace::Menu SimulatedMenu::state() const {
+    const auto view = view_.lock();
+    if (!view) return {};
+    const auto layout = view->layout();
+    trace::Menu menu{.shown = true, .centre = layout.centre, .entries = {}};
+    for (std::size_t index = 0; index < layout.entries.size(); ++index)
+        menu.entries.push_back({view->apps[index].name, layout.entries[index]});
+    return menu;
+}
+
+std::unique_ptr<SmartButtonPanels::Panel> SimulatedMenu::showOverlay(SmartButtonRadialView view) {
+    auto kept = std::make_shared<const SmartButtonRadialView>(std::move(view));
+    view_ = kept;
+    desktop_.tell(state());
+    return std::make_unique<Overlay>(desktop_, std::move(kept));
+}
+
+void SimulatedMenu::activate() {
+    const auto identifier = desktop_.bundle.find("CFBundleIdentifier");
+    if (identifier != desktop_.bundle.end()) desktop_.frontmost = identifier->second;
+}
+
+std::unique_ptr<SmartButtonPanels::Editor> SimulatedMenu::makeEditor() {
+    class Window final : public Editor {
+      public:
+        void setContent(std::unique_ptr<Content> content) override { content_ = std::move(content); }
+        void show() override {}
+
+      private:
+        std::unique_ptr<Content> content_;
+    };
+    return std::make_unique<Window>();
+}
+
+std::string menuCentre(const trace::Menu& menu) {
+    return textOf(Json::array({plain(menu.centre.x), plain(menu.centre.y)}));
+}
+
+std::string menuEntries(const trace::Menu& menu) {
+    return textOf(entriesOf(menu));
+}
+
+std::string menuState(const trace::Menu& menu) {
+    if (!menu.shown) return textOf({{"shown", false}});
+    return textOf({{"shown", true},
+                   {"center", Json::array({plain(menu.centre.x), plain(menu.centre.y)})},
+                   {"entries", entriesOf(menu)}});
+}
+
+}  // namespace trelvan

@@ -1,0 +1,147 @@
+#include "UI/SmartButtonWindows.hpp"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QPalette>
+#include <QScreen>
+#include <QStyle>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+namespace trelvan {
+
+namespace {
+
+/// Raw values of the theme setting; any other follows the desktop.
+constexpr std::string_view themeKey = "general_theme";
+constexpr std::string_view lightTheme = "Light";
+constexpr std::string_view darkTheme = "Dark";
+
+constexpr QSize editorSize{900, 960};
+constexpr QSize smallestEditor{780, 860};
+
+bool isDark(const UserDefaults& defaults, const Appearance& appearance) {
+    const auto theme = asText(defaults.object(themeKey));
+    if (theme == lightTheme) return false;
+    if (theme == darkTheme) return true;
+    return appearance.prefersDark() || QApplication::palette().window().color().lightness() < 128;
+}
+
+/// Toolkit styles of desktops without animations give their length as nothing.
+bool isAnimated(const Appearance& appearance) {
+    return !appearance.reducesMotion() &&
+           QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) > 0;
+}
+
+/// A null icon where the file is no image.
+QIcon imageAt(const QString& path) {
+    const QPixmap image(path);
+    return image.isNull() ? QIcon() : QIcon(path);
+}
+
+class OverlayPanel final : public SmartButtonPanels::Panel {
+  public:
+    explicit OverlayPanel(std::unique_ptr<SmartButtonOverlay> overlay) : overlay_(std::move(overlay)) {}
+    OverlayPanel(const OverlayPanel&) = delete;
+    OverlayPanel& operator=(const OverlayPanel&) = delete;
+    /// One of its own buttons may just be telling of a click.
+    ~OverlayPanel() override {
+        overlay_->vanish();
+        overlay_.release()->deleteLater();
+    }
+
+  private:
+    std::unique_ptr<SmartButtonOverlay> overlay_;
+};
+
+class EditorWindow final : public SmartButtonPanels::Editor {
+  public:
+    EditorWindow() {
+        window_.setWindowTitle(QString::fromUtf8("Trelvan — Smart Button"));
+        window_.setMinimumSize(smallestEditor);
+        window_.resize(editorSize);
+        window_.setLayout(new QVBoxLayout);
+        window_.layout()->setContentsMargins(0, 0, 0, 0);
+    }
+
+    void setContent(std::unique_ptr<SmartButtonPanels::Content> content) override {
+        while (const auto* former = window_.layout()->takeAt(0)) {
+            delete former->widget();
+            delete former;
+        }
+        auto* widget = dynamic_cast<SmartButtonWindows::WidgetContent*>(content.get());
+        if (widget != nullptr && widget->widget) window_.layout()->addWidget(widget->widget.release());
+    }
+
+    void show() override {
+        const QRect available = window_.screen()->availableGeometry();
+        const QRect frame(QPoint(), window_.size());
+        window_.move(available.center() - frame.center());
+        window_.show();
+        window_.raise();
+        window_.activateWindow();
+    }
+
+  private:
+    QWidget window_;
+};
+
+}  // namespace
+
+std::unique_ptr<SmartButtonPanels::Panel> SmartButtonWindows::showOverlay(SmartButtonRadialView view) {
+    QScreen* screen = screenOf(view.screenFrame);
+    if (screen == nullptr) return nullptr;
+    // The frame may count pixels where the toolkit counts points.
+    const double scale = view.screenFrame.width / screen->geometry().width();
+    const Point pointer{(view.pointerLocation.x - view.screenFrame.x) / scale,
+                        (view.pointerLocation.y - view.screenFrame.y) / scale};
+    const Rect overlayFrame{0, 0, view.screenFrame.width / scale, view.screenFrame.height / scale};
+    const auto layout =
+        RadialLayout::make(pointer, overlayFrame, view.apps.size(), view.radius, view.outerRingRadius);
+    auto overlay = std::make_unique<SmartButtonOverlay>(std::move(view), layout, screen, look());
+    overlay->appear();
+    return std::make_unique<OverlayPanel>(std::move(overlay));
+}
+
+QScreen* SmartButtonWindows::screenOf(const Rect& frame) const {
+    // The main screen comes first in the port's list, the others as the toolkit lists them.
+    QList<QScreen*> screens = QGuiApplication::screens();
+    QScreen* primary = QGuiApplication::primaryScreen();
+    screens.removeOne(primary);
+    if (primary != nullptr) screens.prepend(primary);
+    const auto frames = ports_.screens.frames();
+    const auto place = std::ranges::find(frames, frame) - frames.begin();
+    return place < screens.size() ? screens[place] : primary;
+}
+
+SmartButtonOverlay::Look SmartButtonWindows::look() const {
+    return {.theme = isDark(ports_.defaults, ports_.appearance) ? RadialTheme::dark() : RadialTheme::light(),
+            .language = languageFromSetting(languageSetting(ports_.defaults)),
+            .isAnimated = isAnimated(ports_.appearance),
+            .isComposited = ports_.appearance.composites(),
+            .icon = [this](const SmartButtonApp& app) { return iconOf(app); }};
+}
+
+QIcon SmartButtonWindows::iconOf(const SmartButtonApp& app) const {
+    if (auto own = imageAt(QString::fromStdString(app.iconPath)); !own.isNull()) return own;
+    if (app.kind != SmartButtonItemKind::application) return {};
+    const auto name = ports_.workspace.applicationIcon(app.path);
+    if (!name) return {};
+    const auto icon = QString::fromStdString(*name);
+    return QFileInfo(icon).isAbsolute() ? imageAt(icon) : QIcon::fromTheme(icon);
+}
+
+void SmartButtonWindows::activate() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (!window->isVisible() || window->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus)) continue;
+        window->raise();
+        window->activateWindow();
+    }
+}
+
+std::unique_ptr<SmartButtonPanels::Editor> SmartButtonWindows::makeEditor() {
+    return std::make_unique<EditorWindow>();
+}
+
+}  // namespace trelvan
