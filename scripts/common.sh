@@ -11,7 +11,7 @@ readonly packages=(
     nlohmann-json3-dev libutf8proc-dev libsystemd-dev libpulse-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     xserver-xorg-core xserver-xorg-video-dummy xserver-xorg-dev x11-xkb-utils xkb-data
-    openbox xterm x11-utils x11-apps imagemagick dbus dunst pulseaudio pulseaudio-utils fonts-dejavu-core
+    openbox xterm x11-utils x11-xserver-utils x11-apps imagemagick dbus dunst pulseaudio pulseaudio-utils fonts-dejavu-core
 )
 
 note() { printf '== %s\n' "$*"; }

@@ -47,8 +47,13 @@ void DesktopTest::TearDown() {
     application.reset();
 }
 
-void DesktopTest::start(const Settings& settings, const std::map<std::string, std::string>& more) {
+void DesktopTest::launch(const Settings& settings, const std::map<std::string, std::string>& more) {
+    running.reset();
     running = std::make_unique<TrelvanProcess>(desktop(), settings, more);
+}
+
+void DesktopTest::start(const Settings& settings, const std::map<std::string, std::string>& more) {
+    launch(settings, more);
     // Taking the devices may itself move the pointer to where it is; that is over when a press gets through.
     passSentinel();
     client().warpPointer(client().middle());

@@ -32,8 +32,14 @@ class DesktopTest : public testing::Test {
     /// Starts the program and waits until it serves the devices. `more` stands in its environment besides the
     /// desktop's own.
     void start(const Settings& settings, const std::map<std::string, std::string>& more = {});
+    /// The same without waiting for the trackball to be served.
+    void launch(const Settings& settings, const std::map<std::string, std::string>& more = {});
     /// Puts another application's window in the place of the present one.
     void useClient(Protocol protocol);
+    /// Until the next `useClient` there is none.
+    void closeClient() { application.reset(); }
+    /// Ends the program as a user does.
+    void stop() { running.reset(); }
 
     /// Presses a button that no test maps and waits until it arrives: whatever the devices did before has
     /// then arrived too, for all of it takes the same road. Where the pointer was at the press.

@@ -1,12 +1,10 @@
 #include "Desktop/DesktopTest.hpp"
+#include "Desktop/Harness/InputDevices.hpp"
 
-#include <X11/extensions/XInput2.h>
 #include <X11/keysym.h>
 #include <sys/wait.h>
 
 #include <csignal>
-#include <span>
-#include <string_view>
 
 namespace trelvan::desktop {
 namespace {
@@ -72,24 +70,8 @@ TEST_F(ProcessTest, StoppedAndContinuedProgramServesAgain) {
 
 TEST_F(ProcessTest, DeviceThatLeavesThePointerAndReturnsIsServedAgain) {
     start(Settings().map(3, "Copiar"));
-    Display* display = client().connection().get();
-    int count = 0;
-    int trackballId = 0;
-    int pointerId = 0;
-    XIDeviceInfo* devices = XIQueryDevice(display, XIAllDevices, &count);
-    for (const XIDeviceInfo& device : std::span(devices, static_cast<std::size_t>(count))) {
-        if (std::string_view(device.name) == "trackball") trackballId = device.deviceid;
-        if (device.use == XIMasterPointer) pointerId = device.deviceid;
-    }
-    XIFreeDeviceInfo(devices);
-    ASSERT_NE(trackballId, 0);
-
-    XIAnyHierarchyChangeInfo change{};
-    change.detach = {.type = XIDetachSlave, .deviceid = trackballId};
-    XIChangeHierarchy(display, &change, 1);
-    change.attach = {.type = XIAttachSlave, .deviceid = trackballId, .new_master = pointerId};
-    XIChangeHierarchy(display, &change, 1);
-    XSync(display, 0);
+    InputDevices(desktop().displayName()).detach("trackball");
+    InputDevices(desktop().displayName()).attachToPointer("trackball");
     // Until the program has answered the return, the button may arrive as itself.
     const std::string taken = "Dispositivo capturado: trackball";
     EXPECT_TRUE(waitUntil([&] {

@@ -76,6 +76,17 @@ TEST_F(ScrollTest, MappedWheelActsAndDoesNotScroll) {
     EXPECT_EQ(buttonsArrived(), Buttons{});
 }
 
+TEST_F(ScrollTest, QuickTurnOfAMappedWheelActsForEveryNotch) {
+    start(Settings().map(-100, "Deshacer").map(-101, "Copiar"));
+    trackball().scrollVertical(8);
+    trackball().scrollVertical(-8);
+    EXPECT_TRUE(client().waitFor([&](const auto&) { return client().strokes().size() >= 16; }));
+    passSentinel();
+    std::vector<KeyStroke> expected(8, KeyStroke{XK_z, ControlMask});
+    expected.insert(expected.end(), 8, KeyStroke{XK_c, ControlMask});
+    EXPECT_EQ(client().strokes(), expected);
+}
+
 TEST_F(ScrollTest, OneMappedDirectionLeavesTheOtherScrolling) {
     start(Settings().map(-100, "Deshacer"));
     trackball().scrollVertical(-2);

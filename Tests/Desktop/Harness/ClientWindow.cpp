@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <ostream>
+#include <span>
 #include <sstream>
 #include <stdexcept>
 
@@ -41,6 +42,10 @@ void PrintTo(const KeyStroke& stroke, std::ostream* out) {
 
 void PrintTo(const Position& position, std::ostream* out) {
     *out << position.x << ", " << position.y;
+}
+
+void PrintTo(const Turn& turn, std::ostream* out) {
+    *out << turn.vertical << " up, " << turn.horizontal << " left";
 }
 
 std::string describe(const std::vector<ClientEvent>& events) {
@@ -91,6 +96,43 @@ void ClientWindow::selectXInput2() {
     XIEventMask mask{
         .deviceid = XIAllMasterDevices, .mask_len = static_cast<int>(bits.size()), .mask = bits.data()};
     XISelectEvents(server.get(), frame, &mask, 1);
+    readScrollAxes();
+}
+
+void ClientWindow::readScrollAxes() {
+    int count = 0;
+    XIDeviceInfo* devices = XIQueryDevice(server.get(), XIAllDevices, &count);
+    for (const XIDeviceInfo& device : std::span(devices, static_cast<std::size_t>(count))) {
+        const std::span classes(device.classes, static_cast<std::size_t>(device.num_classes));
+        for (const XIAnyClassInfo* any : classes) {
+            if (any->type != XIScrollClass) continue;
+            const auto& scroll = *reinterpret_cast<const XIScrollClassInfo*>(any);
+            scrollAxes[{device.deviceid, scroll.number}] = {
+                .vertical = scroll.scroll_type == XIScrollTypeVertical, .increment = scroll.increment};
+        }
+        for (const XIAnyClassInfo* any : classes) {
+            if (any->type != XIValuatorClass) continue;
+            const auto& valuator = *reinterpret_cast<const XIValuatorClassInfo*>(any);
+            const auto axis = scrollAxes.find({device.deviceid, valuator.number});
+            if (axis != scrollAxes.end()) axis->second.value = valuator.value;
+        }
+    }
+    XIFreeDeviceInfo(devices);
+}
+
+Turn ClientWindow::turn(int device, int maskLength, const unsigned char* mask, const double* values) {
+    Turn result;
+    for (int number = 0; number < maskLength * 8; ++number) {
+        if (!XIMaskIsSet(mask, number)) continue;
+        const double value = *values++;
+        const auto found = scrollAxes.find({device, number});
+        if (found == scrollAxes.end()) continue;
+        ScrollAxis& axis = found->second;
+        // The server counts down and right as positive.
+        (axis.vertical ? result.vertical : result.horizontal) = (axis.value - value) / axis.increment;
+        axis.value = value;
+    }
+    return result;
 }
 
 void ClientWindow::appear(const std::string& title) {
@@ -243,8 +285,11 @@ void ClientWindow::recordXInput2(XGenericEventCookie& cookie) {
         case XI_ButtonRelease:
             record.kind = event.evtype == XI_ButtonPress ? Kind::buttonPress : Kind::buttonRelease;
             record.button = detail;
+            record.emulated = (event.flags & XIPointerEmulated) != 0;
             break;
         default:
+            record.scrolled =
+                turn(event.sourceid, event.valuators.mask_len, event.valuators.mask, event.valuators.values);
             break;
     }
     received.push_back(record);
@@ -324,6 +369,18 @@ std::vector<unsigned> ClientWindow::buttonsPressed() {
         if (event.kind == Kind::buttonPress) result.push_back(event.button);
     }
     return result;
+}
+
+Turn ClientWindow::scrolled() {
+    Turn sum;
+    for (const ClientEvent& event : events()) {
+        sum.vertical += event.scrolled.vertical;
+        sum.horizontal += event.scrolled.horizontal;
+        if (event.kind != Kind::buttonPress || event.emulated || event.button < 4 || event.button > 7)
+            continue;
+        (event.button < 6 ? sum.vertical : sum.horizontal) += event.button % 2 == 0 ? 1 : -1;
+    }
+    return sum;
 }
 
 }  // namespace trelvan::desktop

@@ -6,10 +6,19 @@
 
 #include <chrono>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
 namespace trelvan::desktop {
+
+/// A turn of the wheel in lines, up and left positive.
+struct Turn {
+    double vertical = 0;
+    double horizontal = 0;
+    friend bool operator==(const Turn&, const Turn&) = default;
+};
+void PrintTo(const Turn& turn, std::ostream* out);
 
 /// One event as an application received it.
 struct ClientEvent {
@@ -22,6 +31,10 @@ struct ClientEvent {
     int x = 0;            ///< on the screen
     int y = 0;
     unsigned long time = 0;  ///< the server's, in milliseconds
+    /// Of XInput 2 only: a button that the server made for a turn that `scrolled` tells too.
+    bool emulated = false;
+    /// Of XInput 2 only: the turn of a wheel with smooth axes, up and left positive.
+    Turn scrolled{};
 };
 
 /// A key with the modifiers that it came with.
@@ -78,6 +91,9 @@ class ClientWindow {
     [[nodiscard]] std::vector<KeyStroke> strokes();
     /// The numbers of the buttons pressed, in order.
     [[nodiscard]] std::vector<unsigned> buttonsPressed();
+    /// How far a window scrolls for what was received, counted as a toolkit does: smooth turns, and of the
+    /// wheel buttons only those that do not stand for one.
+    [[nodiscard]] Turn scrolled();
 
     /// Puts the pointer at a place on the screen without any device's help.
     void warpPointer(Position to);
@@ -96,12 +112,23 @@ class ClientWindow {
     void readPending();
     void record(XEvent& event);
     void recordXInput2(XGenericEventCookie& cookie);
+    /// Learns where the smooth axes of all devices stand.
+    void readScrollAxes();
+    Turn turn(int device, int maskLength, const unsigned char* mask, const double* values);
     KeySym plainKey(unsigned keyCode);
 
     XConnection server;
     Window frame = None;
     int xinputOpcode = -1;
     std::vector<ClientEvent> received;
+
+    struct ScrollAxis {
+        bool vertical = false;
+        double increment = 1;
+        double value = 0;
+    };
+    /// By device and number of the axis.
+    std::map<std::pair<int, int>, ScrollAxis> scrollAxes;
 };
 
 }  // namespace trelvan::desktop

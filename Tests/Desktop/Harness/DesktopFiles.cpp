@@ -5,14 +5,24 @@
 namespace trelvan::desktop {
 namespace {
 
-std::string inputDevice(const std::string& name, const std::string& type,
-                        const std::filesystem::path& folder) {
+std::string deviceOptions(const std::string& name, const std::string& type,
+                          const std::filesystem::path& folder) {
     // No acceleration: one unit from the hardware is one pixel, so that a test can add them up.
-    return "Section \"InputDevice\"\n    Identifier \"" + name + "\"\n    Driver \"inputtest\"\n" +
-           "    Option \"SocketPath\" \"" + (folder / name).string() + "\"\n    Option \"DeviceType\" \"" +
-           type +
+    return "    Identifier \"" + name + "\"\n    Driver \"inputtest\"\n    Option \"SocketPath\" \"" +
+           (folder / name).string() + "\"\n    Option \"DeviceType\" \"" + type +
            "\"\n    Option \"PointerButtonCount\" \"12\"\n    Option \"AccelerationScheme\" "
            "\"none\"\nEndSection\n";
+}
+
+std::string inputDevice(const std::string& name, const std::string& type,
+                        const std::filesystem::path& folder) {
+    return "Section \"InputDevice\"\n" + deviceOptions(name, type, folder);
+}
+
+/// The mouse that is not there at first, for when the device manager announces it.
+std::string pluggedDevice(const std::filesystem::path& folder) {
+    return "Section \"InputClass\"\n    MatchDevicePath \"" + std::string(pluggedMouse.devicePath) + "\"\n" +
+           deviceOptions(pluggedMouse.socket, "Pointer", folder);
 }
 
 // AutoAddDevices stays on, although the server's seat has no other device: without it the server takes the
@@ -52,6 +62,8 @@ Section "ServerLayout"
     Screen "screen"
     InputDevice "trackball" "CorePointer"
     InputDevice "mouse" "SendCoreEvents"
+    InputDevice "tablet" "SendCoreEvents"
+    InputDevice "touch screen" "SendCoreEvents"
     InputDevice "keyboard" "CoreKeyboard"
 EndSection
 )";
@@ -60,7 +72,9 @@ EndSection
 
 std::string serverConfiguration(const std::filesystem::path& folder) {
     return serverBasics + inputDevice("trackball", "Pointer", folder) +
-           inputDevice("mouse", "Pointer", folder) + inputDevice("keyboard", "Keyboard", folder);
+           inputDevice("mouse", "Pointer", folder) + inputDevice("tablet", "PointerAbsolute", folder) +
+           inputDevice("touch screen", "Touch", folder) + inputDevice("keyboard", "Keyboard", folder) +
+           pluggedDevice(folder);
 }
 
 std::string windowManagerConfiguration() {

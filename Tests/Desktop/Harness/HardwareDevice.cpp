@@ -9,13 +9,14 @@
 
 #include <cstring>
 #include <stdexcept>
+#include <utility>
 
 namespace trelvan::desktop {
 namespace {
 
 constexpr int horizontalWheel = 2;
 constexpr int verticalWheel = 3;
-constexpr double notch = 120;
+constexpr double notch = HardwareDevice::partsOfANotch;
 
 void set(xf86ITValuatorData& data, int axis, double value) {
     const auto index = static_cast<std::size_t>(axis);
@@ -25,16 +26,23 @@ void set(xf86ITValuatorData& data, int axis, double value) {
 
 }  // namespace
 
-HardwareDevice::HardwareDevice(const std::filesystem::path& socket) {
+HardwareDevice::HardwareDevice(const std::filesystem::path& socket) : path(socket) {
+    reconnect();
+}
+
+void HardwareDevice::reconnect() {
+    if (descriptor >= 0) ::close(descriptor);
+    heldButtons.clear();
+    heldKeys.clear();
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    if (socket.native().size() >= sizeof address.sun_path) throw std::runtime_error("socket path too long");
-    std::strcpy(address.sun_path, socket.c_str());
+    if (path.native().size() >= sizeof address.sun_path) throw std::runtime_error("socket path too long");
+    std::strcpy(address.sun_path, path.c_str());
     descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const auto* target = reinterpret_cast<const sockaddr*>(&address);
     if (!waitUntil([&] { return ::connect(descriptor, target, sizeof address) == 0; })) {
-        ::close(descriptor);
-        throw std::runtime_error("no input device at " + socket.string());
+        ::close(std::exchange(descriptor, -1));
+        throw std::runtime_error("no input device at " + path.string());
     }
     const timeval bound{.tv_sec = 10, .tv_usec = 0};
     ::setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &bound, sizeof bound);
@@ -51,7 +59,7 @@ HardwareDevice::HardwareDevice(const std::filesystem::path& socket) {
 }
 
 HardwareDevice::~HardwareDevice() {
-    ::close(descriptor);
+    if (descriptor >= 0) ::close(descriptor);
 }
 
 template <typename Event>
@@ -75,8 +83,7 @@ void HardwareDevice::receive(void* answer, std::size_t size) {
     }
 }
 
-void HardwareDevice::sync() {
-    // The server folds motions that it has not processed yet into one, so no two are ever under way.
+void HardwareDevice::settle() {
     xf86ITEventWaitForSync wait{};
     send(wait, XF86IT_EVENT_WAIT_FOR_SYNC);
     xf86ITResponseSyncFinished finished{};
@@ -110,6 +117,14 @@ void HardwareDevice::scrollHorizontal(int notches) {
 
 void HardwareDevice::scrollVerticalAtOnce(int notches) {
     motion(verticalWheel, -notch * notches);
+}
+
+void HardwareDevice::scrollParts(int up, int left) {
+    xf86ITEventMotion event{};
+    if (up != 0) set(event.valuators, verticalWheel, -up);
+    if (left != 0) set(event.valuators, horizontalWheel, -left);
+    send(event, XF86IT_EVENT_MOTION);
+    sync();
 }
 
 void HardwareDevice::button(int number, bool down) {

@@ -31,7 +31,8 @@ NotificationDaemon::NotificationDaemon(const VirtualDesktop& desktop)
                           record.string() + "'\n");
     std::filesystem::permissions(script, std::filesystem::perms::owner_all);
     const auto settings = desktop.folder() / "dunstrc";
-    writeFile(settings, "[global]\nstack_duplicates = no\n[note]\nsummary = \"*\"\nscript = " + script.string() + "\n");
+    writeFile(settings,
+              "[global]\nstack_duplicates = no\n[note]\nsummary = \"*\"\nscript = " + script.string() + "\n");
     process =
         std::make_unique<ChildProcess>(Launch{.arguments = {"/usr/bin/dunst", "-conf", settings.string()},
                                               .environment = desktop.environment(),

@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <stdexcept>
 
 namespace trelvan::desktop {
@@ -52,6 +53,26 @@ bool TrelvanProcess::waitForLine(const std::string& text, std::chrono::milliseco
 
 std::string TrelvanProcess::output() const {
     return readFile(folder / "output");
+}
+
+int TrelvanProcess::lines(const std::string& text) const {
+    const std::string all = output();
+    int count = 0;
+    for (auto at = all.find(text); at != std::string::npos; at = all.find(text, at + 1)) ++count;
+    return count;
+}
+
+std::string TrelvanProcess::errors() const {
+    return readFile(folder / "errors");
+}
+
+std::optional<pid_t> TrelvanProcess::guardOf(pid_t program) {
+    const std::string number = std::to_string(program);
+    std::ifstream children("/proc/" + number + "/task/" + number + "/children");
+    for (pid_t child = 0; children >> child;) {
+        if (readFile("/proc/" + std::to_string(child) + "/comm") == "trelvan-guard\n") return child;
+    }
+    return std::nullopt;
 }
 
 nlohmann::json TrelvanProcess::storedSettings() const {

@@ -24,8 +24,13 @@ class TrelvanProcess {
     /// Waits for a line of the output that contains the text.
     bool waitForLine(const std::string& text, std::chrono::milliseconds bound = patience) const;
     [[nodiscard]] std::string output() const;
+    /// How often the output contains the text.
+    [[nodiscard]] int lines(const std::string& text) const;
+    [[nodiscard]] std::string errors() const;
     [[nodiscard]] nlohmann::json storedSettings() const;
 
+    /// The process that guards this one; none when there is no such process now.
+    [[nodiscard]] std::optional<pid_t> guard() const { return guardOf(process->id()); }
     [[nodiscard]] pid_t id() const { return process->id(); }
     [[nodiscard]] bool isRunning() { return process->isRunning(); }
     void signal(int number) { process->signal(number); }
@@ -33,6 +38,8 @@ class TrelvanProcess {
     std::optional<int> waitForEnd() { return process->waitForEnd(patience); }
 
   private:
+    [[nodiscard]] static std::optional<pid_t> guardOf(pid_t program);
+
     std::filesystem::path folder;
     std::unique_ptr<ChildProcess> process;
 };

@@ -1,6 +1,7 @@
 #include "Desktop/Harness/VirtualDesktop.hpp"
 
 #include "Desktop/Harness/DesktopFiles.hpp"
+#include "Desktop/Harness/HotPlug.hpp"
 #include "Desktop/Harness/Wait.hpp"
 #include "Desktop/Harness/XConnection.hpp"
 #include "Desktop/Harness/Xlib.hpp"
@@ -11,6 +12,7 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <stdexcept>
 #include <utility>
@@ -65,8 +67,8 @@ std::string executable(const std::vector<std::string>& candidates) {
 
 }  // namespace
 
-VirtualDesktop::VirtualDesktop(std::vector<std::string> serverArguments)
-    : furtherArguments(std::move(serverArguments)) {
+VirtualDesktop::VirtualDesktop(std::vector<std::string> serverArguments, Plugs devicePlugs)
+    : furtherArguments(std::move(serverArguments)), plugs(devicePlugs) {
     adoptOrphans();
     try {
         makeFolders();
@@ -75,6 +77,7 @@ VirtualDesktop::VirtualDesktop(std::vector<std::string> serverArguments)
         startWindowManager();
         firstPointer = std::make_unique<HardwareDevice>(place / "trackball");
         secondPointer = std::make_unique<HardwareDevice>(place / "mouse");
+        penTablet = std::make_unique<HardwareDevice>(place / "tablet");
         keys = std::make_unique<HardwareDevice>(place / "keyboard");
         reset();
     } catch (...) {
@@ -147,6 +150,7 @@ void VirtualDesktop::startServer() {
                                            "-displayfd",
                                            std::to_string(ready[1])};
         arguments.insert(arguments.end(), furtherArguments.begin(), furtherArguments.end());
+        if (plugs == Plugs::open) arguments = HotPlug::launchCommand(std::move(arguments));
         server = std::make_unique<ChildProcess>(Launch{.arguments = std::move(arguments),
                                                        .environment = variables,
                                                        .directory = place,
@@ -213,7 +217,9 @@ std::string VirtualDesktop::opened() const {
 }
 
 void VirtualDesktop::reset() {
-    for (HardwareDevice* device : {firstPointer.get(), secondPointer.get(), keys.get()}) device->releaseAll();
+    for (HardwareDevice* device : {firstPointer.get(), secondPointer.get(), penTablet.get(), keys.get()}) {
+        device->releaseAll();
+    }
     endAdopted();
     std::filesystem::remove(place / "opened");
     XConnection connection(display);
@@ -224,9 +230,15 @@ void VirtualDesktop::reset() {
     if (!waitUntil(isFirst)) throw std::runtime_error("the window manager does not change the desktop");
 }
 
+void VirtualDesktop::killServer() {
+    server->signal(SIGKILL);
+    server->waitForEnd(patience);
+}
+
 void VirtualDesktop::takeDown() {
     firstPointer.reset();
     secondPointer.reset();
+    penTablet.reset();
     keys.reset();
     windowManager.reset();
     bus.reset();

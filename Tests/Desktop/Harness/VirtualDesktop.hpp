@@ -20,9 +20,13 @@ class VirtualDesktop {
     static constexpr int height = 900;
     static constexpr int desktops = 4;
 
+    /// Whether devices can be plugged in while the desktop runs, with `HotPlug`. The server then runs in
+    /// namespaces of its own, where it hears of no device manager but ours.
+    enum class Plugs { fixed, open };
+
     /// Brings the desktop up and waits until it is ready. Throws std::runtime_error with the server's own
     /// words when it does not come. `serverArguments` are further ones for the server.
-    explicit VirtualDesktop(std::vector<std::string> serverArguments = {});
+    explicit VirtualDesktop(std::vector<std::string> serverArguments = {}, Plugs plugs = Plugs::fixed);
     ~VirtualDesktop();
     VirtualDesktop(const VirtualDesktop&) = delete;
     VirtualDesktop& operator=(const VirtualDesktop&) = delete;
@@ -36,13 +40,18 @@ class VirtualDesktop {
     /// Whether server, window manager and bus are all still there.
     [[nodiscard]] bool isAlive();
     [[nodiscard]] std::string serverLog() const;
+    [[nodiscard]] pid_t serverId() const { return server->id(); }
 
     HardwareDevice& trackball() { return *firstPointer; }
     HardwareDevice& mouse() { return *secondPointer; }
+    HardwareDevice& tablet() { return *penTablet; }
     HardwareDevice& keyboard() { return *keys; }
 
     /// The state in which every test begins: nothing held, first desktop, no process of an earlier test.
     void reset();
+
+    /// Ends the X server at once, as a crash does.
+    void killServer();
 
     /// What programs asked xdg-open to open on this desktop, one line each, oldest first.
     [[nodiscard]] std::string opened() const;
@@ -57,6 +66,7 @@ class VirtualDesktop {
     std::filesystem::path place;
     int claim = -1;  ///< an open, locked file in the folder: it belongs to somebody
     std::vector<std::string> furtherArguments;
+    Plugs plugs;
     std::string display;
     std::map<std::string, std::string> variables;
     std::unique_ptr<ChildProcess> server;
@@ -64,6 +74,7 @@ class VirtualDesktop {
     std::unique_ptr<ChildProcess> windowManager;
     std::unique_ptr<HardwareDevice> firstPointer;
     std::unique_ptr<HardwareDevice> secondPointer;
+    std::unique_ptr<HardwareDevice> penTablet;
     std::unique_ptr<HardwareDevice> keys;
 };
 

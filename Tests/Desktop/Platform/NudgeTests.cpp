@@ -68,8 +68,9 @@ class NudgeTest : public ServerTest {
     XEventPump pump{*connection};
     ActivityLog activity;
     ModifierState modifiers{pump};
-    LinuxEventTap tap{pump, modifiers, activity, timers};
-    LinuxEventPoster poster{connect(), tap};
+    HeldPage page;
+    LinuxEventTap tap{pump, modifiers, activity, timers, page};
+    LinuxEventPoster poster{connect(), tap, page};
     LinuxInputState input{pump, modifiers, activity, timers, poster};
     SimulatedDesktop simulated;
     std::optional<KeepAwakeManager> manager;

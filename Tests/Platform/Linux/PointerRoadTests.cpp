@@ -1,32 +1,12 @@
 #include "Platform/Linux/PointerRoad.hpp"
+#include "Support/AllocationCounter.hpp"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <cstdlib>
 #include <functional>
-#include <new>
 #include <string>
 #include <vector>
-
-namespace {
-
-std::atomic<long> allocations{0};
-
-}  // namespace
-
-// Counts every allocation of the test program.
-void* operator new(std::size_t size) {
-    allocations.fetch_add(1, std::memory_order_relaxed);
-    if (void* memory = std::malloc(size > 0 ? size : 1)) return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t /*size*/) noexcept {
-    std::free(memory);
-}
 
 namespace trelvan {
 namespace {
@@ -73,7 +53,8 @@ class PointerRoadTest : public testing::Test {
     void deliverAll() { decide = nullptr; }
 
     RecordedOutput output;
-    PointerRoad road{output};
+    std::atomic<std::uint32_t> cutOff{0};
+    PointerRoad road{output, cutOff};
     PointerDevice mouse;
     PointerDevice trackball;
     std::vector<TapEvent> seen;
@@ -125,6 +106,40 @@ TEST_F(PointerRoadTest, ButtonHeldOnTwoDevices_IsOneButtonToTheOutput) {
     EXPECT_EQ(output.sent, (Sent{"+1"}));
     road.button(trackball, 1, false);
     EXPECT_EQ(output.sent, (Sent{"+1", "-1"}));
+}
+
+TEST_F(PointerRoadTest, ButtonHeldOnTwoDevices_IsOfferedToTheCallbackOnce) {
+    swallowAll();
+    road.button(mouse, 8, true);
+    road.button(trackball, 8, true);
+    road.button(mouse, 8, false);
+    EXPECT_EQ(seen.size(), 1U);
+    road.button(trackball, 8, false);
+    ASSERT_EQ(seen.size(), 2U);
+    EXPECT_EQ(seen[1].type, EventType::otherMouseUp);
+    EXPECT_EQ(output.sent, Sent{});
+}
+
+TEST_F(PointerRoadTest, ButtonSwallowedOnOneDevice_IsNotPassedForTheOther) {
+    swallowAll();
+    road.button(mouse, 8, true);
+    deliverAll();
+    road.button(trackball, 8, true);
+    road.button(mouse, 8, false);
+    road.button(trackball, 8, false);
+    EXPECT_EQ(output.sent, Sent{});
+    road.button(trackball, 8, true);
+    EXPECT_EQ(output.sent, Sent{"+8"});
+}
+
+TEST_F(PointerRoadTest, ButtonHeldOnTwoDevices_StaysDownWhenOneIsLetGo) {
+    road.button(mouse, 9, true);
+    road.button(trackball, 9, true);
+    road.letGo(mouse);
+    EXPECT_EQ(output.sent, Sent{"+9"});
+    road.button(trackball, 9, false);
+    EXPECT_EQ(output.sent, (Sent{"+9", "-9"}));
+    EXPECT_EQ(seen.size(), 2U);
 }
 
 TEST_F(PointerRoadTest, RepeatedEdge_IsIgnored) {
@@ -212,7 +227,7 @@ TEST_F(PointerRoadTest, TrackedLocation_StaysOnTheScreen) {
 
 TEST_F(PointerRoadTest, WheelLines_BecomeClicksAndFractionsAreCarriedPerAxis) {
     for (int turn = 0; turn < 8; ++turn) road.scroll(mouse, 0.25, -0.125);
-    EXPECT_EQ(output.sent, (Sent{"+4", "-4", "+4", "-4", "+7", "-7"}));
+    EXPECT_EQ(output.sent, (Sent{"+4", "-4", "+7", "-7", "+4", "-4"}));
     EXPECT_EQ(seen.back().scrollDeltaAxis1, 1);
     EXPECT_EQ(seen.back().scrollDeltaAxis2, -1);
     EXPECT_EQ(seen.back().scrollPointDeltaAxis1, 10);
@@ -237,19 +252,132 @@ class SilentOutput : public PointerOutput {
 
 TEST(PointerRoadHotPath, MotionScrollAndPress_AllocateNothing) {
     SilentOutput output;
-    PointerRoad road(output);
+    const std::atomic<std::uint32_t> cutOff{0};
+    PointerRoad road(output, cutOff);
     PointerDevice mouse;
     road.bounds = {.x = 1000, .y = 800};
     road.connect(
         everyType, [](void*, TapEvent&) { return TapAnswer::deliver; }, nullptr);
-    const auto before = allocations.load();
+    const auto before = test::allocationCount();
     for (int round = 0; round < 1000; ++round) {
+        road.time += 100;
         road.motion(mouse, 0.7, -1.3);
         road.scroll(mouse, 0.4, 0);
         road.button(mouse, 9, round % 2 == 0);
     }
-    EXPECT_EQ(allocations.load(), before);
+    EXPECT_EQ(test::allocationCount(), before);
     EXPECT_GT(output.count, 2000);
+}
+
+TEST_F(PointerRoadTest, DevicesTakenAwayInsideTheCallback_PassNothingOfWhatItAnswers) {
+    decide = [this](TapEvent& event) {
+        cutOff = 1;
+        TapEvent copy = event;
+        (void)road.sendCopy(copy);
+        return TapAnswer::deliver;
+    };
+    road.motion(mouse, 1, 0);
+    road.button(mouse, 1, true);
+    road.scroll(mouse, 1, 0);
+    EXPECT_EQ(output.sent, Sent{});
+}
+
+TEST_F(PointerRoadTest, DisabledTap_IsToldToTheCallbackWhateverTheMask) {
+    connect(0);
+    road.report(EventType::tapDisabledByTimeout);
+    ASSERT_EQ(seen.size(), 1U);
+    EXPECT_EQ(seen[0].type, EventType::tapDisabledByTimeout);
+}
+
+class RunawayTest : public PointerRoadTest {
+  protected:
+    RunawayTest() {
+        swallowAll();
+        road.onRunaway = [this](int xButton) { stopped.push_back(xButton); };
+    }
+    void click(int button, std::uint32_t pause) {
+        road.time += pause;
+        road.button(mouse, button, true);
+        road.button(mouse, button, false);
+    }
+    std::vector<int> stopped;
+};
+
+TEST_F(RunawayTest, ButtonThatFiresAHundredTimesASecond_IsStoppedOnceAndAskedNoMore) {
+    for (int count = 0; stopped.empty() && count < 1000; ++count) click(8, 10);
+    ASSERT_EQ(stopped, std::vector<int>{8});
+    const auto asked = seen.size();
+    for (int count = 0; count < 90; ++count) click(8, 10);
+    // The release of the press that tripped is all.
+    EXPECT_LE(seen.size(), asked + 1);
+    EXPECT_EQ(stopped, std::vector<int>{8});
+    EXPECT_EQ(output.sent, Sent{});
+}
+
+TEST_F(RunawayTest, StoppedButton_IsServedAgainAfterASecond) {
+    while (stopped.empty()) click(8, 10);
+    click(8, 500);
+    const auto asked = seen.size();
+    click(8, 600);
+    EXPECT_EQ(seen.size(), asked + 2);
+}
+
+TEST_F(RunawayTest, PressWhileStopped_HasItsReleaseUnaskedAfterThePauseToo) {
+    while (stopped.empty()) click(8, 10);
+    road.time += 900;
+    road.button(mouse, 8, true);
+    const auto asked = seen.size();
+    road.time += 900;
+    road.button(mouse, 8, false);
+    EXPECT_EQ(seen.size(), asked);
+    EXPECT_EQ(output.sent, Sent{});
+}
+
+TEST_F(RunawayTest, OtherButtonsOfTheSameDevice_GoOn) {
+    while (stopped.empty()) click(8, 10);
+    const auto asked = seen.size();
+    click(9, 1);
+    EXPECT_EQ(seen.size(), asked + 2);
+}
+
+TEST_F(RunawayTest, FastestFingerOnABouncingSwitch_IsNeverStopped) {
+    for (int count = 0; count < 10'000; ++count) click(8, 34);
+    EXPECT_TRUE(stopped.empty());
+}
+
+TEST_F(RunawayTest, PressesThatNobodyTakes_AreNeverStopped) {
+    deliverAll();
+    for (int count = 0; count < 1000; ++count) click(8, 1);
+    EXPECT_TRUE(stopped.empty());
+    EXPECT_EQ(output.sent.size(), 2000U);
+}
+
+TEST_F(RunawayTest, FreelySpinningWheel_IsNotStopped) {
+    for (int count = 0; count < 10'000; ++count) {
+        road.time += 8;
+        road.scroll(mouse, 1, 0);
+    }
+    EXPECT_TRUE(stopped.empty());
+}
+
+TEST_F(RunawayTest, WheelThatFiresAThousandTimesASecond_IsStoppedInThatDirectionOnly) {
+    while (stopped.empty()) {
+        road.time += 1;
+        road.scroll(mouse, -1, 0);
+    }
+    EXPECT_EQ(stopped, std::vector<int>{5});
+    const auto asked = seen.size();
+    road.scroll(mouse, -1, 0);
+    EXPECT_EQ(seen.size(), asked);
+    road.scroll(mouse, 1, 0);
+    EXPECT_EQ(seen.size(), asked + 1);
+    EXPECT_EQ(output.sent, Sent{});
+}
+
+TEST_F(RunawayTest, TimeThatWrapsAround_CountsOn) {
+    road.time = 0xFFFFFF00U;
+    for (int count = 0; stopped.empty() && count < 1000; ++count) click(8, 10);
+    EXPECT_EQ(stopped, std::vector<int>{8});
 }
 
 TEST_F(PointerRoadTest, WithoutACallback_EverythingIsPassed) {

@@ -3,6 +3,7 @@
 #include "Platform/Linux/KeyTable.hpp"
 #include "Platform/Linux/X11.hpp"
 #include "Platform/Linux/XErrorScope.hpp"
+#include "Platform/Linux/XTestDevices.hpp"
 
 #include <algorithm>
 #include <memory>
@@ -13,33 +14,13 @@ namespace trelvan {
 namespace {
 
 using DeviceList = std::unique_ptr<XIDeviceInfo, decltype(&XIFreeDeviceInfo)>;
-using DeviceState = std::unique_ptr<XDeviceState, decltype(&XFreeDeviceState)>;
 
 constexpr std::string_view xtestSuffix = "XTEST keyboard";
 
-void addKeys(Display* display, int deviceId, std::vector<bool>& down) {
-    XDevice* device = XOpenDevice(display, static_cast<XID>(deviceId));
-    if (device == nullptr) return;
-    const DeviceState state(XQueryDeviceState(display, device), &XFreeDeviceState);
-    const XInputClass* each = state ? state->data : nullptr;
-    for (int left = state ? state->num_classes : 0; left > 0; --left) {
-        if (each->c_class == KeyClass) {
-            const auto& keys = reinterpret_cast<const XKeyState&>(*each);
-            for (int keycode = 8; keycode < 256; ++keycode) {
-                if (x11::isSet(reinterpret_cast<const unsigned char*>(keys.keys), 32, keycode)) {
-                    down[static_cast<std::size_t>(keycode)] = true;
-                }
-            }
-        }
-        each = reinterpret_cast<const XInputClass*>(reinterpret_cast<const char*>(each) + each->length);
-    }
-    XCloseDevice(display, device);
-}
-
 }  // namespace
 
-std::vector<bool> HeldModifiers::physicallyDown() const {
-    std::vector<bool> down(256, false);
+CodeSet HeldModifiers::physicallyDown() const {
+    CodeSet down;
     const XErrorScope scope(display_);
     int count = 0;
     const DeviceList devices(XIQueryDevice(display_, XIAllDevices, &count), &XIFreeDeviceInfo);
@@ -47,7 +28,7 @@ std::vector<bool> HeldModifiers::physicallyDown() const {
         const XIDeviceInfo& info = devices.get()[index];
         if (info.use != XISlaveKeyboard || !info.enabled) continue;
         if (std::string_view(info.name).ends_with(xtestSuffix)) continue;
-        addKeys(display_, info.deviceid, down);
+        down |= queryDeviceState(display_, info.deviceid).keys;
     }
     return down;
 }
@@ -64,12 +45,12 @@ void HeldModifiers::suspendAllBut(unsigned wanted, const ModifierMap& map) {
     std::vector<int> lifted;
     for (const int keycode : map.keycodes(unwanted)) {
         if ((map.modifiersOf(keycode) & wanted) != 0 || ledger_.isKeyDown(keycode)) continue;
-        if (down[static_cast<std::size_t>(keycode)]) lifted.push_back(keycode);
+        if (down.test(static_cast<std::size_t>(keycode))) lifted.push_back(keycode);
     }
     mask(lifted);
     for (const int keycode : lifted) {
         std::erase(putBack_, keycode);
-        ledger_.key(keycode, false);
+        liftPutBack(keycode);
         suspended_.push_back(keycode);
     }
 }
@@ -81,7 +62,7 @@ void HeldModifiers::noteLifted(int keycode, const ModifierMap& map) {
 }
 
 void HeldModifiers::abandon() {
-    for (const int keycode : putBack_) ledger_.key(keycode, false);
+    for (const int keycode : putBack_) liftPutBack(keycode);
     putBack_.clear();
     suspended_.clear();
 }
@@ -91,9 +72,10 @@ void HeldModifiers::resume() {
     const auto down = physicallyDown();
     std::vector<int> back;
     for (const int keycode : suspended_) {
-        if (!down[static_cast<std::size_t>(keycode)]) continue;
+        if (!down.test(static_cast<std::size_t>(keycode))) continue;
         back.push_back(keycode);
         putBack_.push_back(keycode);
+        account_.set(keycode, true);
         XTestFakeKeyEvent(display_, static_cast<unsigned>(keycode), x11::yes, CurrentTime);
     }
     suspended_.clear();
@@ -115,14 +97,19 @@ void HeldModifiers::settle() {
     if (putBack_.empty()) return;
     const auto down = physicallyDown();
     std::erase_if(putBack_, [&](int keycode) {
-        if (down[static_cast<std::size_t>(keycode)]) return false;
-        ledger_.key(keycode, false);
+        if (down.test(static_cast<std::size_t>(keycode))) return false;
+        liftPutBack(keycode);
         return true;
     });
 }
 
 void HeldModifiers::forgetBeforePress(int keycode) {
-    if (std::erase(putBack_, keycode) > 0) ledger_.key(keycode, false);
+    if (std::erase(putBack_, keycode) > 0) liftPutBack(keycode);
+}
+
+void HeldModifiers::liftPutBack(int keycode) {
+    ledger_.key(keycode, false);
+    account_.set(keycode, false);
 }
 
 }  // namespace trelvan

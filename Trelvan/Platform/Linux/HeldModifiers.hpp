@@ -15,7 +15,9 @@ namespace trelvan {
 /// there as soon as the user lets the key go. Not thread-safe; guarded by the poster's lock.
 class HeldModifiers {
   public:
-    HeldModifiers(_XDisplay* display, XTestLedger& ledger) : display_(display), ledger_(ledger) {}
+    /// `account` has the keys that were put back; it outlives this object.
+    HeldModifiers(_XDisplay* display, XTestLedger& ledger, SharedBits& account)
+        : display_(display), ledger_(ledger), account_(account) {}
 
     /// Lifts the held modifier keys that set none of the wanted modifiers.
     void suspendAllBut(unsigned wanted, const ModifierMap& map);
@@ -35,13 +37,16 @@ class HeldModifiers {
     [[nodiscard]] bool anyPutBack() const { return !putBack_.empty(); }
 
   private:
-    /// Whether keycodes are down on a real keyboard, by key code.
-    [[nodiscard]] std::vector<bool> physicallyDown() const;
+    /// The key codes that are down on a real keyboard.
+    [[nodiscard]] CodeSet physicallyDown() const;
+    /// Lifts a key that was put back on the XTEST device; it is put back no longer.
+    void liftPutBack(int keycode);
     /// A lone tap of Super or Alt opens menus; a tap of Control in between makes it none.
     void mask(const std::vector<int>& keycodes);
 
     _XDisplay* display_;
     XTestLedger& ledger_;
+    SharedBits& account_;
     std::vector<int> suspended_;
     std::vector<int> putBack_;
     unsigned menuModifiers_ = 0;

@@ -17,9 +17,11 @@ void setLastWish(std::function<void()> wish) {
     lastWish = std::move(wish);
 }
 
-void performLastWish() {
-    if (std::this_thread::get_id() != owner) return;
-    if (const auto wish = std::exchange(lastWish, nullptr)) wish();
+bool performLastWish() {
+    if (std::this_thread::get_id() != owner) return false;
+    const auto wish = std::exchange(lastWish, nullptr);
+    if (wish) wish();
+    return wish != nullptr;
 }
 
 }  // namespace trelvan

@@ -8,7 +8,7 @@ namespace trelvan {
 /// settings out. Set and performed on the main thread only.
 void setLastWish(std::function<void()> wish);
 
-/// Does it, once; nothing on any other thread than the one that set it.
-void performLastWish();
+/// Does it, once; nothing on any other thread than the one that set it. Whether there was something to do.
+bool performLastWish();
 
 }  // namespace trelvan

@@ -7,6 +7,7 @@ namespace trelvan {
 
 bool LinuxAccessibilityTrust::isTrusted() {
     // An untrusted client (X SECURITY) has both extensions hidden from it.
+    if (tap_.isDenied()) return false;
     const XErrorScope scope(connection_.display());
     int event = 0;
     int error = 0;

@@ -3,6 +3,7 @@
 #include "Platform/Linux/ButtonNumbers.hpp"
 #include "Platform/Linux/KeyTable.hpp"
 #include "Platform/Linux/KeyboardLayout.hpp"
+#include "Platform/Linux/PointerLocation.hpp"
 #include "Platform/Linux/X11.hpp"
 #include "Utilities/Logger.hpp"
 
@@ -64,11 +65,12 @@ bool isMotion(EventType type) {
 
 }  // namespace
 
-LinuxEventPoster::LinuxEventPoster(std::unique_ptr<XConnection> connection, LinuxEventTap& tap)
+LinuxEventPoster::LinuxEventPoster(std::unique_ptr<XConnection> connection, LinuxEventTap& tap,
+                                   HeldPage& page)
     : connection_(std::move(connection)),
       tap_(tap),
-      ledger_(connection_->display()),
-      held_(connection_->display(), ledger_),
+      ledger_(connection_->display(), page.byPoster),
+      held_(connection_->display(), ledger_, page.putBack),
       map_(ModifierMap::read(connection_->display())),
       mediaKeys_(connection_->display()) {
     XkbSelectEvents(connection_->display(), XkbUseCoreKbd, XkbMapNotifyMask | XkbNewKeyboardNotifyMask,
@@ -143,7 +145,12 @@ void LinuxEventPoster::pressKey(int keycode, EventFlags flags) {
     const unsigned wanted = map_.modifiers(flags);
     held_.settle();
     held_.suspendAllBut(wanted, map_);
-    if (map_.modifiersOf(keycode) == 0) pressMissing(keycode, wanted);
+    if (map_.modifiersOf(keycode) == 0) {
+        pressMissing(keycode, wanted);
+        // Shortcuts in a quick row overlap: one presses the key while the last still holds it, which the
+        // server would not pass on.
+        if (ledger_.isKeyDown(keycode)) ledger_.key(keycode, false);
+    }
     held_.forgetBeforePress(keycode);
     ledger_.key(keycode, true);
 }
@@ -192,21 +199,11 @@ void LinuxEventPoster::post(const MouseEvent& event, TapLocation /*at*/) {
 }
 
 void LinuxEventPoster::moveTo(Point location) {
-    Display* display = connection_->display();
-    const int x = static_cast<int>(std::lround(location.x));
-    const int y = static_cast<int>(std::lround(location.y));
-    Window root = 0;
-    Window child = 0;
-    int rootX = 0;
-    int rootY = 0;
-    int windowX = 0;
-    int windowY = 0;
-    unsigned modifiers = 0;
-    XQueryPointer(display, connection_->root(), &root, &child, &rootX, &rootY, &windowX, &windowY,
-                  &modifiers);
+    const Point whole{.x = std::round(location.x), .y = std::round(location.y)};
     // A movement of nothing is still a movement to the applications.
-    if (rootX == x && rootY == y) return;
-    XTestFakeMotionEvent(display, -1, x, y, CurrentTime);
+    if (pointerLocation(connection_->display(), connection_->root()) == whole) return;
+    XTestFakeMotionEvent(connection_->display(), -1, static_cast<int>(whole.x), static_cast<int>(whole.y),
+                         CurrentTime);
 }
 
 void LinuxEventPoster::post(const MediaKeyEvent& event, TapLocation /*at*/) {
@@ -242,6 +239,14 @@ void LinuxEventPoster::physicalKeyReleased() {
     const std::lock_guard lock(mutex_);
     if (!held_.anyPutBack()) return;
     held_.settle();
+    XFlush(connection_->display());
+}
+
+void LinuxEventPoster::releaseAll() {
+    const std::lock_guard lock(mutex_);
+    ledger_.releaseAll();
+    for (auto& companions : companions_) companions.clear();
+    held_.resume();
     XFlush(connection_->display());
 }
 

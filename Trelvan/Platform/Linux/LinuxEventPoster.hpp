@@ -24,7 +24,8 @@ namespace trelvan {
 /// Any thread; a lock is held for each call. `postCopy` is the tap's, on the main thread.
 class LinuxEventPoster : public EventPoster {
   public:
-    LinuxEventPoster(std::unique_ptr<XConnection> connection, LinuxEventTap& tap);
+    /// The page must outlive the poster.
+    LinuxEventPoster(std::unique_ptr<XConnection> connection, LinuxEventTap& tap, HeldPage& page);
     ~LinuxEventPoster() override;
 
     [[nodiscard]] std::optional<KeyEvent> makeKey(EventSourceState source, KeyCode keyCode, bool down,
@@ -45,6 +46,9 @@ class LinuxEventPoster : public EventPoster {
 
     /// A real keyboard let a key go.
     void physicalKeyReleased();
+
+    /// Releases every synthetic key and button that is down now.
+    void releaseAll();
 
   private:
     /// Reads what the server has told about its keyboard mapping since the last call.

@@ -1,5 +1,6 @@
 #include "Platform/Linux/LinuxEventTap.hpp"
 
+#include "Platform/Linux/PointerLocation.hpp"
 #include "Platform/Linux/X11.hpp"
 #include "Platform/Linux/XErrorScope.hpp"
 #include "Utilities/Logger.hpp"
@@ -23,13 +24,20 @@ constexpr std::chrono::milliseconds syncInterval{100};
 }  // namespace
 
 LinuxEventTap::LinuxEventTap(XEventPump& pump, const ModifierState& modifiers, ActivityLog& activity,
-                             Timers& timers)
+                             Timers& timers, HeldPage& page)
     : pump_(pump),
       modifiers_(modifiers),
       activity_(activity),
       timers_(timers),
-      output_(pump.connection().display()),
-      road_(output_) {
+      page_(page),
+      window_(pump.connection(), page),
+      output_(pump.connection().display(), page),
+      road_(output_, page.freed) {
+    road_.onRunaway = [this](int xButton) {
+        AppLogger.warning(ShortText("La función del botón X ", xButton,
+                                    " se dispara más rápido que ninguna mano; se detiene un segundo"));
+        if (onRunaway) onRunaway();
+    };
     pump_.add(*this);
 }
 
@@ -53,6 +61,8 @@ void LinuxEventTap::enable(bool on) {
     if (!created_ || enabled_ == on) return;
     enabled_ = on;
     if (on) {
+        page_.freed = 0;
+        window_.show();
         readBounds();
         syncLocation();
         scan();
@@ -67,7 +77,27 @@ void LinuxEventTap::remove() {
     x11::EventMask nothing(XIAllDevices, {});
     XISelectEvents(pump_.connection().display(), pump_.connection().root(), nothing.get(), 1);
     road_.connect(0, nullptr, nullptr);
+    window_.close();
     created_ = false;
+}
+
+void LinuxEventTap::yield(bool on) {
+    if (yielding_ == on) return;
+    yielding_ = on;
+    if (!enabled_) return;
+    if (on) {
+        ungrabAll();
+    } else {
+        scan();
+    }
+}
+
+void LinuxEventTap::recover() {
+    page_.freed = 0;
+    if (!enabled_) return;
+    // What was pressed through the tap has been released; the devices' own account starts anew.
+    enable(false);
+    road_.report(EventType::tapDisabledByTimeout);
 }
 
 PointerDevice* LinuxEventTap::find(int deviceId) {
@@ -76,16 +106,14 @@ PointerDevice* LinuxEventTap::find(int deviceId) {
 }
 
 void LinuxEventTap::scan() {
-    if (!enabled_) return;
+    if (!enabled_ || yielding_) return;
     retry_.reset();
+    denied_ = false;
     auto present = queryPointerDevices(pump_.connection().display());
-    for (auto& device : devices_) {
-        if (std::ranges::find(present, device->id, &PointerDevice::id) != present.end()) continue;
-        AppLogger.info(ShortText("Dispositivo retirado: ", device->name));
-        road_.letGo(*device);
-        leaving_.push_back(std::move(device));
+    for (std::size_t index = devices_.size(); index > 0; --index) {
+        const int id = devices_[index - 1]->id;
+        if (std::ranges::find(present, id, &PointerDevice::id) == present.end()) forget(id);
     }
-    std::erase(devices_, nullptr);
     bool anyHeld = false;
     bool anyBusy = false;
     for (auto& device : present) {
@@ -100,11 +128,17 @@ void LinuxEventTap::scan() {
     if (anyHeld || anyBusy) retry_ = timers_.once(anyBusy ? retryBusy : retryHeld, [this] { scan(); });
 }
 
+void LinuxEventTap::forget(int deviceId) {
+    const auto device = std::ranges::find(devices_, deviceId, [](const auto& each) { return each->id; });
+    if (device == devices_.end()) return;
+    AppLogger.info(ShortText("Dispositivo retirado: ", (*device)->name));
+    road_.letGo(**device);
+    leaving_.push_back(std::move(*device));
+    devices_.erase(device);
+}
+
 bool LinuxEventTap::take(PointerDevice& device) {
-    if (!grab(device)) {
-        reportHeld(device);
-        return false;
-    }
+    if (!grab(device)) return false;
     std::erase(reported_, device.name);
     const auto now = queryPointerDevice(pump_.connection().display(), device.id);
     // A floating device that nobody holds was taken off the pointer on purpose; it stays off.
@@ -120,14 +154,19 @@ bool LinuxEventTap::take(PointerDevice& device) {
     return true;
 }
 
-bool LinuxEventTap::grab(const PointerDevice& device) {
-    const auto& connection = pump_.connection();
-    const XErrorScope scope(connection.display());
+bool LinuxEventTap::grab(PointerDevice& device) {
+    Display* display = pump_.connection().display();
+    XErrorScope scope(display);
     // Movement comes raw: accelerated by the server, in fractions, and not cut off at the edge of the screen.
     // Buttons do not: only the ordinary event has been through the device's button map.
     x11::EventMask events(device.id, {XI_RawMotion, XI_ButtonPress, XI_ButtonRelease});
-    return XIGrabDevice(connection.display(), device.id, connection.root(), CurrentTime, x11::none,
-                        XIGrabModeAsync, XIGrabModeAsync, x11::no, events.get()) == x11::success;
+    device.grabSerial = NextRequest(display);
+    const int status = XIGrabDevice(display, device.id, window_.id(), CurrentTime, x11::none, XIGrabModeAsync,
+                                    XIGrabModeAsync, x11::no, events.get());
+    const int error = scope.error();
+    denied_ = denied_ || error == BadAccess;
+    if (status == AlreadyGrabbed) reportHeld(device);
+    return status == x11::success && error == 0;
 }
 
 void LinuxEventTap::reportHeld(const PointerDevice& device) {
@@ -172,45 +211,58 @@ void LinuxEventTap::refreshAxes(int deviceId) {
 
 void LinuxEventTap::handle(_XEvent& event) {
     if (depth_ == 0) leaving_.clear();
+    window_.answer(event);
+    if (depth_ == 0 && (window_.isLost(event) || page_.freed.load(std::memory_order_relaxed) != 0)) recover();
     if (event.type == ConfigureNotify && event.xconfigure.window == pump_.connection().root()) {
         setBounds(event.xconfigure.width, event.xconfigure.height);
     }
     if (event.type != GenericEvent || event.xcookie.extension != pump_.connection().inputOpcode()) return;
     if (event.xcookie.data == nullptr || !enabled_) return;
     ++depth_;
-    switch (event.xcookie.evtype) {
+    if (event.xcookie.evtype == XI_HierarchyChanged) {
+        hierarchyChanged(event.xcookie.data);
+    } else if (event.xcookie.evtype == XI_DeviceChanged) {
+        refreshAxes(static_cast<const XIDeviceChangedEvent*>(event.xcookie.data)->deviceid);
+    } else {
+        inputEvent(event.xcookie.evtype, event.xcookie.data);
+    }
+    --depth_;
+}
+
+void LinuxEventTap::inputEvent(int type, const void* data) {
+    switch (type) {
         case XI_RawMotion:
-            rawMotion(event.xcookie.data);
+            rawMotion(data);
             break;
         case XI_ButtonPress:
-            buttonEvent(event.xcookie.data, true);
+            buttonEvent(data, true);
             break;
         case XI_ButtonRelease:
-            buttonEvent(event.xcookie.data, false);
-            break;
-        case XI_HierarchyChanged: {
-            const auto& change = *static_cast<const XIHierarchyEvent*>(event.xcookie.data);
-            constexpr int relevant =
-                XISlaveAdded | XISlaveRemoved | XISlaveAttached | XIDeviceEnabled | XIDeviceDisabled;
-            for (const auto& info : std::span(change.info, static_cast<std::size_t>(change.num_info))) {
-                if (info.flags & XISlaveAttached) giveBack(info.deviceid);
-            }
-            if (change.flags & relevant) scan();
-            break;
-        }
-        case XI_DeviceChanged:
-            refreshAxes(static_cast<const XIDeviceChangedEvent*>(event.xcookie.data)->deviceid);
+            buttonEvent(data, false);
             break;
         default:
             break;
     }
-    --depth_;
+}
+
+void LinuxEventTap::hierarchyChanged(const void* data) {
+    const auto& change = *static_cast<const XIHierarchyEvent*>(data);
+    constexpr int gone = XISlaveRemoved | XIDeviceDisabled;
+    constexpr int relevant = XISlaveAdded | XISlaveAttached | XIDeviceEnabled | gone;
+    for (const auto& info : std::span(change.info, static_cast<std::size_t>(change.num_info))) {
+        const PointerDevice* device = find(info.deviceid);
+        // What happened before the grab was seen by it. The number may have been another device's then.
+        if (device == nullptr || change.serial < device->grabSerial) continue;
+        if (info.flags & XISlaveAttached) giveBack(info.deviceid);
+        if (info.flags & gone) forget(info.deviceid);
+    }
+    if (change.flags & relevant) scan();
 }
 
 void LinuxEventTap::rawMotion(const void* data) {
     const auto& raw = *static_cast<const XIRawEvent*>(data);
     PointerDevice* device = find(raw.deviceid);
-    if (device == nullptr) return;
+    if (device == nullptr || raw.serial < device->grabSerial) return;
     double deltaX = 0;
     double deltaY = 0;
     double vertical = 0;
@@ -238,6 +290,7 @@ void LinuxEventTap::rawMotion(const void* data) {
                 break;
         }
     }
+    road_.time = static_cast<std::uint32_t>(raw.time);
     road_.flags = modifiers_.flags();
     const auto now = std::chrono::steady_clock::now();
     if (deltaX != 0 || deltaY != 0) {
@@ -254,7 +307,8 @@ void LinuxEventTap::rawMotion(const void* data) {
 void LinuxEventTap::buttonEvent(const void* data, bool down) {
     const auto& event = *static_cast<const XIDeviceEvent*>(data);
     PointerDevice* device = find(event.deviceid);
-    if (device == nullptr) return;
+    if (device == nullptr || event.serial < device->grabSerial) return;
+    road_.time = static_cast<std::uint32_t>(event.time);
     road_.flags = modifiers_.flags();
     syncLocation();
     if (const auto number = quartzButton(event.detail)) {
@@ -289,16 +343,7 @@ void LinuxEventTap::setBounds(int width, int height) {
 }
 
 void LinuxEventTap::syncLocation() {
-    Display* display = pump_.connection().display();
-    Window root = 0;
-    Window child = 0;
-    int x = 0;
-    int y = 0;
-    int windowX = 0;
-    int windowY = 0;
-    unsigned modifiers = 0;
-    XQueryPointer(display, pump_.connection().root(), &root, &child, &x, &y, &windowX, &windowY, &modifiers);
-    road_.location = {.x = static_cast<double>(x), .y = static_cast<double>(y)};
+    road_.location = pointerLocation(pump_.connection().display(), pump_.connection().root());
     lastSync_ = std::chrono::steady_clock::now();
 }
 

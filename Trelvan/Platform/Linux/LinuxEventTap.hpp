@@ -2,12 +2,14 @@
 
 #include "Platform/EventTap.hpp"
 #include "Platform/Linux/ActivityLog.hpp"
+#include "Platform/Linux/GrabWindow.hpp"
 #include "Platform/Linux/ModifierState.hpp"
 #include "Platform/Linux/PointerRoad.hpp"
 #include "Platform/Linux/XEventPump.hpp"
 #include "Platform/Linux/XTestPointerOutput.hpp"
 #include "Platform/RunLoop.hpp"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,10 +19,14 @@ namespace trelvan {
 /// The event tap on X: holds every mouse and trackball by a device grab, which takes them off the pointer,
 /// and moves the pointer itself with what the callback lets through. Main thread.
 ///
-/// The grabs end with the connection, so a crash gives the devices back.
+/// The grabs end with the connection, so a crash gives the devices back; they end with their window too,
+/// which the guard takes away when this process hangs. The callback then hears of the tap-disabled-by-timeout
+/// type.
 class LinuxEventTap final : public EventTap, public XEventHandler {
   public:
-    LinuxEventTap(XEventPump& pump, const ModifierState& modifiers, ActivityLog& activity, Timers& timers);
+    /// The page must outlive the tap.
+    LinuxEventTap(XEventPump& pump, const ModifierState& modifiers, ActivityLog& activity, Timers& timers,
+                  HeldPage& page);
     ~LinuxEventTap() override;
 
     [[nodiscard]] bool create(std::uint64_t mask, Callback callback, void* userInfo) override;
@@ -30,6 +36,17 @@ class LinuxEventTap final : public EventTap, public XEventHandler {
     /// The changed copy of the movement the callback is looking at; false outside a callback.
     [[nodiscard]] bool postCopy(const TapEvent& changed) { return road_.sendCopy(changed); }
 
+    /// Leaves the devices to the pointer until told otherwise, whatever the switch says: the user's way out.
+    void yield(bool on);
+    [[nodiscard]] bool isYielding() const { return yielding_; }
+
+    /// Whether the server denied this program the grabs, as a security policy may. Another client's hold on a
+    /// device is no denial.
+    [[nodiscard]] bool isDenied() const { return denied_; }
+
+    /// Told when a function was stopped for firing too often.
+    std::function<void()> onRunaway;
+
     void handle(_XEvent& event) override;
 
   private:
@@ -38,8 +55,10 @@ class LinuxEventTap final : public EventTap, public XEventHandler {
     [[nodiscard]] PointerDevice* find(int deviceId);
     /// Takes what can be taken and forgets what is gone; asks again later for what another client holds.
     void scan();
+    /// Releases what a device that is gone still held.
+    void forget(int deviceId);
     [[nodiscard]] bool take(PointerDevice& device);
-    [[nodiscard]] bool grab(const PointerDevice& device);
+    [[nodiscard]] bool grab(PointerDevice& device);
     void ungrab(PointerDevice& device);
     /// Lets go of a device that was put back onto the pointer behind the grab, which no longer keeps its
     /// events from the applications.
@@ -47,6 +66,10 @@ class LinuxEventTap final : public EventTap, public XEventHandler {
     void ungrabAll();
     void reportHeld(const PointerDevice& device);
     void refreshAxes(int deviceId);
+    /// After the devices were taken away: forgets what was under way and tells the callback.
+    void recover();
+    void inputEvent(int type, const void* data);
+    void hierarchyChanged(const void* data);
 
     void rawMotion(const void* data);
     void buttonEvent(const void* data, bool down);
@@ -58,6 +81,8 @@ class LinuxEventTap final : public EventTap, public XEventHandler {
     const ModifierState& modifiers_;
     ActivityLog& activity_;
     Timers& timers_;
+    HeldPage& page_;
+    GrabWindow window_;
     XTestPointerOutput output_;
     PointerRoad road_;
     Devices devices_;
@@ -68,6 +93,8 @@ class LinuxEventTap final : public EventTap, public XEventHandler {
     ActivityLog::Time lastSync_{};
     bool created_ = false;
     bool enabled_ = false;
+    bool yielding_ = false;
+    bool denied_ = false;
     int depth_ = 0;
 };
 

@@ -1,6 +1,9 @@
 #include "Platform/Linux/LinuxPlatform.hpp"
 
 #include "Platform/Linux/DesktopMoveScript.hpp"
+#include "Platform/Linux/EscapeHold.hpp"
+#include "Platform/Linux/Guard.hpp"
+#include "Platform/Linux/HeldRelease.hpp"
 #include "Platform/Linux/JournalSink.hpp"
 #include "Platform/Linux/LastWish.hpp"
 #include "Platform/Linux/LinuxAccessibilityTrust.hpp"
@@ -32,6 +35,7 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QSocketNotifier>
 #include <QWindow>
 #include <cstdlib>
 #include <filesystem>
@@ -62,18 +66,42 @@ struct LogJoin {
 /// queue finishes its key sequences, then the poster and the tap release what they hold, then the connections
 /// close.
 struct LinuxPlatform::Parts {
-    Parts(std::unique_ptr<QApplication> qtApplication, std::unique_ptr<XConnection> main,
-          std::unique_ptr<XConnection> posting, const PlatformOptions& options)
-        : application(std::move(qtApplication)),
+    Parts(std::unique_ptr<Guard> started, std::unique_ptr<QApplication> qtApplication,
+          std::unique_ptr<XConnection> main, std::unique_ptr<XConnection> posting,
+          const PlatformOptions& options)
+        : guard(std::move(started)),
+          application(std::move(qtApplication)),
           connection(std::move(main)),
           defaults(options.configDirectory.empty() ? SettingsFile::defaultFolder() : options.configDirectory,
                    [this](std::function<void()> job) { mainQueue.async(std::move(job)); }),
-          poster(std::move(posting), tap),
+          poster(std::move(posting), tap, guard->page()),
           loginItem(LinuxLoginItem::present(startArguments(options))) {
         setLastWish([this] { defaults.flush(); });
+        tap.onRunaway = [this] { poster.releaseAll(); };
+        watchGuard();
     }
     ~Parts() { setLastWish(nullptr); }
 
+    void watchGuard() {
+        if (guard->descriptor() < 0) return;
+        guardEnd = std::make_unique<QSocketNotifier>(guard->descriptor(), QSocketNotifier::Read);
+        QObject::connect(guardEnd.get(), &QSocketNotifier::activated, guardEnd.get(), [this] {
+            guardEnd->setEnabled(false);
+            guard->noteEnd();
+            AppLogger.warning(
+                "El proceso guardián ha terminado: si Trelvan se bloquea, nadie liberará los dispositivos");
+        });
+    }
+
+    void escape() {
+        tap.yield(!tap.isYielding());
+        AppLogger.warning(tap.isYielding()
+                              ? "Escape mantenido cinco segundos: los dispositivos quedan libres "
+                                "hasta que se repita"
+                              : "Escape mantenido cinco segundos: se retoman los dispositivos");
+    }
+
+    std::unique_ptr<Guard> guard;
     OutputSink output{STDOUT_FILENO};
     JournalSink journal;
     LogJoin join{output, journal};
@@ -86,12 +114,13 @@ struct LinuxPlatform::Parts {
     SettingsFile defaults;
     ActivityLog activity;
     ModifierState modifiers{pump};
-    LinuxEventTap tap{pump, modifiers, activity, timers};
+    LinuxEventTap tap{pump, modifiers, activity, timers, guard->page()};
     LinuxEventPoster poster;
     LinuxInputState inputState{pump, modifiers, activity, timers, poster};
+    EscapeHold escapeHold{pump, timers, [this] { escape(); }};
     LinuxScreens screens{pump};
     LinuxWorkspace workspace{mainQueue};
-    LinuxAccessibilityTrust trust{*connection};
+    LinuxAccessibilityTrust trust{*connection, tap};
     DesktopKind desktop = currentDesktop();
     LinuxHotKeys hotKeys{desktop, timers, [this](unsigned long keysym) { return poster.keyFor(keysym); }};
     LinuxSystemViews views{*connection, mainQueue, desktop, hotKeys};
@@ -104,13 +133,16 @@ struct LinuxPlatform::Parts {
     LinuxBundleInfo bundle;
     LinuxAppearance look{*connection, QDBusConnection::sessionBus()};
     LinuxIdleInhibitor inhibitor{QDBusConnection::sessionBus(), QDBusConnection::systemBus()};
+    std::unique_ptr<QSocketNotifier> guardEnd;
     TerminationSignals termination{[] { QCoreApplication::quit(); }};
     WorkerQueue background;
 };
 
-LinuxPlatform::LinuxPlatform(std::unique_ptr<QApplication> application, std::unique_ptr<XConnection> main,
-                             std::unique_ptr<XConnection> posting, const PlatformOptions& options)
-    : parts_(std::make_unique<Parts>(std::move(application), std::move(main), std::move(posting), options)) {}
+LinuxPlatform::LinuxPlatform(std::unique_ptr<Guard> guard, std::unique_ptr<QApplication> application,
+                             std::unique_ptr<XConnection> main, std::unique_ptr<XConnection> posting,
+                             const PlatformOptions& options)
+    : parts_(std::make_unique<Parts>(std::move(guard), std::move(application), std::move(main),
+                                     std::move(posting), options)) {}
 
 LinuxPlatform::~LinuxPlatform() = default;
 
@@ -186,20 +218,32 @@ int LinuxPlatform::run() {
 
 std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(int& argc, char** argv,
                                                                       const PlatformOptions& options) {
+    // A copy of this process must not have a connection of it: the server would not see the end of this one.
+    auto guard = std::make_unique<Guard>();
     XErrorScope::install();
     // Where Qt's connection breaks first, Qt ends the process with exit().
-    std::atexit(performLastWish);
+    std::atexit([] {
+        const char* display = std::getenv("DISPLAY");
+        if (performLastWish() && display != nullptr) reportConnectionLost(display);
+    });
     // Qt ends the process where it finds no display, so the server is asked first.
     auto main = XConnection::open();
     if (const auto* failure = std::get_if<PlatformFailure>(&main)) return *failure;
     auto posting = XConnection::open();
     if (const auto* failure = std::get_if<PlatformFailure>(&posting)) return *failure;
+    const Owed leftOver = guard->leftOver();
+    const auto& connection = std::get<std::unique_ptr<XConnection>>(main);
+    if (leftOver.any()) release(connection->display(), leftOver);
     setenv("QT_QPA_PLATFORM", "xcb", 0);
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    return std::make_unique<LinuxPlatform>(
-        std::move(application), std::get<std::unique_ptr<XConnection>>(std::move(main)),
+    // Qt has put its own handlers in their place.
+    XErrorScope::install();
+    auto platform = std::make_unique<LinuxPlatform>(
+        std::move(guard), std::move(application), std::get<std::unique_ptr<XConnection>>(std::move(main)),
         std::get<std::unique_ptr<XConnection>>(std::move(posting)), options);
+    if (leftOver.any()) AppLogger.info("Se soltó lo que una ejecución anterior dejó pulsado");
+    return platform;
 }
 
 const ActionShortcuts& platformShortcuts() {

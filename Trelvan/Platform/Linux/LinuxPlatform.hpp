@@ -8,13 +8,15 @@ class QApplication;
 
 namespace trelvan {
 
+class Guard;
 class XConnection;
 
 /// The platform on an X server with Qt's event loop as the main loop. Main thread.
 class LinuxPlatform : public Platform {
   public:
-    LinuxPlatform(std::unique_ptr<QApplication> application, std::unique_ptr<XConnection> main,
-                  std::unique_ptr<XConnection> posting, const PlatformOptions& options);
+    LinuxPlatform(std::unique_ptr<Guard> guard, std::unique_ptr<QApplication> application,
+                  std::unique_ptr<XConnection> main, std::unique_ptr<XConnection> posting,
+                  const PlatformOptions& options);
     ~LinuxPlatform() override;
 
     Clock& clock() override;

@@ -32,6 +32,11 @@ struct PointerDevice {
     FractionCarry restX, restY, restVertical, restHorizontal;
     /// Buttons that went down through the tap, and those of them that were passed on.
     std::bitset<highestXButton + 1> held, passed;
+    /// Buttons that went down while their function was stopped; their release is nobody's business either.
+    std::bitset<highestXButton + 1> muted;
+    /// The serial number of the request that took the device: events of an earlier one are of an earlier
+    /// grab.
+    unsigned long grabSerial = 0;
 
     [[nodiscard]] bool scrollsSmoothly() const;
 };

@@ -26,7 +26,14 @@ TapAnswer PointerRoad::ask(TapEvent& event) {
     current_ = &event;
     const TapAnswer answer = callback_(userInfo_, event);
     current_ = nullptr;
-    return answer;
+    return cutOff_.load(std::memory_order_relaxed) != 0 ? TapAnswer::swallow : answer;
+}
+
+void PointerRoad::report(EventType type) {
+    if (callback_ == nullptr) return;
+    TapEvent event;
+    event.type = type;
+    (void)callback_(userInfo_, event);
 }
 
 TapEvent PointerRoad::make(EventType type) const {
@@ -72,6 +79,7 @@ void PointerRoad::move(std::int64_t deltaX, std::int64_t deltaY) {
 
 bool PointerRoad::sendCopy(const TapEvent& changed) {
     if (current_ == nullptr) return false;
+    if (cutOff_.load(std::memory_order_relaxed) != 0) return true;
     switch (changed.type) {
         case EventType::mouseMoved:
         case EventType::leftMouseDragged:
@@ -94,9 +102,15 @@ void PointerRoad::scroll(PointerDevice& device, double vertical, double horizont
     event.scrollDeltaAxis2 = left;
     event.scrollPointDeltaAxis1 = up * pointsPerLine;
     event.scrollPointDeltaAxis2 = left * pointsPerLine;
-    if (isTapped(event.type) && ask(event) == TapAnswer::swallow) return;
-    click(1, event.scrollDeltaAxis1);
+    const int turned = up != 0 ? wheelButton(1, up > 0) : wheelButton(2, left > 0);
+    if (breaker_.isStopped(turned, time)) return;
+    if (isTapped(event.type) && ask(event) == TapAnswer::swallow) {
+        noteFired(turned);
+        return;
+    }
+    // The order of the server itself, whose horizontal axis has the lower number.
     click(2, event.scrollDeltaAxis2);
+    click(1, event.scrollDeltaAxis1);
 }
 
 void PointerRoad::click(int axis, std::int64_t lines) {
@@ -113,13 +127,31 @@ void PointerRoad::button(PointerDevice& device, int xButton, bool down) {
     if (!number || device.held.test(place) == down) return;
     count(xButton, down);
     device.held.set(place, down);
+    if (held_[place] > (down ? 1 : 0)) {
+        // Another device holds it too. It is one button to the callback, as it is to the applications: asked
+        // for each device, it would take the second release for one whose press was never consumed.
+        pass(device, xButton, down && passed_[place] > 0);
+        return;
+    }
+    if (isMuted(device, xButton, down)) return;
     const bool wasPassed = device.passed.test(place);
     TapEvent event = make(buttonType(*number, down));
     event.buttonNumber = *number;
     const bool swallowed = isTapped(event.type) && ask(event) == TapAnswer::swallow;
     // The callback may have taken the tap away, which released all; nothing may be pressed after that.
     if (device.held.test(place) != down) return;
+    if (down && swallowed) noteFired(xButton);
     if (down ? !swallowed : wasPassed) pass(device, xButton, down);
+}
+
+bool PointerRoad::isMuted(PointerDevice& device, int xButton, bool down) {
+    const auto place = static_cast<std::size_t>(xButton);
+    if (down) device.muted.set(place, breaker_.isStopped(xButton, time));
+    return device.muted.test(place);
+}
+
+void PointerRoad::noteFired(int xButton) {
+    if (breaker_.trips(xButton, time) && onRunaway) onRunaway(xButton);
 }
 
 void PointerRoad::count(int xButton, bool down) {
@@ -134,11 +166,11 @@ void PointerRoad::pass(PointerDevice& device, int xButton, bool down) {
     device.passed.set(place, down);
     auto& devices = passed_[place];
     devices = static_cast<std::uint8_t>(down ? devices + 1 : devices - 1);
-    // Two devices may hold the same button: it is one button to the applications.
     if (devices == (down ? 1 : 0)) output_.button(xButton, down);
 }
 
 void PointerRoad::letGo(PointerDevice& device) {
+    device.muted.reset();
     for (int xButton = 1; xButton <= highestXButton; ++xButton) {
         const auto place = static_cast<std::size_t>(xButton);
         pass(device, xButton, false);

@@ -3,9 +3,12 @@
 #include "Platform/EventTap.hpp"
 #include "Platform/Linux/PointerDevices.hpp"
 #include "Platform/Linux/PointerOutput.hpp"
+#include "Platform/Linux/RateBreaker.hpp"
 
 #include <array>
+#include <atomic>
 #include <cstdint>
+#include <functional>
 
 namespace trelvan {
 
@@ -15,11 +18,19 @@ namespace trelvan {
 /// nothing. Main thread.
 class PointerRoad {
   public:
-    explicit PointerRoad(PointerOutput& output) : output_(output) {}
+    /// While `cutOff` is not 0 nothing that the callback answers goes on: the devices were taken away while
+    /// it was thinking.
+    PointerRoad(PointerOutput& output, const std::atomic<std::uint32_t>& cutOff)
+        : output_(output), cutOff_(cutOff) {}
 
     /// The callback and its mask; without a callback every event is passed on.
     void connect(std::uint64_t mask, EventTap::Callback callback, void* userInfo);
 
+    /// Told the X button whose function was stopped for firing too often.
+    std::function<void(int)> onRunaway;
+
+    /// The server's time of the next event, in milliseconds.
+    std::uint32_t time = 0;
     /// Modifier flags and pointer location (origin top left) that the next events carry.
     EventFlags flags = 0;
     Point location;
@@ -33,6 +44,9 @@ class PointerRoad {
     void scroll(PointerDevice& device, double vertical, double horizontal);
     /// An X button that is not of the wheel.
     void button(PointerDevice& device, int xButton, bool down);
+
+    /// Tells the callback of a tap-disabled pseudo-type.
+    void report(EventType type);
 
     /// Sends the movement of the event that the callback is looking at, changed; false outside a callback.
     [[nodiscard]] bool sendCopy(const TapEvent& changed);
@@ -51,8 +65,13 @@ class PointerRoad {
     void click(int axis, std::int64_t lines);
     void pass(PointerDevice& device, int xButton, bool down);
     void count(int xButton, bool down);
+    /// Whether the callback is not to be asked about this edge.
+    [[nodiscard]] bool isMuted(PointerDevice& device, int xButton, bool down);
+    void noteFired(int xButton);
 
     PointerOutput& output_;
+    const std::atomic<std::uint32_t>& cutOff_;
+    RateBreaker breaker_;
     std::uint64_t mask_ = 0;
     EventTap::Callback callback_ = nullptr;
     void* userInfo_ = nullptr;

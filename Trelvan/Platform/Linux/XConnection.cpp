@@ -1,6 +1,7 @@
 #include "Platform/Linux/XConnection.hpp"
 
 #include "Platform/Linux/X11.hpp"
+#include "Platform/Linux/XErrorScope.hpp"
 
 #include <cstdlib>
 #include <string>
@@ -35,6 +36,7 @@ std::string_view XConnection::queryExtensions() {
     if (!XQueryExtension(display_, "XInputExtension", &inputOpcode_, &firstEvent, &firstError)) {
         return "XInputExtension";
     }
+    XErrorScope::nameExtension(inputOpcode_, "XInputExtension");
     // 2.1 is what delivers raw events to the holder of a grab; 2.2 is the oldest that is asked for by name.
     int major = 2;
     int minor = 2;
@@ -46,12 +48,18 @@ std::string_view XConnection::queryExtensions() {
     if (!XTestQueryExtension(display_, &event, &error, &major, &minor)) {
         return "XTEST";
     }
+    // A window manager may hold the whole server while the user drags a window, and waits for the very
+    // movements that this program passes on.
+    XTestGrabControl(display_, x11::yes);
     int opcode = 0;
+    if (XQueryExtension(display_, "XTEST", &opcode, &event, &error))
+        XErrorScope::nameExtension(opcode, "XTEST");
     major = XkbMajorVersion;
     minor = XkbMinorVersion;
     if (!XkbQueryExtension(display_, &opcode, &keyboardEventBase_, &error, &major, &minor)) {
         return "XKEYBOARD";
     }
+    XErrorScope::nameExtension(opcode, "XKEYBOARD");
     return {};
 }
 

@@ -3,17 +3,41 @@
 #include "Platform/Linux/LastWish.hpp"
 #include "Platform/Linux/X11.hpp"
 #include "Utilities/Logger.hpp"
+#include "Utilities/Text.hpp"
 
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
+#include <string>
 #include <string_view>
 
 namespace trelvan {
 
 namespace {
 
+/// Requests below this are the protocol's own.
+constexpr int firstExtension = 128;
+
 thread_local XErrorScope* innermost = nullptr;
+
+/// By major opcode; none where nobody has asked for the extension.
+std::array<std::atomic<const char*>, 256> extensions{};
+
+/// "X_GetProperty", or "XInputExtension 51". The handler of an error may not ask the server.
+ShortText requestName(Display* display, const XErrorEvent& event) {
+    if (event.request_code >= firstExtension) {
+        const char* extension = extensions[event.request_code].load();
+        const int request = event.minor_code;
+        if (extension != nullptr) return ShortText(std::string_view(extension), " ", request);
+        return ShortText("extensión ", int{event.request_code}, " ", request);
+    }
+    const ShortText number(int{event.request_code});
+    std::array<char, 64> name{};
+    XGetErrorDatabaseText(display, "XRequest", std::string(number.view()).c_str(),
+                          std::string(number.view()).c_str(), name.data(), static_cast<int>(name.size()));
+    return ShortText(std::string_view(name.data()));
+}
 
 }  // namespace
 
@@ -28,15 +52,12 @@ struct XErrorRouting {
         std::array<char, 128> name{};
         XGetErrorText(display, event->error_code, name.data(), static_cast<int>(name.size()));
         AppLogger.warning(ShortText("Error de X: ", std::string_view(name.data()), " (petición ",
-                                    int{event->request_code}, ".", int{event->minor_code}, ")"));
+                                    requestName(display, *event).view(), ")"));
         return 0;
     }
 
     [[noreturn]] static int onConnectionLost(Display* display) {
-        const ShortText line("Trelvan: se perdió la conexión con el servidor X ", DisplayString(display),
-                             "\n");
-        const auto text = line.view();
-        [[maybe_unused]] const auto written = write(STDERR_FILENO, text.data(), text.size());
+        reportConnectionLost(DisplayString(display));
         performLastWish();
         _exit(1);
     }
@@ -52,9 +73,23 @@ XErrorScope::~XErrorScope() {
     innermost = outer_;
 }
 
-bool XErrorScope::failed() {
+int XErrorScope::error() {
     XSync(display_, x11::no);
-    return code_ != 0;
+    return code_;
+}
+
+void XErrorScope::nameExtension(int majorOpcode, const char* name) {
+    if (majorOpcode >= firstExtension && majorOpcode < 256)
+        extensions[static_cast<std::size_t>(majorOpcode)].store(name);
+}
+
+void reportConnectionLost(std::string_view display) {
+    static std::atomic<bool> reported{false};
+    if (reported.exchange(true)) return;
+    const ShortText line("trelvan: the connection to the X server ", display,
+                         " is lost; se perdió la conexión con el servidor X ", display, "\n");
+    const auto text = line.view();
+    [[maybe_unused]] const auto written = write(STDERR_FILENO, text.data(), text.size());
 }
 
 void XErrorScope::install() {

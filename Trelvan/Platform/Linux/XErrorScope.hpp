@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 struct _XDisplay;
 
 namespace trelvan {
@@ -15,9 +17,15 @@ class XErrorScope {
     ~XErrorScope();
 
     /// Waits for the server and tells whether a request so far failed.
-    [[nodiscard]] bool failed();
+    [[nodiscard]] bool failed() { return error() != 0; }
+    /// Waits for the server; the protocol's code of the first error so far, 0 when there was none.
+    [[nodiscard]] int error();
 
-    /// Makes the handlers of this file those of the process. Once, before the first connection.
+    /// The name by which errors of an extension's requests are logged; text that lives on. Any thread.
+    static void nameExtension(int majorOpcode, const char* name);
+
+    /// Makes the handlers of this file those of the process: before the first connection, and again after a
+    /// library that has its own opened one.
     static void install();
 
   private:
@@ -28,5 +36,8 @@ class XErrorScope {
     unsigned long firstSerial_;
     unsigned char code_ = 0;
 };
+
+/// Says on standard error that the connection is lost, once.
+void reportConnectionLost(std::string_view display);
 
 }  // namespace trelvan

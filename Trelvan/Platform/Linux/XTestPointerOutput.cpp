@@ -1,14 +1,9 @@
 #include "Platform/Linux/XTestPointerOutput.hpp"
 
 #include "Platform/Linux/X11.hpp"
-#include "Platform/Linux/XErrorScope.hpp"
 #include "Utilities/Logger.hpp"
 
 #include <algorithm>
-#include <array>
-#include <memory>
-#include <optional>
-#include <string_view>
 #include <utility>
 
 namespace trelvan {
@@ -20,73 +15,31 @@ int clamped(std::int64_t delta) {
     return static_cast<int>(std::clamp<std::int64_t>(delta, -32767, 32767));
 }
 
-/// The identifier of the server's XTEST pointer; none when it has no such device.
-std::optional<XID> xtestPointer(Display* display) {
-    int count = 0;
-    const std::unique_ptr<XIDeviceInfo, decltype(&XIFreeDeviceInfo)> devices(
-        XIQueryDevice(display, XIAllDevices, &count), &XIFreeDeviceInfo);
-    for (int index = 0; devices && index < count; ++index) {
-        const XIDeviceInfo& info = devices.get()[index];
-        if (info.use == XISlavePointer && std::string_view(info.name).ends_with("XTEST pointer"))
-            return static_cast<XID>(info.deviceid);
-    }
-    return std::nullopt;
-}
-
 }  // namespace
 
-/// The XTEST pointer's button map. The device has few buttons (ten, as a rule), and the server drops events
-/// of others; but a button's number for applications is what the map says, which can be any.
-class XTestPointerOutput::Device {
-  public:
-    explicit Device(Display* display) : display_(display) {
-        if (const auto id = xtestPointer(display)) device_ = XOpenDevice(display, *id);
-        if (device_ == nullptr) return;
-        buttonCount_ = readMap();
-        // What a process that was killed had borrowed goes back.
-        for (int place = 1; place <= buttonCount_; ++place) {
-            if (map_[static_cast<std::size_t>(place) - 1] > buttonCount_) setNumber(place, place);
-        }
-    }
-    Device(const Device&) = delete;
-    Device& operator=(const Device&) = delete;
-    ~Device() {
-        if (device_ != nullptr) XCloseDevice(display_, device_);
-    }
-
-    /// The protocol's most where it cannot be told.
-    [[nodiscard]] int buttonCount() const { return buttonCount_; }
-
-    /// Makes the place, which must be up, arrive as the number. The rest of the map stays as it is now,
-    /// whoever set it.
-    void setNumber(int place, int number) {
-        if (device_ == nullptr) return;
-        const XErrorScope errors(display_);
-        const int count = readMap();
-        if (place > count) return;
-        map_[static_cast<std::size_t>(place) - 1] = static_cast<unsigned char>(number);
-        XSetDeviceButtonMapping(display_, device_, map_.data(), count);
-    }
-
-  private:
-    int readMap() { return std::max(0, XGetDeviceButtonMapping(display_, device_, map_.data(), 256)); }
-
-    Display* display_;
-    XDevice* device_ = nullptr;
-    int buttonCount_ = 255;
-    /// By place, counted from 0: the number that applications see.
-    std::array<unsigned char, 256> map_{};
-};
-
-XTestPointerOutput::XTestPointerOutput(_XDisplay* display)
+XTestPointerOutput::XTestPointerOutput(_XDisplay* display, HeldPage& page)
     : display_(display),
-      device_(std::make_unique<Device>(display)),
-      slots_(device_->buttonCount()),
-      ledger_(display) {}
+      page_(page),
+      map_(display),
+      slots_(map_.buttonCount()),
+      ledger_(display, page.byTap) {
+    // What a program that was killed without leaving a page had borrowed.
+    map_.restoreBeyond();
+}
 
 XTestPointerOutput::~XTestPointerOutput() {
     ledger_.releaseAll();
-    for (const int place : slots_.lent()) device_->setNumber(place, place);
+    for (const int place : slots_.lent()) takeBack(place);
+}
+
+void XTestPointerOutput::lend(int place, int xButton) {
+    page_.lent.set(place, true);
+    map_.setNumber(place, xButton);
+}
+
+void XTestPointerOutput::takeBack(int place) {
+    map_.setNumber(place, place);
+    page_.lent.set(place, false);
 }
 
 void XTestPointerOutput::button(int xButton, bool down) {
@@ -98,10 +51,10 @@ void XTestPointerOutput::button(int xButton, bool down) {
         }
         return;
     }
-    const bool lent = *place != xButton;
-    if (lent && down) device_->setNumber(*place, xButton);
+    const bool isLent = *place != xButton;
+    if (isLent && down) lend(*place, xButton);
     ledger_.button(*place, down);
-    if (lent && !down) device_->setNumber(*place, *place);
+    if (isLent && !down) takeBack(*place);
 }
 
 void XTestPointerOutput::move(std::int64_t deltaX, std::int64_t deltaY) {

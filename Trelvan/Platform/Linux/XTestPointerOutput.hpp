@@ -2,10 +2,8 @@
 
 #include "Platform/Linux/ButtonSlots.hpp"
 #include "Platform/Linux/PointerOutput.hpp"
+#include "Platform/Linux/XTestButtonMap.hpp"
 #include "Platform/Linux/XTestLedger.hpp"
-
-#include <memory>
-#include <vector>
 
 namespace trelvan {
 
@@ -13,7 +11,8 @@ namespace trelvan {
 /// they do not come back. Main thread.
 class XTestPointerOutput : public PointerOutput {
   public:
-    explicit XTestPointerOutput(_XDisplay* display);
+    /// The page must outlive the output.
+    XTestPointerOutput(_XDisplay* display, HeldPage& page);
     ~XTestPointerOutput() override;
     XTestPointerOutput(const XTestPointerOutput&) = delete;
     XTestPointerOutput& operator=(const XTestPointerOutput&) = delete;
@@ -25,10 +24,12 @@ class XTestPointerOutput : public PointerOutput {
     void anchor(int x, int y);
 
   private:
-    class Device;
+    void lend(int place, int xButton);
+    void takeBack(int place);
 
     _XDisplay* display_;
-    std::unique_ptr<Device> device_;
+    HeldPage& page_;
+    XTestButtonMap map_;
     ButtonSlots slots_;
     XTestLedger ledger_;
     bool reportedMissing_ = false;

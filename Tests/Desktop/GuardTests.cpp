@@ -1,0 +1,374 @@
+#include "Desktop/DesktopTest.hpp"
+
+#include <X11/keysym.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <optional>
+#include <span>
+
+/// The program hangs, is stopped or is killed at the worst moment: the pointer works and nothing stays held.
+namespace trelvan::desktop {
+namespace {
+
+constexpr int extra = xButton(3);
+constexpr int secondExtra = xButton(4);
+/// More than the server's XTEST pointer has.
+constexpr int highButton = 12;
+const KeyStroke copy{XK_c, ControlMask};
+constexpr auto takenAgain = "EventTap reactivado tras deshabilitación del sistema";
+
+class GuardTest : public DesktopTest {
+  protected:
+    /// A shortcut that takes some fifty milliseconds: all four modifiers, on both sides.
+    static Settings longShortcut() {
+        return Settings().map(
+            3, "Atajo Personalizado",
+            {{"shortcut", {{"keyCode", 40}, {"modifiersRawValue", 0x1E0000}, {"displayString", "⌃⌥⇧⌘K"}}}});
+    }
+
+    /// Stops the program while it types; what it had pressed by then is down.
+    void stopInTheMiddleOfAShortcut() {
+        const auto isHeldWhileStopped = [&] {
+            client().forget();
+            trackball().click(extra);
+            const bool begun = client().waitFor([](const auto& all) { return !all.empty(); });
+            program().signal(SIGSTOP);
+            if (begun && client().isAnythingHeld()) return true;
+            program().signal(SIGCONT);
+            return false;
+        };
+        ASSERT_TRUE(waitUntil(isHeldWhileStopped));
+    }
+
+    /// Moves until the pointer follows; how long that took.
+    std::chrono::milliseconds moveUntilFree() {
+        const auto begin = std::chrono::steady_clock::now();
+        const Position from = client().pointer();
+        EXPECT_TRUE(waitUntil([&] {
+            trackball().move(1, 0);
+            return client().pointer() != from;
+        })) << "the pointer does not follow the trackball";
+        return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
+                                                                     begin);
+    }
+
+    /// Both devices reach the application as if the program had never been there.
+    void expectDevicesFree() {
+        client().forget();
+        trackball().click(extra);
+        mouse().click(extra);
+        EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, extra, 2));
+        EXPECT_EQ(client().strokes(), std::vector<KeyStroke>{});
+    }
+
+    void expectNothingHeld() {
+        EXPECT_TRUE(waitUntil([&] { return !client().isAnythingHeld(); }));
+    }
+
+    void expectServed(int button = extra) {
+        client().forget();
+        trackball().click(button);
+        EXPECT_TRUE(client().waitForStroke(copy));
+        passSentinel();
+        EXPECT_EQ(client().strokes(), std::vector<KeyStroke>{copy});
+        EXPECT_EQ(buttonsArrived(), std::vector<unsigned>{});
+    }
+
+    /// The files in which programs keep what they hold.
+    int heldPages() {
+        int count = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(desktop().folder() / "run")) {
+            count += entry.path().filename().string().starts_with("trelvan-held") ? 1 : 0;
+        }
+        return count;
+    }
+
+    /// The program's window of one point outside the screen.
+    void destroyGrabWindow() {
+        Display* display = client().connection().get();
+        Window root = None;
+        Window parent = None;
+        Window* windows = nullptr;
+        unsigned count = 0;
+        XQueryTree(display, client().connection().root(), &root, &parent, &windows, &count);
+        int destroyed = 0;
+        for (const Window window : std::span(windows, count)) {
+            XWindowAttributes attributes{};
+            XGetWindowAttributes(display, window, &attributes);
+            if (attributes.c_class != InputOnly || attributes.x != -1 || attributes.width != 1) continue;
+            XDestroyWindow(display, window);
+            ++destroyed;
+        }
+        XFree(windows);
+        XSync(display, False);
+        ASSERT_EQ(destroyed, 1);
+    }
+
+    pid_t guard() {
+        const auto process = program().guard();
+        EXPECT_TRUE(process.has_value()) << "the program has no guard";
+        return process.value_or(0);
+    }
+
+    static bool isAlive(pid_t process) { return ::kill(process, 0) == 0; }
+};
+
+TEST_F(GuardTest, StoppedProgramLosesThePointerSoonAndTakesItAgain) {
+    start(Settings().map(3, "Copiar"));
+    program().signal(SIGSTOP);
+    const auto frozen = moveUntilFree();
+    // Half a second by design; the rest is a machine that others use.
+    EXPECT_GE(frozen.count(), 400);
+    EXPECT_LT(frozen.count(), 3000);
+    expectDevicesFree();
+
+    program().signal(SIGCONT);
+    EXPECT_TRUE(program().waitForLine(takenAgain));
+    expectServed();
+}
+
+TEST_F(GuardTest, WhatTheProgramHadNotHandledWhenItLostThePointerNeverArrives) {
+    start(Settings().map(3, "Copiar"));
+    program().signal(SIGSTOP);
+    trackball().click(9);
+    trackball().click(extra);
+    moveUntilFree();
+    const Position place = client().pointer();
+    client().forget();
+    program().signal(SIGCONT);
+    EXPECT_TRUE(program().waitForLine(takenAgain));
+    EXPECT_EQ(passSentinel(), place);
+    EXPECT_EQ(buttonsArrived(), std::vector<unsigned>{});
+    EXPECT_EQ(client().strokes(), std::vector<KeyStroke>{});
+}
+
+TEST_F(GuardTest, ClicksWhileTheProgramIsStoppedArriveOnce) {
+    start(Settings().map(3, "Copiar"));
+    program().signal(SIGSTOP);
+    moveUntilFree();
+    client().forget();
+    trackball().click(9);
+    program().signal(SIGCONT);
+    EXPECT_TRUE(program().waitForLine(takenAgain));
+    passSentinel();
+    EXPECT_EQ(buttonsArrived(), std::vector<unsigned>{9});
+}
+
+TEST_F(GuardTest, StoppedProgramLosesThePointerEachTime) {
+    start(Settings().map(3, "Copiar"));
+    for (int round = 0; round < 3; ++round) {
+        program().signal(SIGSTOP);
+        moveUntilFree();
+        program().signal(SIGCONT);
+        // Until it has taken the devices again the button may arrive as itself.
+        EXPECT_TRUE(waitUntil([&] {
+            trackball().click(extra);
+            return client().waitForStroke(copy, std::chrono::milliseconds{100});
+        }));
+        client().forget();
+    }
+}
+
+TEST_F(GuardTest, WorkingProgramKeepsThePointerHoweverLongItIsMoved) {
+    start(Settings().map(3, "Copiar"));
+    // Three rounds of the guard's questions.
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds{1800};
+    while (std::chrono::steady_clock::now() < end) {
+        trackball().move(1, 0);
+        trackball().move(-1, 0);
+    }
+    expectServed();
+    EXPECT_EQ(program().output().find(takenAgain), std::string::npos);
+}
+
+TEST_F(GuardTest, WindowOfTheGrabsThatSomebodyDestroyedIsReplacedAndTheErrorNamed) {
+    start(Settings().map(3, "Copiar"));
+    program().signal(SIGSTOP);
+    moveUntilFree();
+    destroyGrabWindow();
+    program().signal(SIGCONT);
+    EXPECT_TRUE(program().waitForLine("X_MapWindow"));
+    EXPECT_NE(program().output().find("Error de X: BadWindow"), std::string::npos);
+    EXPECT_TRUE(waitUntil([&] {
+        trackball().click(extra);
+        return client().waitForStroke(copy, std::chrono::milliseconds{100});
+    }));
+    expectServed();
+}
+
+TEST_F(GuardTest, ButtonsHeldWhenTheProgramStopsAreReleased) {
+    start(Settings().map(3, "Copiar"));
+    for (const int button : {1, 9, highButton}) trackball().press(button);
+    ASSERT_TRUE(client().waitForButton(Kind::buttonPress, highButton));
+    program().signal(SIGSTOP);
+    moveUntilFree();
+    for (const unsigned button : {1U, 9U, 12U}) {
+        EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, button)) << button;
+    }
+    trackball().releaseAll();
+    program().signal(SIGCONT);
+    EXPECT_TRUE(program().waitForLine(takenAgain));
+    for (const int button : {9, 10, highButton}) {
+        client().forget();
+        trackball().click(button);
+        EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, static_cast<unsigned>(button)));
+    }
+    expectServed();
+}
+
+TEST_F(GuardTest, ShortcutInTheMiddleOfWhichTheProgramStopsIsReleased) {
+    start(longShortcut());
+    stopInTheMiddleOfAShortcut();
+    moveUntilFree();
+    expectNothingHeld();
+    program().signal(SIGCONT);
+    EXPECT_TRUE(program().waitForLine(takenAgain));
+    expectNothingHeld();
+}
+
+TEST_F(GuardTest, BlockedMainLoopLosesThePointerAndTakesItAgain) {
+    const auto pipe = desktop().folder() / "slow.desktop";
+    std::filesystem::remove(pipe);
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    start(Settings().map(3, "Abrir Aplicación", {{"appPath", pipe.string()}}).map(4, "Copiar"));
+    trackball().click(extra);
+    // The main loop waits for somebody to write the entry: only then can the pipe be opened without waiting.
+    int writer = -1;
+    ASSERT_TRUE(waitUntil([&] {
+        writer = ::open(pipe.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+        return writer >= 0;
+    }));
+    moveUntilFree();
+    client().forget();
+    trackball().click(secondExtra);
+    EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, secondExtra));
+    EXPECT_EQ(program().output().find(takenAgain), std::string::npos);
+
+    ::close(writer);
+    EXPECT_TRUE(program().waitForLine(takenAgain));
+    expectServed(secondExtra);
+}
+
+TEST_F(GuardTest, ProgramKilledWithButtonsHeldLeavesNothingHeld) {
+    start(Settings().map(3, "Copiar"));
+    for (const int button : {1, 9, highButton}) trackball().press(button);
+    ASSERT_TRUE(client().waitForButton(Kind::buttonPress, highButton));
+    program().signal(SIGKILL);
+    ASSERT_TRUE(program().waitForEnd().has_value());
+    // Back on the pointer, the trackball holds them itself until the user lets them go.
+    trackball().releaseAll();
+    for (const unsigned button : {1U, 9U, 12U}) {
+        EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, button)) << button;
+    }
+    expectNothingHeld();
+    expectDevicesFree();
+}
+
+TEST_F(GuardTest, ProgramKilledInTheMiddleOfAShortcutLeavesNothingHeld) {
+    start(longShortcut());
+    stopInTheMiddleOfAShortcut();
+    program().signal(SIGKILL);
+    expectNothingHeld();
+    expectDevicesFree();
+}
+
+TEST_F(GuardTest, ProgramToldToEndInTheMiddleOfAShortcutLeavesNothingHeld) {
+    start(longShortcut());
+    trackball().click(extra);
+    ASSERT_TRUE(client().waitFor([](const auto& all) { return !all.empty(); }));
+    program().signal(SIGTERM);
+    ASSERT_TRUE(program().waitForEnd().has_value());
+    expectNothingHeld();
+    expectDevicesFree();
+}
+
+TEST_F(GuardTest, ProgramKilledWithAKeyPutBackLeavesNothingHeld) {
+    start(Settings().map(
+        3, "Copiar", {{"functionSlots", 2}, {"secondaryTrigger1", "Shift"}, {"secondaryAction", "Pegar"}}));
+    holdKey(XK_Shift_L);
+    trackball().click(extra);
+    ASSERT_TRUE(client().waitForStroke({XK_v, ControlMask}));
+    passSentinel();
+    program().signal(SIGKILL);
+    ASSERT_TRUE(program().waitForEnd().has_value());
+    releaseKey(XK_Shift_L);
+    expectNothingHeld();
+    // On the XTEST device too: its next press would be none otherwise.
+    start(Settings().map(
+        3, "Atajo Personalizado",
+        {{"shortcut", {{"keyCode", 40}, {"modifiersRawValue", 0x20000}, {"displayString", "⇧K"}}}}));
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForStroke({XK_k, ShiftMask}));
+}
+
+TEST_F(GuardTest, NextStartReleasesWhatAProgramKilledWithItsGuardLeft) {
+    start(longShortcut());
+    trackball().press(highButton);
+    ASSERT_TRUE(client().waitForButton(Kind::buttonPress, highButton));
+    stopInTheMiddleOfAShortcut();
+    ::kill(guard(), SIGKILL);
+    program().signal(SIGKILL);
+    ASSERT_TRUE(program().waitForEnd().has_value());
+    trackball().releaseAll();
+    EXPECT_TRUE(client().isAnythingHeld());
+    EXPECT_EQ(client().count(Kind::buttonRelease, highButton), 0);
+
+    start(Settings().map(3, "Copiar"));
+    expectNothingHeld();
+    EXPECT_TRUE(program().waitForLine("Se soltó lo que una ejecución anterior dejó pulsado"));
+    expectServed();
+    for (const int button : {10, highButton}) {
+        client().forget();
+        trackball().click(button);
+        EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, static_cast<unsigned>(button)));
+    }
+}
+
+TEST_F(GuardTest, GuardEndsWithTheProgramAndLeavesNoFile) {
+    for (const int signal : {SIGTERM, SIGKILL}) {
+        start(Settings().map(3, "Copiar"));
+        const pid_t process = guard();
+        EXPECT_EQ(heldPages(), 1);
+        program().signal(signal);
+        ASSERT_TRUE(program().waitForEnd().has_value());
+        EXPECT_TRUE(waitUntil([&] { return heldPages() == 0; }));
+        // An orphan of the program is this process's to bury.
+        EXPECT_TRUE(waitUntil([&] {
+            endAdopted();
+            return !isAlive(process);
+        }));
+    }
+}
+
+TEST_F(GuardTest, GuardOutlivesTheSignalsThatEndOrdinaryPrograms) {
+    start(longShortcut());
+    const pid_t process = guard();
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) ::kill(process, signal);
+    stopInTheMiddleOfAShortcut();
+    program().signal(SIGKILL);
+    expectNothingHeld();
+}
+
+TEST_F(GuardTest, ProgramThatLosesItsGuardSaysSoAndGoesOn) {
+    start(Settings().map(3, "Copiar"));
+    ::kill(guard(), SIGKILL);
+    EXPECT_TRUE(program().waitForLine("El proceso guardián ha terminado"));
+    expectServed();
+}
+
+TEST_F(GuardTest, StoppedGuardDisturbsNobody) {
+    start(Settings().map(3, "Copiar"));
+    const pid_t process = guard();
+    ::kill(process, SIGSTOP);
+    expectServed();
+    program().signal(SIGTERM);
+    EXPECT_TRUE(program().waitForEnd().has_value());
+    expectDevicesFree();
+    ::kill(process, SIGCONT);
+}
+
+}  // namespace
+}  // namespace trelvan::desktop

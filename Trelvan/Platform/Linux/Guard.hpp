@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Platform/Linux/HeldPageFile.hpp"
+
+namespace trelvan {
+
+/// The program's guard: a small process of its own, since a thread cannot run in a process that was stopped.
+///
+/// It asks the main loop twice a second, while the pointer is in use, whether it still runs, and takes the
+/// devices away from it when it does not answer within half a second. When the program ends in whatever way
+/// it releases what the held page says. It holds no grab itself, so that a guard that hangs hurts nobody; it
+/// never wakes while nothing moves, and ends with the program.
+///
+/// Main thread.
+class Guard {
+  public:
+    /// Claims a held page and starts the process. Before the first thread, X connection and Qt object of this
+    /// process: the other one begins as its copy.
+    Guard();
+    Guard(const Guard&) = delete;
+    Guard& operator=(const Guard&) = delete;
+    /// Lets the process go.
+    ~Guard();
+
+    [[nodiscard]] HeldPage& page() { return file_.page(); }
+    /// What programs that were killed together with their guards left behind.
+    [[nodiscard]] const Owed& leftOver() const { return file_.leftOver(); }
+    /// Becomes readable when the process has ended; -1 when there is none.
+    [[nodiscard]] int descriptor() const { return descriptor_; }
+    /// The process has ended before the program.
+    void noteEnd();
+
+  private:
+    HeldPageFile file_;
+    int process_ = -1;
+    int descriptor_ = -1;
+};
+
+}  // namespace trelvan

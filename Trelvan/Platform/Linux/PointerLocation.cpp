@@ -1,0 +1,19 @@
+#include "Platform/Linux/PointerLocation.hpp"
+
+#include "Platform/Linux/X11.hpp"
+
+namespace trelvan {
+
+Point pointerLocation(_XDisplay* display, unsigned long root) {
+    Window itsRoot = 0;
+    Window child = 0;
+    int x = 0;
+    int y = 0;
+    int windowX = 0;
+    int windowY = 0;
+    unsigned modifiers = 0;
+    XQueryPointer(display, root, &itsRoot, &child, &x, &y, &windowX, &windowY, &modifiers);
+    return {.x = static_cast<double>(x), .y = static_cast<double>(y)};
+}
+
+}  // namespace trelvan
