@@ -2,11 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QScreen>
+#include <cmath>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,9 +21,19 @@ namespace {
 /// An overlay on the toolkit's screen without a display, and what it told.
 class SmartButtonOverlayTest : public testing::Test {
   protected:
+    using Change = std::function<void(SmartButtonApp&)>;
+
     void open(const std::vector<std::string>& names, AppLanguage language = AppLanguage::english) {
+        open(
+            names, [](SmartButtonApp&) {}, language);
+    }
+    void open(const std::vector<std::string>& names, const Change& change,
+              AppLanguage language = AppLanguage::english) {
         SmartButtonRadialView view;
-        for (const auto& name : names) view.apps.emplace_back().name = name;
+        for (const auto& name : names) {
+            view.apps.emplace_back().name = name;
+            change(view.apps.back());
+        }
         view.onLaunch = [this](const SmartButtonApp& app) { launched.push_back(app.name); };
         view.onEdit = [this] { ++edits; };
         view.onOpenApplications = [this] { ++folders; };
@@ -34,12 +48,21 @@ class SmartButtonOverlayTest : public testing::Test {
                                      .language = language,
                                      .isAnimated = false,
                                      .isComposited = true,
-                                     .icon = [](const SmartButtonApp&) { return QIcon(); }});
+                                     .icon = [](const SmartButtonApp&, int, qreal) { return QPixmap(); }});
         overlay->appear();
     }
-    void press(int key) {
-        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+    void sendKey(QEvent::Type type, int key, bool isRepeat = false) {
+        QKeyEvent event(type, key, Qt::NoModifier, QString(), isRepeat);
         QCoreApplication::sendEvent(overlay.get(), &event);
+    }
+    /// Down and up again.
+    void press(int key) {
+        sendKey(QEvent::KeyPress, key);
+        sendKey(QEvent::KeyRelease, key);
+    }
+    void enter(RadialButton* button) {
+        QEnterEvent event({1, 1}, {1, 1}, {1, 1});
+        QCoreApplication::sendEvent(button, &event);
     }
     void click(QWidget* widget, Qt::MouseButton button = Qt::LeftButton) {
         const QPointF place = QRectF(widget->rect()).center();
@@ -91,6 +114,14 @@ TEST_F(SmartButtonOverlayTest, CaptionsTouchNothingForAnyNumberOfEntries) {
             EXPECT_LE(one->captionFrame().width(), 120);
             EXPECT_LE(one->captionLines().size(), 2);
             EXPECT_TRUE(one->captionLines().back().endsWith(QChar(0x2026)));
+            for (const auto* control : overlay->controls()) {
+                // Controls are round.
+                const QRectF caption = one->captionFrame();
+                const QPointF middle = QRectF(control->geometry()).center();
+                const QPointF nearest(qBound(caption.left(), middle.x(), caption.right()),
+                                      qBound(caption.top(), middle.y(), caption.bottom()));
+                EXPECT_GE(QLineF(nearest, middle).length(), control->width() / 2.0) << count;
+            }
             for (const auto* other : overlay->entries()) {
                 if (one == other) continue;
                 EXPECT_FALSE(one->captionFrame().intersects(other->captionFrame())) << count;
@@ -140,27 +171,86 @@ TEST_F(SmartButtonOverlayTest, NumberKeyWithoutAnEntryDoesNothing) {
     EXPECT_EQ(launched, Names{});
 }
 
-TEST_F(SmartButtonOverlayTest, ArrowsGoAroundAndReturnLaunches) {
-    open(numbered(3));
+TEST_F(SmartButtonOverlayTest, KeyThatChooses_DoesSoOnceItIsReleased) {
+    open(numbered(2));
+    sendKey(QEvent::KeyPress, Qt::Key_2);
+    EXPECT_EQ(launched, Names{});
+    EXPECT_TRUE(overlay->entries()[1]->isDown());
+    // A key that is held repeats itself.
+    sendKey(QEvent::KeyRelease, Qt::Key_2, true);
+    sendKey(QEvent::KeyPress, Qt::Key_2, true);
+    EXPECT_EQ(launched, Names{});
+    sendKey(QEvent::KeyRelease, Qt::Key_2);
+    EXPECT_EQ(launched, Names{"Entry 2"});
+}
+
+TEST_F(SmartButtonOverlayTest, ReleaseOfAKeyThatWasDownBefore_DoesNothing) {
+    open(numbered(2));
+    sendKey(QEvent::KeyRelease, Qt::Key_Escape);
+    sendKey(QEvent::KeyRelease, Qt::Key_1);
+    EXPECT_EQ(dismissals, 0);
+    EXPECT_EQ(launched, Names{});
+}
+
+TEST_F(SmartButtonOverlayTest, AnotherKeyPressedMeanwhile_TakesTheFirstBack) {
+    open(numbered(2));
+    sendKey(QEvent::KeyPress, Qt::Key_1);
+    sendKey(QEvent::KeyPress, Qt::Key_Escape);
+    EXPECT_FALSE(overlay->entries()[0]->isDown());
+    sendKey(QEvent::KeyRelease, Qt::Key_1);
+    EXPECT_EQ(launched, Names{});
+    sendKey(QEvent::KeyRelease, Qt::Key_Escape);
+    EXPECT_EQ(dismissals, 1);
+}
+
+TEST_F(SmartButtonOverlayTest, ArrowsMoveTheChoiceAndReturnLaunchesIt) {
+    open(numbered(4));
     press(Qt::Key_Return);
     EXPECT_EQ(launched, Names{});
     press(Qt::Key_Right);
-    EXPECT_EQ(overlay->currentEntry(), 0);
-    EXPECT_TRUE(overlay->entries()[0]->isCurrent());
-    press(Qt::Key_Left);
-    EXPECT_EQ(overlay->currentEntry(), 2);
-    EXPECT_FALSE(overlay->entries()[0]->isCurrent());
+    EXPECT_EQ(overlay->current(), 1U);
+    EXPECT_TRUE(overlay->entries()[1]->isCurrent());
     press(Qt::Key_Down);
+    EXPECT_EQ(overlay->current(), 2U);
+    EXPECT_FALSE(overlay->entries()[1]->isCurrent());
+    // Nothing lies below.
     press(Qt::Key_Down);
-    press(Qt::Key_Up);
+    EXPECT_EQ(overlay->current(), 2U);
     press(Qt::Key_Enter);
-    EXPECT_EQ(launched, Names{"Entry 1"});
+    EXPECT_EQ(launched, Names{"Entry 3"});
 }
 
-TEST_F(SmartButtonOverlayTest, LeftArrowFirstChoosesTheLastEntry) {
-    open(numbered(3));
-    press(Qt::Key_Left);
-    EXPECT_EQ(overlay->currentEntry(), 2);
+TEST_F(SmartButtonOverlayTest, ArrowTowardsNothing_ChoosesTheFirstEntry) {
+    open(numbered(1));
+    press(Qt::Key_Down);
+    EXPECT_EQ(overlay->current(), 0U);
+}
+
+TEST_F(SmartButtonOverlayTest, TabGoesThroughEntriesAndControlsBothWays) {
+    open(numbered(2));
+    for (const std::size_t expected : {0U, 1U, 2U, 3U, 4U, 0U}) {
+        press(Qt::Key_Tab);
+        EXPECT_EQ(overlay->current(), expected);
+    }
+    press(Qt::Key_Backtab);
+    EXPECT_EQ(overlay->current(), 4U);
+    press(Qt::Key_Space);
+    EXPECT_EQ(edits, 1);
+    open(numbered(2));
+    press(Qt::Key_Backtab);
+    EXPECT_EQ(overlay->current(), 4U);
+}
+
+TEST_F(SmartButtonOverlayTest, KeyboardAndPointer_DoNotBothShowAChoice) {
+    open(numbered(4));
+    enter(overlay->entries()[2]);
+    EXPECT_TRUE(overlay->entries()[2]->isHovered());
+    press(Qt::Key_Up);
+    EXPECT_FALSE(overlay->entries()[2]->isHovered());
+    EXPECT_TRUE(overlay->entries()[0]->isCurrent());
+    enter(overlay->entries()[3]);
+    EXPECT_FALSE(overlay->entries()[0]->isCurrent());
+    EXPECT_EQ(overlay->current(), std::nullopt);
 }
 
 TEST_F(SmartButtonOverlayTest, EscapeDismisses) {
@@ -209,6 +299,58 @@ TEST_F(SmartButtonOverlayTest, ScreenReadersHearTheNamesInBothLanguages) {
     open({"Notes"}, AppLanguage::spanish);
     for (int index = 0; index < 3; ++index)
         EXPECT_EQ(overlay->controls()[static_cast<std::size_t>(index)]->accessibleName(), spanish[index]);
+}
+
+TEST_F(SmartButtonOverlayTest, ScreenReadersFindAMenuOfButtons) {
+    open({"Notes"});
+    auto* menu = QAccessible::queryAccessibleInterface(overlay.get());
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->role(), QAccessible::PopupMenu);
+    EXPECT_EQ(menu->text(QAccessible::Name), "Smart Button");
+    auto* entry = QAccessible::queryAccessibleInterface(overlay->entries()[0]);
+    ASSERT_NE(entry, nullptr);
+    EXPECT_EQ(entry->role(), QAccessible::Button);
+    EXPECT_EQ(entry->text(QAccessible::Name), "Notes");
+    ASSERT_NE(entry->actionInterface(), nullptr);
+    EXPECT_TRUE(entry->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
+}
+
+TEST_F(SmartButtonOverlayTest, ImagesThatTheUserChose_AreReadOnceTheMenuWasPainted) {
+    open(numbered(2), [](SmartButtonApp& app) { app.iconPath = app.name == "Entry 1" ? "/x.png" : ""; });
+    EXPECT_FALSE(overlay->entries()[0]->icon().has_value());
+    EXPECT_TRUE(overlay->entries()[1]->icon().has_value());
+    overlay->grab();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(overlay->entries()[0]->icon().has_value());
+}
+
+TEST_F(SmartButtonOverlayTest, TextIsReadableInBothThemes) {
+    const auto luminance = [](const QColor& color) {
+        const auto linear = [](double value) {
+            return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+               0.0722 * linear(color.blueF());
+    };
+    const auto contrast = [&](const QColor& one, const QColor& other) {
+        const double first = luminance(one) + 0.05;
+        const double second = luminance(other) + 0.05;
+        return std::max(first, second) / std::min(first, second);
+    };
+    const auto over = [](const QColor& top, double below) {
+        const auto mixed = [&](double value) { return top.alphaF() * value + (1 - top.alphaF()) * below; };
+        return QColor::fromRgbF(static_cast<float>(mixed(top.redF())),
+                                static_cast<float>(mixed(top.greenF())),
+                                static_cast<float>(mixed(top.blueF())));
+    };
+    for (const auto& theme : {RadialTheme::light(), RadialTheme::dark()}) {
+        // Whatever is behind the ring: names want 4.5 to 1, symbols and the mark of the choice 3 to 1.
+        for (const double behind : {0.0, 1.0})
+            EXPECT_GE(contrast(theme.text, over(theme.ring, behind)), 4.5) << behind;
+        EXPECT_GE(contrast(theme.secondaryText, theme.plate), 3);
+        EXPECT_GE(contrast(theme.accent, theme.plateHovered), 3);
+        EXPECT_GE(contrast(theme.accent, theme.ring), 3);
+    }
 }
 
 TEST_F(SmartButtonOverlayTest, WindowTakesNoFocus) {

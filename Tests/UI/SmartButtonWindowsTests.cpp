@@ -47,7 +47,6 @@ TEST_F(SmartButtonWindowsTest, OverlayGoesWithItsPanelAndGivesItsMemoryBack) {
     ASSERT_FALSE(overlay.isNull());
     panel.reset();
     EXPECT_EQ(shownOverlay(), nullptr);
-    runDeletions();
     EXPECT_TRUE(overlay.isNull());
 }
 
@@ -96,6 +95,19 @@ TEST_F(SmartButtonWindowsTest, EditorHostsTheLatestContent) {
     editor->setContent(std::make_unique<SmartButtonWindows::WidgetContent>(std::unique_ptr<QWidget>(second)));
     EXPECT_TRUE(first.isNull());
     EXPECT_EQ(second->window(), window);
+}
+
+TEST_F(SmartButtonWindowsTest, EditorLargerThanItsScreenKeepsItsTitleBarInReach) {
+    ASSERT_LT(QGuiApplication::primaryScreen()->availableSize().height(), 960);
+    const auto editor = windows.makeEditor();
+    QPointer<QWidget> content = new QWidget;
+    editor->setContent(
+        std::make_unique<SmartButtonWindows::WidgetContent>(std::unique_ptr<QWidget>(content)));
+    editor->show();
+    const QPoint corner = content->window()->pos();
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    EXPECT_GE(corner.x(), available.left());
+    EXPECT_GE(corner.y(), available.top());
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QPainter>
+#include <QTextLayout>
 #include <QTransform>
 #include <utility>
 
@@ -12,10 +13,11 @@ namespace trelvan {
 namespace {
 
 constexpr int captionPixels = 12;
-constexpr int lineHeight = 15;
-constexpr int iconSide = 44;
+constexpr int lineHeight = 14;
 constexpr int digitInset = 6;
 constexpr double plateCorner = 16;
+/// Width of the gap between a small control and the large one that it lies on.
+constexpr int badgeRim = 3;
 /// How far a drawn state reaches beyond a button's own shape.
 constexpr int halo = 4;
 
@@ -81,13 +83,45 @@ void RadialButton::setCurrent(bool current) {
     QAccessible::updateAccessibility(&event);
 }
 
+void RadialButton::setHovered(bool hovered) {
+    if (std::exchange(isHovered_, hovered) != hovered) update();
+}
+
+void RadialButton::enterEvent(QEnterEvent* event) {
+    QPushButton::enterEvent(event);
+    setHovered(true);
+    if (onEnter) onEnter();
+}
+
+void RadialButton::leaveEvent(QEvent* event) {
+    QPushButton::leaveEvent(event);
+    setHovered(false);
+}
+
 // RadialEntryButton
 
-RadialEntryButton::RadialEntryButton(const QString& name, QIcon icon, QPainterPath symbol, int number,
-                                     int captionWidth, const RadialTheme& theme, QWidget* parent)
-    : RadialButton(name, theme, parent), icon_(std::move(icon)), symbol_(std::move(symbol)), number_(number) {
+RadialEntryButton::RadialEntryButton(const QString& name, QPainterPath symbol, int number, int captionWidth,
+                                     const RadialTheme& theme, QWidget* parent)
+    : RadialButton(name, theme, parent), symbol_(std::move(symbol)), number_(number) {
     setFixedSize(qMax(captionWidth, plateSize + 2 * halo), halo + plateSize + captionGap + captionHeight);
     breakLines(name);
+}
+
+void RadialEntryButton::showIcon(QPixmap icon) {
+    icon_ = std::move(icon);
+    update();
+}
+
+void RadialEntryButton::drawIcon(QPainter& painter, QPointF centre) const {
+    if (!icon_) return;
+    if (icon_->isNull()) {
+        drawSymbol(painter, symbol_, centre, iconSide * 0.8,
+                   isLit() ? theme().accent : theme().secondaryText);
+        return;
+    }
+    const QSizeF size = icon_->deviceIndependentSize();
+    painter.drawPixmap(QPointF(qRound(centre.x() - size.width() / 2), qRound(centre.y() - size.height() / 2)),
+                       *icon_);
 }
 
 void RadialEntryButton::breakLines(const QString& name) {
@@ -140,14 +174,7 @@ void RadialEntryButton::paintEvent(QPaintEvent* /*event*/) {
     painter.setBrush(isLit() ? theme().plateHovered : theme().plate);
     painter.drawRoundedRect(shape.adjusted(0.5, 0.5, -0.5, -0.5), plateCorner, plateCorner);
 
-    const QPointF centre = shape.center();
-    if (icon_.isNull()) {
-        drawSymbol(painter, symbol_, centre, iconSide * 0.8,
-                   isLit() ? theme().accent : theme().secondaryText);
-    } else {
-        const QRectF area(centre.x() - iconSide / 2.0, centre.y() - iconSide / 2.0, iconSide, iconSide);
-        icon_.paint(&painter, area.toRect());
-    }
+    drawIcon(painter, shape.center());
 
     QFont digit = captionFont();
     digit.setPixelSize(captionPixels - 2);
@@ -169,7 +196,10 @@ void RadialEntryButton::paintEvent(QPaintEvent* /*event*/) {
 
 RadialControl::RadialControl(const QString& name, QPainterPath symbol, int size, int symbolSize,
                              const RadialTheme& theme, QWidget* parent)
-    : RadialButton(name, theme, parent), symbol_(std::move(symbol)), symbolSize_(symbolSize) {
+    : RadialButton(name, theme, parent),
+      symbol_(std::move(symbol)),
+      symbolSize_(symbolSize),
+      isBadge_(size < static_cast<int>(RadialLayout::centreSize)) {
     setFixedSize(size, size);
     setToolTip(name);
 }
@@ -186,7 +216,13 @@ bool RadialControl::hitButton(const QPoint& position) const {
 void RadialControl::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const double inset = isDown() ? 2.5 : 1.5;
+    if (isBadge_) {
+        // Stands apart from what it lies on.
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor(theme().ring.rgb()));
+        painter.drawEllipse(rect());
+    }
+    const double inset = (isBadge_ ? badgeRim : 0) + (isDown() ? 2.5 : 1.5);
     painter.setPen(isLit() ? QPen(theme().accent, 2) : QPen(theme().plateEdge, 1));
     painter.setBrush(isLit() ? theme().plateHovered : theme().plate);
     painter.drawEllipse(QRectF(rect()).adjusted(inset, inset, -inset, -inset));

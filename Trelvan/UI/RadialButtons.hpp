@@ -2,30 +2,41 @@
 
 #include "UI/RadialTheme.hpp"
 
-#include <QIcon>
 #include <QPainterPath>
+#include <QPixmap>
 #include <QPushButton>
-#include <QTextLayout>
+#include <QStringList>
+#include <functional>
+#include <optional>
 
 namespace trelvan {
 
 /// What the buttons of the radial menu have in common: they take no keyboard focus from anybody, and show
-/// where the keyboard stands when they are told.
+/// where the keyboard or the pointer stands.
 class RadialButton : public QPushButton {
   public:
     RadialButton(const QString& name, const RadialTheme& theme, QWidget* parent);
 
-    /// Whether the keyboard's choice stands here.
+    /// Whether the keyboard's choice stands here; a screen reader is told when it comes here.
     void setCurrent(bool current);
     [[nodiscard]] bool isCurrent() const { return isCurrent_; }
+    /// Whether the button shows that the pointer is on it.
+    void setHovered(bool hovered);
+    [[nodiscard]] bool isHovered() const { return isHovered_; }
+
+    /// The pointer came here.
+    std::function<void()> onEnter;
 
   protected:
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
     [[nodiscard]] const RadialTheme& theme() const { return theme_; }
-    [[nodiscard]] bool isLit() const { return underMouse() || isCurrent_; }
+    [[nodiscard]] bool isLit() const { return isHovered_ || isCurrent_; }
 
   private:
     const RadialTheme& theme_;
     bool isCurrent_ = false;
+    bool isHovered_ = false;
 };
 
 /// An entry: its icon on a plate, in the corner the key that chooses it, and its name below in two lines at
@@ -33,12 +44,18 @@ class RadialButton : public QPushButton {
 class RadialEntryButton final : public RadialButton {
   public:
     static constexpr int plateSize = 64;
+    static constexpr int iconSide = 44;
     static constexpr int captionGap = 3;
-    static constexpr int captionHeight = 30;
+    static constexpr int captionHeight = 28;
 
-    /// Without an icon the symbol is drawn. `number` 1 to 8 is the key that chooses the entry.
-    RadialEntryButton(const QString& name, QIcon icon, QPainterPath symbol, int number, int captionWidth,
+    /// `number` 1 to 8 is the key that chooses the entry. The plate is empty until there is an icon.
+    RadialEntryButton(const QString& name, QPainterPath symbol, int number, int captionWidth,
                       const RadialTheme& theme, QWidget* parent);
+
+    /// Shows the icon; for a null one the symbol.
+    void showIcon(QPixmap icon);
+    /// None before an icon was shown.
+    [[nodiscard]] const std::optional<QPixmap>& icon() const { return icon_; }
 
     /// Puts the middle of the plate there.
     void place(QPointF centre);
@@ -54,9 +71,10 @@ class RadialEntryButton final : public RadialButton {
 
   private:
     void breakLines(const QString& name);
+    void drawIcon(QPainter& painter, QPointF centre) const;
     [[nodiscard]] QRectF plate() const;
 
-    QIcon icon_;
+    std::optional<QPixmap> icon_;
     QPainterPath symbol_;
     int number_;
     QStringList lines_;
@@ -77,6 +95,8 @@ class RadialControl final : public RadialButton {
   private:
     QPainterPath symbol_;
     int symbolSize_;
+    /// A small control lies on the edge of the large one.
+    bool isBadge_;
 };
 
 /// The widest captions, in points and at most `RadialLayout::captionWidth`, with which none of this many

@@ -37,11 +37,11 @@ struct RadialTheme {
                 .ringEdge = QColor(255, 255, 255, 34),
                 .shadow = QColor(0, 0, 0, 130),
                 .plate = QColor(66, 70, 79, 255),
-                .plateHovered = QColor(56, 82, 128, 255),
+                .plateHovered = QColor(48, 68, 106, 255),
                 .plateEdge = QColor(255, 255, 255, 24),
                 .text = QColor(240, 241, 244),
                 .secondaryText = QColor(176, 181, 191),
-                .accent = QColor(88, 150, 255)};
+                .accent = QColor(108, 164, 255)};
     }
 };
 

@@ -2,6 +2,9 @@
 
 #include "UI/Symbols/Symbols.hpp"
 
+#include <QAccessibleWidget>
+#include <QCursor>
+#include <QElapsedTimer>
 #include <QGraphicsOpacityEffect>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -10,7 +13,9 @@
 #include <QPropertyAnimation>
 #include <QRadialGradient>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
+#include <algorithm>
 #include <utility>
 
 namespace trelvan {
@@ -18,13 +23,26 @@ namespace trelvan {
 namespace {
 
 constexpr int fadeMilliseconds = 140;
+/// The first painting already shows the menu.
+constexpr double firstOpacity = 0.35;
 constexpr int shadowWidth = 18;
 constexpr int gridSize = 30;
-constexpr int smallControlSize = 32;
+constexpr int smallControlSize = 36;
 constexpr int smallSymbolSize = 12;
 
 QString qtText(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+/// To a screen reader the overlay is a menu and not a window.
+QAccessibleInterface* accessibleMenu(const QString& /*kind*/, QObject* object) {
+    auto* overlay = dynamic_cast<SmartButtonOverlay*>(object);
+    return overlay != nullptr ? new QAccessibleWidget(overlay, QAccessible::PopupMenu) : nullptr;
+}
+
+void tellScreenReader(QObject* object, QAccessible::Event what) {
+    QAccessibleEvent event(object, what);
+    QAccessible::updateAccessibility(&event);
 }
 
 }  // namespace
@@ -49,14 +67,13 @@ class SmartButtonOverlay::Ring final : public QWidget {
         clear.setAlpha(0);
         shadow.setColorAt((radius_ - shadowWidth) / outer, theme_.shadow);
         shadow.setColorAt(1, clear);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(shadow);
-        painter.drawEllipse(centre, outer, outer);
-        // What is under the ring would show through it.
-        painter.setCompositionMode(QPainter::CompositionMode_Source);
-        painter.setBrush(theme_.ring);
-        painter.drawEllipse(centre, radius_, radius_);
-        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+        // Around the ring only: under it, it would show through.
+        QPainterPath around;
+        around.addEllipse(centre, outer, outer);
+        QPainterPath ring;
+        ring.addEllipse(centre, radius_, radius_);
+        painter.fillPath(around.subtracted(ring), shadow);
+        painter.fillPath(ring, theme_.ring);
         painter.setPen(QPen(theme_.ringEdge, 1));
         painter.setBrush(Qt::NoBrush);
         painter.drawEllipse(centre, radius_ - 0.5, radius_ - 0.5);
@@ -73,6 +90,7 @@ SmartButtonOverlay::SmartButtonOverlay(SmartButtonRadialView view, const RadialL
       layout_(layout),
       look_(std::move(look)),
       ring_(new Ring(view_.outerRingRadius, look_.theme, this)) {
+    [[maybe_unused]] static const bool isInstalled = (QAccessible::installFactory(&accessibleMenu), true);
     // No window manager places it, lists it or gives it the focus.
     setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                    Qt::BypassWindowManagerHint | Qt::WindowDoesNotAcceptFocus);
@@ -87,10 +105,21 @@ SmartButtonOverlay::SmartButtonOverlay(SmartButtonRadialView view, const RadialL
                 qRound(layout_.centre.y - ring_->height() / 2.0));
     addEntries();
     addControls();
+    watchScreen(screen);
+    loadIcons();
 }
 
 SmartButtonOverlay::~SmartButtonOverlay() {
     vanish();
+}
+
+/// A screen of another size, or none, has another menu.
+void SmartButtonOverlay::watchScreen(const QScreen* screen) {
+    const auto dismiss = [this] { call(view_.onDismiss); };
+    connect(screen, &QScreen::geometryChanged, this, dismiss);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, [screen, dismiss](const QScreen* removed) {
+        if (removed == screen) dismiss();
+    });
 }
 
 QString SmartButtonOverlay::text(std::string_view english, std::string_view spanish) const {
@@ -103,13 +132,37 @@ void SmartButtonOverlay::addEntries() {
     for (std::size_t index = 0; index < layout_.entries.size(); ++index) {
         const SmartButtonApp& app = view_.apps[index];
         const bool isShortcut = app.kind == SmartButtonItemKind::shortcut;
-        auto* button = new RadialEntryButton(QString::fromStdString(app.name), look_.icon(app),
+        auto* button = new RadialEntryButton(QString::fromStdString(app.name),
                                              isShortcut ? symbols::keyboard() : symbols::window(),
                                              static_cast<int>(index) + 1, width, look_.theme, ring_);
         const Point centre = layout_.entries[index];
         button->place(QPointF(centre.x, centre.y) - origin);
         connect(button, &QPushButton::clicked, this, [this, index] { choose(index); });
         entries_.push_back(button);
+        addButton(button);
+    }
+}
+
+void SmartButtonOverlay::addButton(RadialButton* button) {
+    // Keyboard and pointer do not both show a choice.
+    button->onEnter = [this] { setCurrent(std::nullopt); };
+    buttons_.push_back(button);
+}
+
+/// The icons that are there soon come with the menu; the others one turn of the main loop after the other,
+/// once it was painted. A file that the user has chosen may be an image of any size.
+void SmartButtonOverlay::loadIcons() {
+    QElapsedTimer clock;
+    clock.start();
+    const qreal ratio = screen()->devicePixelRatio();
+    for (std::size_t index = 0; index < entries_.size(); ++index) {
+        const SmartButtonApp& app = view_.apps[index];
+        if (entries_[index]->icon() || (!wasPainted_ && !app.iconPath.empty())) continue;
+        if (clock.hasExpired(iconPatience.count())) {
+            if (wasPainted_) QTimer::singleShot(0, this, [this] { loadIcons(); });
+            return;
+        }
+        entries_[index]->showIcon(look_.icon(app, RadialEntryButton::iconSide, ratio));
     }
 }
 
@@ -120,6 +173,7 @@ void SmartButtonOverlay::addControls() {
         control->place(QPointF(ring_->width() / 2.0, ring_->height() / 2.0) + offset);
         connect(control, &QPushButton::clicked, this, [this, action] { call(action); });
         controls_.push_back(control);
+        addButton(control);
     };
     constexpr double aside = RadialLayout::centreSize / 2 * 0.78;
     add(text("Open Applications", "Abrir aplicaciones"), symbols::grid(),
@@ -134,16 +188,19 @@ void SmartButtonOverlay::appear() {
     if (look_.isAnimated) fadeIn();
     show();
     raise();
+    // Where another program holds one of them already, the menu works with the other.
     grabKeyboard();
+    windowHandle()->setMouseGrabEnabled(true);
+    tellScreenReader(this, QAccessible::PopupMenuStart);
 }
 
 void SmartButtonOverlay::fadeIn() {
     auto* effect = new QGraphicsOpacityEffect(ring_);
-    effect->setOpacity(0);
+    effect->setOpacity(firstOpacity);
     ring_->setGraphicsEffect(effect);
     auto* animation = new QPropertyAnimation(effect, "opacity", effect);
     animation->setDuration(fadeMilliseconds);
-    animation->setStartValue(0.0);
+    animation->setStartValue(firstOpacity);
     animation->setEndValue(1.0);
     animation->setEasingCurve(QEasingCurve::OutCubic);
     // Drawn without the effect afterwards, which would cost a picture of its own each time.
@@ -153,65 +210,109 @@ void SmartButtonOverlay::fadeIn() {
 
 void SmartButtonOverlay::vanish() {
     if (std::exchange(isGone_, true)) return;
+    if (isVisible()) tellScreenReader(this, QAccessible::PopupMenuEnd);
     releaseKeyboard();
+    if (QWindow* window = windowHandle()) window->setMouseGrabEnabled(false);
     hide();
+    behind_ = {};
 }
 
-void SmartButtonOverlay::giveKeyboardBack() {
+void SmartButtonOverlay::giveInputBack() {
     releaseKeyboard();
-    QGuiApplication::sync();
+    windowHandle()->setMouseGrabEnabled(false);
+    // A question on the toolkit's own connection: with the answer the server has done what was asked before,
+    // and no event was handled meanwhile.
+    QCursor::pos();
 }
 
 void SmartButtonOverlay::call(const std::function<void()>& function) {
-    if (isGone_) return;
-    // A copy: the function may take the view away that it belongs to.
-    const auto kept = function;
-    kept();
+    if (isGone_ || !function) return;
+    ++calls_;
+    function();
+    --calls_;
 }
 
-void SmartButtonOverlay::choose(std::size_t index) {
-    if (isGone_ || index >= entries_.size()) return;
-    giveKeyboardBack();
-    const SmartButtonApp app = view_.apps[index];
-    const auto launch = view_.onLaunch;
-    launch(app);
+void SmartButtonOverlay::choose(std::size_t entry) {
+    if (isGone_ || entry >= entries_.size()) return;
+    giveInputBack();
+    call([this, entry] { view_.onLaunch(view_.apps[entry]); });
 }
 
-void SmartButtonOverlay::setCurrent(int index) {
+// Keys
+
+void SmartButtonOverlay::setCurrent(std::optional<std::size_t> index) {
     current_ = index;
-    for (std::size_t each = 0; each < entries_.size(); ++each)
-        entries_[each]->setCurrent(static_cast<int>(each) == index);
+    for (std::size_t each = 0; each < buttons_.size(); ++each) {
+        if (index) buttons_[each]->setHovered(false);
+        buttons_[each]->setCurrent(index == each);
+    }
 }
 
-void SmartButtonOverlay::paintEvent(QPaintEvent* /*event*/) {
-    QPainter painter(this);
-    if (!behind_.isNull()) painter.drawPixmap(rect(), behind_);
-    painter.fillRect(rect(), look_.theme.scrim);
+void SmartButtonOverlay::moveBy(Arrow arrow) {
+    const auto from = current_ && *current_ < entries_.size() ? current_ : std::nullopt;
+    auto next = nextPlace(layout_.entries, layout_.centre, from, arrow);
+    if (!next && !from) next = 0;
+    if (next) setCurrent(next);
+}
+
+void SmartButtonOverlay::step(std::size_t distance) {
+    const std::size_t count = buttons_.size();
+    // Before the first one when there is none.
+    const std::size_t from = current_.value_or(count - 1);
+    setCurrent(!current_ && distance != 1 ? count - 1 : (from + distance) % count);
+}
+
+std::optional<std::size_t> SmartButtonOverlay::buttonOf(int key) const {
+    if (key >= Qt::Key_1 && key <= Qt::Key_8) {
+        const auto entry = static_cast<std::size_t>(key - Qt::Key_1);
+        return entry < entries_.size() ? std::optional(entry) : std::nullopt;
+    }
+    const bool isChoice = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
+    return isChoice ? current_ : std::nullopt;
 }
 
 void SmartButtonOverlay::keyPressEvent(QKeyEvent* event) {
-    const int count = static_cast<int>(entries_.size());
     const int key = event->key();
-    if (key >= Qt::Key_1 && key <= Qt::Key_8) return choose(static_cast<std::size_t>(key - Qt::Key_1));
     switch (key) {
-        case Qt::Key_Escape:
-            return call(view_.onDismiss);
-        case Qt::Key_Right:
-        case Qt::Key_Down:
-        case Qt::Key_Tab:
-            return setCurrent((current_ + 1) % count);
         case Qt::Key_Left:
+            return moveBy(Arrow::left);
+        case Qt::Key_Right:
+            return moveBy(Arrow::right);
         case Qt::Key_Up:
+            return moveBy(Arrow::up);
+        case Qt::Key_Down:
+            return moveBy(Arrow::down);
+        case Qt::Key_Tab:
+            return step(1);
         case Qt::Key_Backtab:
-            return setCurrent(current_ <= 0 ? count - 1 : current_ - 1);
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-        case Qt::Key_Space:
-            if (current_ >= 0) choose(static_cast<std::size_t>(current_));
-            return;
+            return step(buttons_.size() - 1);
         default:
-            return;
+            break;
     }
+    if (event->isAutoRepeat()) return;
+    const auto button = buttonOf(key);
+    if (!button && key != Qt::Key_Escape) return;
+    heldKey_ = key;
+    if (button) setCurrent(button);
+    for (std::size_t each = 0; each < buttons_.size(); ++each) buttons_[each]->setDown(button == each);
+}
+
+void SmartButtonOverlay::keyReleaseEvent(QKeyEvent* event) {
+    if (event->isAutoRepeat() || heldKey_ == 0 || event->key() != heldKey_) return;
+    const int key = std::exchange(heldKey_, 0);
+    if (key == Qt::Key_Escape) return call(view_.onDismiss);
+    const auto button = buttonOf(key);
+    for (RadialButton* each : buttons_) each->setDown(false);
+    if (button) buttons_[*button]->click();
+}
+
+// Pointer and drawing
+
+void SmartButtonOverlay::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    if (!behind_.isNull()) painter.drawPixmap(0, 0, behind_);
+    painter.fillRect(rect(), look_.theme.scrim);
+    if (!std::exchange(wasPainted_, true)) QTimer::singleShot(0, this, [this] { loadIcons(); });
 }
 
 void SmartButtonOverlay::mousePressEvent(QMouseEvent* /*event*/) {
@@ -220,7 +321,7 @@ void SmartButtonOverlay::mousePressEvent(QMouseEvent* /*event*/) {
 
 void SmartButtonOverlay::mouseReleaseEvent(QMouseEvent* /*event*/) {
     // Only when the whole click was here, so that its release goes to no application behind.
-    if (isPressed_) call(view_.onDismiss);
+    if (std::exchange(isPressed_, false)) call(view_.onDismiss);
 }
 
 }  // namespace trelvan

@@ -3,19 +3,23 @@
 #include "Core/Model/AppLanguage.hpp"
 #include "Core/SmartButtonPanels.hpp"
 #include "UI/RadialButtons.hpp"
+#include "UI/RadialNavigation.hpp"
 
 #include <QPixmap>
 #include <QWidget>
+#include <chrono>
 #include <functional>
+#include <optional>
 #include <vector>
 
 class QScreen;
-class QVariantAnimation;
 
 namespace trelvan {
 
 /// The overlay of the radial menu: a window over a whole screen that takes the focus from nobody. It holds
-/// the keyboard while it is shown, so that the menu can be used with keys all the same. Main thread.
+/// keyboard and pointer while it is shown, so that the menu can be used with keys all the same and a click on
+/// another screen closes it. What a key or a button chooses happens when it is released, so that neither its
+/// release nor its repetition reaches the application in front. Main thread.
 class SmartButtonOverlay final : public QWidget {
   public:
     struct Look {
@@ -25,9 +29,13 @@ class SmartButtonOverlay final : public QWidget {
         bool isAnimated = true;
         /// Whether the window can be translucent; if not, it shows a picture of what it covers.
         bool isComposited = true;
-        /// The icon of an entry; a null one for the drawn symbol.
-        std::function<QIcon(const SmartButtonApp&)> icon;
+        /// The icon of an entry at a side in points and a ratio of pixels to points; a null one for the drawn
+        /// symbol. May take its time: what is not there soon is loaded after the menu was first painted.
+        std::function<QPixmap(const SmartButtonApp& app, int side, qreal ratio)> icon;
     };
+
+    /// How long icons may hold up the first painting.
+    static constexpr std::chrono::milliseconds iconPatience{10};
 
     /// Shows nothing yet. `layout` is in this window's points.
     SmartButtonOverlay(SmartButtonRadialView view, const RadialLayout& layout, QScreen* screen, Look look);
@@ -35,17 +43,23 @@ class SmartButtonOverlay final : public QWidget {
 
     /// Puts the window over its screen, ahead of the others, and takes the keyboard.
     void appear();
-    /// Takes the window away at once and gives the keyboard back; no function of the view is called after it.
+    /// Takes the window away at once and gives keyboard and pointer back; no function of the view is called
+    /// after it.
     void vanish();
+    /// Whether it is in the middle of calling a function of the view, and so must not be deleted.
+    [[nodiscard]] bool isCalling() const { return calls_ > 0; }
 
     [[nodiscard]] const std::vector<RadialEntryButton*>& entries() const { return entries_; }
     [[nodiscard]] const std::vector<RadialControl*>& controls() const { return controls_; }
-    /// The entry that Return chooses; none before a key was used.
-    [[nodiscard]] int currentEntry() const { return current_; }
+    /// Entries and controls in the order in which Tab goes through them.
+    [[nodiscard]] const std::vector<RadialButton*>& buttons() const { return buttons_; }
+    /// The one of `buttons` that Return presses; none before a key was used.
+    [[nodiscard]] std::optional<std::size_t> current() const { return current_; }
 
   protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
@@ -54,13 +68,20 @@ class SmartButtonOverlay final : public QWidget {
 
     void addEntries();
     void addControls();
+    void addButton(RadialButton* button);
+    void loadIcons();
     void fadeIn();
-    void choose(std::size_t index);
-    void setCurrent(int index);
+    void watchScreen(const QScreen* screen);
+    /// What the key chooses at its release; none when it is no key that chooses.
+    [[nodiscard]] std::optional<std::size_t> buttonOf(int key) const;
+    void moveBy(Arrow arrow);
+    void step(std::size_t distance);
+    void setCurrent(std::optional<std::size_t> index);
+    void choose(std::size_t entry);
     /// Calls a function of the view, which may take this window away.
     void call(const std::function<void()>& function);
-    /// Gives the keyboard back and waits until the server has done so: what is typed next is for others.
-    void giveKeyboardBack();
+    /// Gives keyboard and pointer back and waits until the server has done so: what comes next is for others.
+    void giveInputBack();
     [[nodiscard]] QString text(std::string_view english, std::string_view spanish) const;
 
     SmartButtonRadialView view_;
@@ -70,9 +91,14 @@ class SmartButtonOverlay final : public QWidget {
     Ring* ring_;
     std::vector<RadialEntryButton*> entries_;
     std::vector<RadialControl*> controls_;
-    int current_ = -1;
+    std::vector<RadialButton*> buttons_;
+    std::optional<std::size_t> current_;
+    /// The key that was pressed here and not yet released; 0 for none.
+    int heldKey_ = 0;
     bool isPressed_ = false;
+    bool wasPainted_ = false;
     bool isGone_ = false;
+    int calls_ = 0;
 };
 
 }  // namespace trelvan

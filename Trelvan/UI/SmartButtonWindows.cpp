@@ -1,7 +1,8 @@
 #include "UI/SmartButtonWindows.hpp"
 
+#include "UI/EntryIcons.hpp"
+
 #include <QApplication>
-#include <QFileInfo>
 #include <QPalette>
 #include <QScreen>
 #include <QStyle>
@@ -34,21 +35,15 @@ bool isAnimated(const Appearance& appearance) {
            QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) > 0;
 }
 
-/// A null icon where the file is no image.
-QIcon imageAt(const QString& path) {
-    const QPixmap image(path);
-    return image.isNull() ? QIcon() : QIcon(path);
-}
-
 class OverlayPanel final : public SmartButtonPanels::Panel {
   public:
     explicit OverlayPanel(std::unique_ptr<SmartButtonOverlay> overlay) : overlay_(std::move(overlay)) {}
     OverlayPanel(const OverlayPanel&) = delete;
     OverlayPanel& operator=(const OverlayPanel&) = delete;
-    /// One of its own buttons may just be telling of a click.
     ~OverlayPanel() override {
         overlay_->vanish();
-        overlay_.release()->deleteLater();
+        // One of its own buttons may just be telling of a click.
+        if (overlay_->isCalling()) overlay_.release()->deleteLater();
     }
 
   private:
@@ -77,7 +72,9 @@ class EditorWindow final : public SmartButtonPanels::Editor {
     void show() override {
         const QRect available = window_.screen()->availableGeometry();
         const QRect frame(QPoint(), window_.size());
-        window_.move(available.center() - frame.center());
+        const QPoint middle = available.center() - frame.center();
+        // On a screen smaller than the window the title bar stays in reach.
+        window_.move(qMax(middle.x(), available.left()), qMax(middle.y(), available.top()));
         window_.show();
         window_.raise();
         window_.activateWindow();
@@ -120,16 +117,9 @@ SmartButtonOverlay::Look SmartButtonWindows::look() const {
             .language = languageFromSetting(languageSetting(ports_.defaults)),
             .isAnimated = isAnimated(ports_.appearance),
             .isComposited = ports_.appearance.composites(),
-            .icon = [this](const SmartButtonApp& app) { return iconOf(app); }};
-}
-
-QIcon SmartButtonWindows::iconOf(const SmartButtonApp& app) const {
-    if (auto own = imageAt(QString::fromStdString(app.iconPath)); !own.isNull()) return own;
-    if (app.kind != SmartButtonItemKind::application) return {};
-    const auto name = ports_.workspace.applicationIcon(app.path);
-    if (!name) return {};
-    const auto icon = QString::fromStdString(*name);
-    return QFileInfo(icon).isAbsolute() ? imageAt(icon) : QIcon::fromTheme(icon);
+            .icon = [this](const SmartButtonApp& app, int side, qreal ratio) {
+                return entryIcon(app, ports_.workspace, side, ratio);
+            }};
 }
 
 void SmartButtonWindows::activate() {

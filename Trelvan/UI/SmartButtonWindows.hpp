@@ -37,7 +37,6 @@ class SmartButtonWindows final : public SmartButtonPanels {
 
   private:
     [[nodiscard]] SmartButtonOverlay::Look look() const;
-    [[nodiscard]] QIcon iconOf(const SmartButtonApp& app) const;
     /// The toolkit's screen that shows the frame.
     [[nodiscard]] QScreen* screenOf(const Rect& frame) const;
 

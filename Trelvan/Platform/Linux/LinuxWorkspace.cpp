@@ -1,10 +1,9 @@
 #include "Platform/Linux/LinuxWorkspace.hpp"
 
+#include "Platform/Linux/ApplicationIcon.hpp"
 #include "Platform/Linux/DesktopEntry.hpp"
-#include "Platform/Linux/DurableFile.hpp"
 #include "Platform/Linux/HomeFolder.hpp"
 #include "Platform/Linux/ProgramStart.hpp"
-#include "Utilities/Text.hpp"
 
 #include <sys/stat.h>
 
@@ -69,14 +68,7 @@ std::optional<std::string> LinuxWorkspace::applicationPath(std::string_view bund
 }
 
 std::optional<std::string> LinuxWorkspace::applicationIcon(std::string_view path) const {
-    if (!path.ends_with(".desktop")) {
-        // Packages name their icons like their programs.
-        const auto name = lastPathComponent(path);
-        return name.empty() ? std::nullopt : std::optional(std::string(name.substr(0, name.find('.'))));
-    }
-    const auto content = readFile(std::string(path));
-    const auto entry = content.bytes ? parseDesktopEntry(*content.bytes) : std::nullopt;
-    return entry && !entry->icon.empty() ? std::optional(entry->icon) : std::nullopt;
+    return trelvan::applicationIcon(path);
 }
 
 void LinuxWorkspace::openApplication(std::string_view path) {

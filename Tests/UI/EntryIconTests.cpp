@@ -1,0 +1,88 @@
+#include "Support/TestDesktop.hpp"
+#include "UI/EntryIcons.hpp"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <QImage>
+#include <filesystem>
+#include <fstream>
+
+namespace trelvan {
+namespace {
+
+constexpr int side = 44;
+
+/// A folder for images, and a desktop whose applications have no icons.
+class EntryIconTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        std::string name = std::filesystem::path(testing::TempDir()) / "trelvan-icons-XXXXXX";
+        folder = mkdtemp(name.data());
+    }
+    void TearDown() override { std::filesystem::remove_all(folder); }
+
+    std::string image(const std::string& name, QSize size) {
+        QImage picture(size, QImage::Format_ARGB32);
+        picture.fill(Qt::red);
+        const auto path = folder / name;
+        EXPECT_TRUE(picture.save(QString::fromStdString(path)));
+        return path;
+    }
+    QPixmap iconOf(const std::string& iconPath, qreal ratio = 1,
+                   SmartButtonItemKind kind = SmartButtonItemKind::shortcut) {
+        SmartButtonApp app;
+        app.kind = kind;
+        app.iconPath = iconPath;
+        app.path = "/Applications/None.app";
+        return entryIcon(app, desktop.workspace(), side, ratio);
+    }
+
+    std::filesystem::path folder;
+    test::TestDesktop desktop;
+};
+
+TEST_F(EntryIconTest, LargeImage_IsBroughtToTheSizeOfTheIcon) {
+    const QPixmap icon = iconOf(image("large.png", {3000, 2000}));
+    EXPECT_EQ(icon.size(), QSize(44, 29));
+}
+
+TEST_F(EntryIconTest, ScaledScreen_HasAsManyPixelsAsItShows) {
+    const QPixmap icon = iconOf(image("large.png", {512, 512}), 1.5);
+    EXPECT_EQ(icon.size(), QSize(66, 66));
+    EXPECT_EQ(icon.devicePixelRatio(), 1.5);
+}
+
+TEST_F(EntryIconTest, VectorImage_IsDrawnAtTheSizeOfTheIcon) {
+    const auto path = folder / "drawing.svg";
+    std::ofstream(path) << R"(<svg xmlns="http://www.w3.org/2000/svg" width="16" height="16">)"
+                        << R"(<rect width="16" height="16" fill="#00ff00"/></svg>)";
+    const QPixmap icon = iconOf(path, 2);
+    EXPECT_EQ(icon.size(), QSize(88, 88));
+    EXPECT_EQ(icon.toImage().pixelColor(44, 44), QColor(0, 255, 0));
+}
+
+TEST_F(EntryIconTest, NoImage_LeavesTheSymbol) {
+    const auto text = folder / "notes.png";
+    std::ofstream(text) << "no image";
+    EXPECT_TRUE(iconOf(text).isNull());
+    EXPECT_TRUE(iconOf("").isNull());
+    EXPECT_TRUE(iconOf(folder / "missing.png").isNull());
+    EXPECT_TRUE(iconOf(folder).isNull());
+}
+
+TEST_F(EntryIconTest, PipeInPlaceOfAnImage_IsNotWaitedFor) {
+    const auto pipe = folder / "pipe.png";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_TRUE(iconOf(pipe).isNull());
+}
+
+TEST_F(EntryIconTest, WrongEnding_IsReadByItsContent) {
+    const auto path = image("picture.png", {64, 64});
+    const auto renamed = folder / "picture.svg";
+    std::filesystem::rename(path, renamed);
+    EXPECT_EQ(iconOf(renamed).size(), QSize(44, 44));
+}
+
+}  // namespace
+}  // namespace trelvan
