@@ -2,6 +2,7 @@
 #include "DryRun/Explain.hpp"
 #include "DryRun/Recorder.hpp"
 #include "DryRun/RecordingFile.hpp"
+#include "DryRun/RecordingPanels.hpp"
 #include "DryRun/Simulation.hpp"
 #include "Platform/Platform.hpp"
 #include "TrelvanApp.hpp"
@@ -73,7 +74,8 @@ int recordEvents(int& argc, char** argv, const command::Record& options, AppLang
     int status = exitStatus::ok;
     {
         SmartButtonWindows windows = menuWindows(*platform);
-        TrelvanApp app(*platform, windows, AppLogger, &Uuid::random, &recorder);
+        RecordingPanels panels(windows, recorder);
+        TrelvanApp app(*platform, panels, AppLogger, &Uuid::random, &recorder);
         app.appear();
         status = platform->run();
     }

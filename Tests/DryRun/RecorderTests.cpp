@@ -1,6 +1,7 @@
 #include "DryRun/Recorder.hpp"
+#include "DryRun/RecordingPanels.hpp"
+#include "DryRun/SimulatedMenu.hpp"
 #include "DryRun/Simulation.hpp"
-#include "Support/FakePanels.hpp"
 #include "Support/TestDesktop.hpp"
 #include "TrelvanApp.hpp"
 
@@ -14,6 +15,7 @@ namespace trelvan {
 namespace {
 
 using test::TestDesktop;
+using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -30,7 +32,8 @@ class RecorderTest : public testing::Test {
             Recorder::Ports{desktop.eventTap(), desktop.inputState(), desktop.screens(),
                             desktop.userDefaults(), desktop.hotKeyTable(), desktop.clock()},
             [this](std::string_view line) { script.emplace_back(line); });
-        app = std::make_unique<TrelvanApp>(desktop, panels, desktop.logger, &Uuid::random, recorder.get());
+        panels = std::make_unique<RecordingPanels>(menu, *recorder);
+        app = std::make_unique<TrelvanApp>(desktop, *panels, desktop.logger, &Uuid::random, recorder.get());
         app->appear();
         desktop.time.runDue();
     }
@@ -45,6 +48,7 @@ class RecorderTest : public testing::Test {
             const auto kind = line.find("\"trace\":");
             if (line.find("\"trace\":\"event\"") != std::string::npos ||
                 line.find("\"trace\":\"post\"") != std::string::npos ||
+                line.find("\"trace\":\"menu\"") != std::string::npos ||
                 line.find("Ejecutando") != std::string::npos) {
                 result.push_back(line.substr(kind));
             }
@@ -53,8 +57,9 @@ class RecorderTest : public testing::Test {
     }
 
     TestDesktop desktop;
+    SimulatedMenu menu{desktop};
     std::unique_ptr<Recorder> recorder;
-    test::FakePanels panels;
+    std::unique_ptr<RecordingPanels> panels;
     std::unique_ptr<TrelvanApp> app;
     std::vector<std::string> script;
 };
@@ -90,6 +95,48 @@ TEST_F(RecorderTest, ReplayGivesTheSameDecisions) {
         EXPECT_FALSE(error) << line << *error;
     }
     simulation.finish();
+    EXPECT_GT(decisions(live).size(), 20U);
+    EXPECT_EQ(decisions(replayed), decisions(live));
+}
+
+TEST_F(RecorderTest, WhatIsDoneInTheMenuIsReplayed) {
+    desktop.defaults["trackball_profiles"] = Data{
+        std::string(R"([{"name":"P","mappings":[{"buttonNumber":3,"buttonLabel":"","action":"Smart Button"},)"
+                    R"({"buttonNumber":-100,"buttonLabel":"Up","action":"Copiar"}],"smartButton":{"apps":[)"
+                    R"({"name":"A","path":"/a"},{"name":"B","kind":"shortcut","shortcut":)"
+                    R"({"keyCode":3,"modifiersRawValue":1048576,"displayString":"F"}}]}}])")};
+    std::vector<std::string> live;
+    TraceWriter writer([&live](std::string_view line) { live.emplace_back(line); });
+    desktop.onTrace = [&writer](const TraceEntry& entry) { writer.write(entry); };
+    start();
+    const auto open = [this] {
+        send({.type = EventType::otherMouseDown, .buttonNumber = 3});
+        send({.type = EventType::otherMouseUp, .buttonNumber = 3});
+        // Over the menu the wheel is not a button.
+        send({.type = EventType::scrollWheel, .scrollDeltaAxis1 = 2});
+        return *menu.view();
+    };
+    const auto scroll = [this] { send({.type = EventType::scrollWheel, .scrollDeltaAxis1 = 2}); };
+    const auto first = open();
+    first.onLaunch(first.apps[1]);
+    scroll();
+    open().onDismiss();
+    scroll();
+    open().onOpenApplications();
+    scroll();
+    open().onEdit();
+    scroll();
+    desktop.time.runUntilBackgroundIsEmpty();
+    desktop.onTrace = nullptr;
+
+    std::vector<std::string> replayed;
+    Simulation simulation(macShortcuts, [&replayed](std::string_view line) { replayed.emplace_back(line); });
+    for (const auto& line : script) {
+        const auto error = simulation.runLine(line);
+        EXPECT_FALSE(error) << line << *error;
+    }
+    simulation.finish();
+    EXPECT_THAT(script, Contains(HasSubstr(R"("do":"call","operation":"chooseEntry","index":1})")));
     EXPECT_GT(decisions(live).size(), 20U);
     EXPECT_EQ(decisions(replayed), decisions(live));
 }

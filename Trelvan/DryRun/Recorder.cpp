@@ -79,6 +79,14 @@ TapAnswer Recorder::see(void* self, TapEvent& event) {
     return recorder.callback_(recorder.userInfo_, event);
 }
 
+void Recorder::writeCall(std::string_view operation, std::optional<std::int64_t> index) {
+    if (!start_) return;
+    begin("call");
+    line_.add("operation", operation);
+    if (index) line_.add("index", *index);
+    end();
+}
+
 void Recorder::begin(std::string_view action) {
     line_.begin();
     const double at = (ports_.clock.uptime() - *start_).count();

@@ -8,6 +8,7 @@
 #include "Platform/Screens.hpp"
 #include "Platform/UserDefaults.hpp"
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -38,6 +39,10 @@ class Recorder final : public EventTap {
     [[nodiscard]] bool create(std::uint64_t mask, Callback callback, void* userInfo) override;
     void enable(bool on) override { ports_.tap.enable(on); }
     void remove() override { ports_.tap.remove(); }
+
+    /// Writes that a person did this now, with the place in a list where the operation takes one. Nothing
+    /// before the script's head.
+    void writeCall(std::string_view operation, std::optional<std::int64_t> index = std::nullopt);
 
   private:
     static TapAnswer see(void* self, TapEvent& event);
