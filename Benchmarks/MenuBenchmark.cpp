@@ -28,9 +28,11 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 constexpr double bound = 50;
 constexpr int entries = 8;
 constexpr int opener = 3;
-constexpr int openings = 40;
+constexpr int openings = 30;
 constexpr int starts = 5;
 constexpr std::chrono::microseconds pollInterval{200};
+/// No faster than a hand: what fires too often is stopped.
+constexpr std::chrono::milliseconds handInterval{150};
 
 /// The colour of one pixel of what is seen on the screen.
 unsigned long pixelAt(ClientWindow& client, Position place) {
@@ -67,6 +69,7 @@ double open(VirtualDesktop& desktop, ClientWindow& client) {
     desktop.keyboard().keyStroke(client.keyCode(XK_Escape));
     if (!waitForPixel(client, shown, [&](unsigned long pixel) { return pixel == before; }))
         throw std::runtime_error("the menu does not close");
+    std::this_thread::sleep_for(handInterval);
     return time;
 }
 

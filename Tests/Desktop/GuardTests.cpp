@@ -370,5 +370,30 @@ TEST_F(GuardTest, StoppedGuardDisturbsNobody) {
     ::kill(process, SIGCONT);
 }
 
+TEST_F(GuardTest, ProgramThatIsOnlyBehindKeepsTheDevices) {
+    start(Settings());
+    client().forget();
+    // A program that gets the processor for a few milliseconds now and then, and more to do than these
+    // suffice for.
+    constexpr int rounds = 30;
+    constexpr int turns = 60;
+    constexpr int notches = 9;
+    constexpr int all = rounds * turns * notches;
+    trackball().setWaiting(false);
+    for (int round = 0; round < rounds; ++round) {
+        program().signal(SIGSTOP);
+        for (int turn = 0; turn < turns; ++turn) trackball().scrollVerticalAtOnce(notches);
+        trackball().settle();
+        waitUntil([] { return false; }, std::chrono::milliseconds{60});
+        program().signal(SIGCONT);
+        waitUntil([] { return false; }, std::chrono::milliseconds{2});
+    }
+    trackball().setWaiting(true);
+    EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, 4, all, std::chrono::seconds{60}));
+    passSentinel();
+    EXPECT_EQ(client().count(Kind::buttonRelease, 4), all);
+    EXPECT_EQ(program().output().find("reactivado"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace trelvan::desktop

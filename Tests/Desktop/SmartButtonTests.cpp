@@ -70,7 +70,7 @@ class SmartButtonTest : public DesktopTest {
         EXPECT_TRUE(waitUntil([&] {
             client().forget();
             desktop().keyboard().keyStroke(client().keyCode(XK_F5));
-            return !client().waitForStroke({XK_F5, 0}, std::chrono::milliseconds{20});
+            return !client().waitForStroke({XK_F5, 0}, std::chrono::milliseconds{60});
         }));
         return {std::clamp(place.x, margin, VirtualDesktop::width - margin),
                 std::clamp(place.y, margin, VirtualDesktop::height - margin)};
@@ -93,6 +93,12 @@ class SmartButtonTest : public DesktopTest {
         int revert = 0;
         XGetInputFocus(client().connection().get(), &window, &revert);
         return window;
+    }
+    /// What was typed, without the keys that only tried whether the menu holds the keyboard.
+    std::vector<KeyStroke> strokes() {
+        auto all = client().strokes();
+        std::erase(all, KeyStroke{XK_F5, 0});
+        return all;
     }
     /// What is typed reaches the application again.
     void expectKeyboardFree() {
@@ -133,7 +139,7 @@ TEST_F(SmartButtonTest, ClickOnAShortcutTypesItIntoTheApplication) {
     EXPECT_TRUE(isClosed());
     EXPECT_EQ(focus(), before);
     EXPECT_EQ(buttonsArrived(), std::vector<unsigned>{});
-    EXPECT_EQ(client().strokes(), (std::vector<KeyStroke>{{XK_c, ControlMask}}));
+    EXPECT_EQ(strokes(), (std::vector<KeyStroke>{{XK_c, ControlMask}}));
 }
 
 TEST_F(SmartButtonTest, EveryCornerHasTheWholeMenu) {
@@ -182,7 +188,7 @@ TEST_F(SmartButtonTest, KeysChooseAnEntryAlthoughTheApplicationKeepsTheFocus) {
     desktop().keyboard().keyStroke(client().keyCode(XK_Return));
     EXPECT_TRUE(client().waitForStroke({XK_c, ControlMask}));
     EXPECT_TRUE(isClosed());
-    EXPECT_EQ(client().strokes(), (std::vector<KeyStroke>{{XK_c, ControlMask}}));
+    EXPECT_EQ(strokes(), (std::vector<KeyStroke>{{XK_c, ControlMask}}));
     expectKeyboardFree();
 }
 
@@ -192,7 +198,7 @@ TEST_F(SmartButtonTest, EscapeClosesTheMenu) {
     desktop().keyboard().keyStroke(client().keyCode(XK_Escape));
     EXPECT_TRUE(isClosed());
     expectKeyboardFree();
-    EXPECT_EQ(client().strokes(), (std::vector<KeyStroke>{{XK_a, 0}}));
+    EXPECT_EQ(strokes(), (std::vector<KeyStroke>{{XK_a, 0}}));
 }
 
 TEST_F(SmartButtonTest, ClickOutsideClosesTheMenuAndReachesNoApplication) {

@@ -10,6 +10,7 @@
 #include <array>
 #include <chrono>
 #include <optional>
+#include <utility>
 
 namespace trelvan {
 
@@ -46,7 +47,11 @@ class Watch {
             if (!sawInput()) continue;
             select(false);
             ask();
-            if (waitForOwner(Clock::now() + patience)) return;
+            // The question stands behind all that came before it: as long as the loop comes on, it is only
+            // late.
+            do {
+                if (waitForOwner(Clock::now() + patience)) return;
+            } while (!isAnswered() && comesOn());
             judge();
             XSync(display_, x11::yes);
             select(true);
@@ -90,6 +95,7 @@ class Watch {
         window_ = page_.freed == 0 ? page_.grabWindow.load() : 0;
         if (window_ == 0) return;
         ++asked_;
+        handled_ = page_.handled;
         down_ = {page_.byPoster.buttons.all(), page_.byPoster.keys.all()};
         XEvent event{};
         event.xclient.type = ClientMessage;
@@ -101,8 +107,18 @@ class Watch {
         XFlush(display_);
     }
 
+    [[nodiscard]] bool isAnswered() const {
+        return window_ == 0 || page_.answered == asked_ || page_.grabWindow != window_;
+    }
+
+    /// Whether the main loop has handled anything since this was last asked.
+    [[nodiscard]] bool comesOn() {
+        const std::uint32_t now = page_.handled;
+        return std::exchange(handled_, now) != now;
+    }
+
     void judge() {
-        if (window_ == 0 || page_.answered == asked_ || page_.grabWindow != window_) return;
+        if (isAnswered()) return;
         // From here on the main loop drops what it has not handled yet.
         page_.freed = 1;
         // The posting thread may well be at work: what went down since the question is its own affair.
@@ -131,6 +147,7 @@ class Watch {
     Atom question_;
     Window window_ = 0;
     std::uint32_t asked_ = 0;
+    std::uint32_t handled_ = 0;
     Down down_;
 };
 

@@ -20,7 +20,7 @@ struct Pressed {
 /// entry too many is possible and one too few is not. No pointers, no locks: a process may end anywhere.
 struct HeldPage {
     /// Changes with the layout: a page of another version is not read.
-    static constexpr std::uint64_t currentVersion = 0x5452454C'0001U;
+    static constexpr std::uint64_t currentVersion = 0x5452454C'0002U;
 
     std::atomic<std::uint64_t> version{currentVersion};
     Pressed byTap;
@@ -33,6 +33,8 @@ struct HeldPage {
     std::atomic<std::uint32_t> grabWindow{0};
     /// The guard's last question that the main loop has answered.
     std::atomic<std::uint32_t> answered{0};
+    /// Counts the events that the main loop has handled; what a loop does that is only behind.
+    std::atomic<std::uint32_t> handled{0};
     /// Not 0 once the guard took the devices away; the tap sets it back.
     std::atomic<std::uint32_t> freed{0};
 };

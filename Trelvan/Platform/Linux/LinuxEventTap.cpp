@@ -211,6 +211,8 @@ void LinuxEventTap::refreshAxes(int deviceId) {
 
 void LinuxEventTap::handle(_XEvent& event) {
     if (depth_ == 0) leaving_.clear();
+    // One writer: a load and a store cost less than an atomic sum.
+    page_.handled.store(page_.handled.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
     window_.answer(event);
     if (depth_ == 0 && (window_.isLost(event) || page_.freed.load(std::memory_order_relaxed) != 0)) recover();
     if (event.type == ConfigureNotify && event.xconfigure.window == pump_.connection().root()) {
