@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <QCoreApplication>
 #include <QImage>
 #include <filesystem>
 #include <fstream>
@@ -35,11 +36,16 @@ class EntryIconTest : public testing::Test {
         app.kind = kind;
         app.iconPath = iconPath;
         app.path = "/Applications/None.app";
-        return entryIcon(app, desktop.workspace(), side, ratio);
+        std::optional<QPixmap> loaded;
+        icons.load(app, side, ratio, [&](QPixmap icon) { loaded = std::move(icon); });
+        icons.finish();
+        EXPECT_TRUE(loaded.has_value());
+        return loaded.value_or(QPixmap());
     }
 
     std::filesystem::path folder;
     test::TestDesktop desktop;
+    EntryIcons icons{desktop.workspace()};
 };
 
 TEST_F(EntryIconTest, LargeImage_IsBroughtToTheSizeOfTheIcon) {
@@ -75,6 +81,34 @@ TEST_F(EntryIconTest, PipeInPlaceOfAnImage_IsNotWaitedFor) {
     const auto pipe = folder / "pipe.png";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_TRUE(iconOf(pipe).isNull());
+}
+
+TEST_F(EntryIconTest, EntryWithoutAFile_IsToldOfAtOnce) {
+    bool isDone = false;
+    icons.load({}, side, 1, [&](const QPixmap& icon) { isDone = icon.isNull(); });
+    EXPECT_TRUE(isDone);
+}
+
+TEST_F(EntryIconTest, FileIsReadOnAnotherThread_AndToldOfOnThisOne) {
+    SmartButtonApp app;
+    app.iconPath = image("large.png", {100, 100});
+    bool isDone = false;
+    icons.load(app, side, 1, [&](const QPixmap&) { isDone = true; });
+    EXPECT_FALSE(isDone);
+    icons.finish();
+    EXPECT_TRUE(isDone);
+}
+
+TEST_F(EntryIconTest, LoaderThatIsGone_TellsNothing) {
+    SmartButtonApp app;
+    app.iconPath = image("large.png", {100, 100});
+    bool isDone = false;
+    {
+        EntryIcons passing(desktop.workspace());
+        passing.load(app, side, 1, [&](const QPixmap&) { isDone = true; });
+    }
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(isDone);
 }
 
 TEST_F(EntryIconTest, WrongEnding_IsReadByItsContent) {

@@ -21,19 +21,9 @@ namespace {
 /// An overlay on the toolkit's screen without a display, and what it told.
 class SmartButtonOverlayTest : public testing::Test {
   protected:
-    using Change = std::function<void(SmartButtonApp&)>;
-
     void open(const std::vector<std::string>& names, AppLanguage language = AppLanguage::english) {
-        open(
-            names, [](SmartButtonApp&) {}, language);
-    }
-    void open(const std::vector<std::string>& names, const Change& change,
-              AppLanguage language = AppLanguage::english) {
         SmartButtonRadialView view;
-        for (const auto& name : names) {
-            view.apps.emplace_back().name = name;
-            change(view.apps.back());
-        }
+        for (const auto& name : names) view.apps.emplace_back().name = name;
         view.onLaunch = [this](const SmartButtonApp& app) { launched.push_back(app.name); };
         view.onEdit = [this] { ++edits; };
         view.onOpenApplications = [this] { ++folders; };
@@ -42,13 +32,12 @@ class SmartButtonOverlayTest : public testing::Test {
         const QRect frame = screen->geometry();
         const Rect area{0, 0, static_cast<double>(frame.width()), static_cast<double>(frame.height())};
         layout = RadialLayout::make({area.width / 2, area.height / 2}, area, names.size());
-        overlay = std::make_unique<SmartButtonOverlay>(
-            std::move(view), layout, screen,
-            SmartButtonOverlay::Look{.theme = RadialTheme::light(),
-                                     .language = language,
-                                     .isAnimated = false,
-                                     .isComposited = true,
-                                     .icon = [](const SmartButtonApp&, int, qreal) { return QPixmap(); }});
+        overlay = std::make_unique<SmartButtonOverlay>(std::move(view), layout, screen,
+                                                       SmartButtonOverlay::Look{.theme = RadialTheme::light(),
+                                                                                .language = language,
+                                                                                .isAnimated = false,
+                                                                                .isComposited = true,
+                                                                                .loadIcon = loadIcon});
         overlay->appear();
     }
     void sendKey(QEvent::Type type, int key, bool isRepeat = false) {
@@ -73,6 +62,8 @@ class SmartButtonOverlayTest : public testing::Test {
         }
     }
 
+    std::function<void(const SmartButtonApp&, int, qreal, std::function<void(QPixmap)>)> loadIcon =
+        [](const SmartButtonApp&, int, qreal, const std::function<void(QPixmap)>& done) { done({}); };
     RadialLayout layout;
     std::unique_ptr<SmartButtonOverlay> overlay;
     std::vector<std::string> launched;
@@ -315,13 +306,20 @@ TEST_F(SmartButtonOverlayTest, ScreenReadersFindAMenuOfButtons) {
     EXPECT_TRUE(entry->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
 }
 
-TEST_F(SmartButtonOverlayTest, ImagesThatTheUserChose_AreReadOnceTheMenuWasPainted) {
-    open(numbered(2), [](SmartButtonApp& app) { app.iconPath = app.name == "Entry 1" ? "/x.png" : ""; });
-    EXPECT_FALSE(overlay->entries()[0]->icon().has_value());
-    EXPECT_TRUE(overlay->entries()[1]->icon().has_value());
-    overlay->grab();
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(overlay->entries()[0]->icon().has_value());
+TEST_F(SmartButtonOverlayTest, IconThatComesLater_IsShownThenAndNeededByNobodyOnceTheMenuIsGone) {
+    std::vector<std::function<void(QPixmap)>> waiting;
+    loadIcon = [&](const SmartButtonApp&, int side, qreal, std::function<void(QPixmap)> done) {
+        EXPECT_EQ(side, 44);
+        waiting.push_back(std::move(done));
+    };
+    open(numbered(2));
+    ASSERT_EQ(waiting.size(), 2U);
+    EXPECT_FALSE(overlay->entries()[1]->icon().has_value());
+    waiting[1](QPixmap(44, 44));
+    ASSERT_TRUE(overlay->entries()[1]->icon().has_value());
+    EXPECT_EQ(overlay->entries()[1]->icon()->size(), QSize(44, 44));
+    overlay.reset();
+    waiting[0](QPixmap(44, 44));
 }
 
 TEST_F(SmartButtonOverlayTest, TextIsReadableInBothThemes) {

@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QPropertyAnimation>
 #include <QRadialGradient>
 #include <QScreen>
@@ -25,6 +26,7 @@ namespace {
 constexpr int fadeMilliseconds = 140;
 /// The first painting already shows the menu.
 constexpr double firstOpacity = 0.35;
+constexpr std::chrono::milliseconds iconPause{15};
 constexpr int shadowWidth = 18;
 constexpr int gridSize = 30;
 constexpr int smallControlSize = 36;
@@ -106,7 +108,7 @@ SmartButtonOverlay::SmartButtonOverlay(SmartButtonRadialView view, const RadialL
     addEntries();
     addControls();
     watchScreen(screen);
-    loadIcons();
+    loadIcons(0);
 }
 
 SmartButtonOverlay::~SmartButtonOverlay() {
@@ -149,20 +151,21 @@ void SmartButtonOverlay::addButton(RadialButton* button) {
     buttons_.push_back(button);
 }
 
-/// The icons that are there soon come with the menu; the others one turn of the main loop after the other,
-/// once it was painted. A file that the user has chosen may be an image of any size.
-void SmartButtonOverlay::loadIcons() {
+/// The icons that are there soon come with the menu, the others a moment later.
+void SmartButtonOverlay::loadIcons(std::size_t from) {
     QElapsedTimer clock;
     clock.start();
     const qreal ratio = screen()->devicePixelRatio();
-    for (std::size_t index = 0; index < entries_.size(); ++index) {
-        const SmartButtonApp& app = view_.apps[index];
-        if (entries_[index]->icon() || (!wasPainted_ && !app.iconPath.empty())) continue;
+    for (std::size_t index = from; index < entries_.size(); ++index) {
         if (clock.hasExpired(iconPatience.count())) {
-            if (wasPainted_) QTimer::singleShot(0, this, [this] { loadIcons(); });
+            // Not at once: what is painted by now has to get to the screen first.
+            QTimer::singleShot(iconPause, this, [this, index] { loadIcons(index); });
             return;
         }
-        entries_[index]->showIcon(look_.icon(app, RadialEntryButton::iconSide, ratio));
+        look_.loadIcon(view_.apps[index], RadialEntryButton::iconSide, ratio,
+                       [entry = QPointer(entries_[index])](QPixmap icon) {
+                           if (entry) entry->showIcon(std::move(icon));
+                       });
     }
 }
 
@@ -312,7 +315,6 @@ void SmartButtonOverlay::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     if (!behind_.isNull()) painter.drawPixmap(0, 0, behind_);
     painter.fillRect(rect(), look_.theme.scrim);
-    if (!std::exchange(wasPainted_, true)) QTimer::singleShot(0, this, [this] { loadIcons(); });
 }
 
 void SmartButtonOverlay::mousePressEvent(QMouseEvent* /*event*/) {

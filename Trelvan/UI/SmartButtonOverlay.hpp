@@ -29,12 +29,14 @@ class SmartButtonOverlay final : public QWidget {
         bool isAnimated = true;
         /// Whether the window can be translucent; if not, it shows a picture of what it covers.
         bool isComposited = true;
-        /// The icon of an entry at a side in points and a ratio of pixels to points; a null one for the drawn
-        /// symbol. May take its time: what is not there soon is loaded after the menu was first painted.
-        std::function<QPixmap(const SmartButtonApp& app, int side, qreal ratio)> icon;
+        /// Brings the icon of an entry at a side in points and a ratio of pixels to points, a null one for
+        /// the drawn symbol; at once or later.
+        std::function<void(const SmartButtonApp& app, int side, qreal ratio,
+                           std::function<void(QPixmap icon)> done)>
+            loadIcon;
     };
 
-    /// How long icons may hold up the first painting.
+    /// How long icons may hold up the first painting, or anything else after it, at a time.
     static constexpr std::chrono::milliseconds iconPatience{10};
 
     /// Shows nothing yet. `layout` is in this window's points.
@@ -69,7 +71,7 @@ class SmartButtonOverlay final : public QWidget {
     void addEntries();
     void addControls();
     void addButton(RadialButton* button);
-    void loadIcons();
+    void loadIcons(std::size_t from);
     void fadeIn();
     void watchScreen(const QScreen* screen);
     /// What the key chooses at its release; none when it is no key that chooses.
@@ -96,7 +98,6 @@ class SmartButtonOverlay final : public QWidget {
     /// The key that was pressed here and not yet released; 0 for none.
     int heldKey_ = 0;
     bool isPressed_ = false;
-    bool wasPainted_ = false;
     bool isGone_ = false;
     int calls_ = 0;
 };

@@ -1,7 +1,5 @@
 #include "UI/SmartButtonWindows.hpp"
 
-#include "UI/EntryIcons.hpp"
-
 #include <QApplication>
 #include <QPalette>
 #include <QScreen>
@@ -96,6 +94,8 @@ std::unique_ptr<SmartButtonPanels::Panel> SmartButtonWindows::showOverlay(SmartB
     const Rect overlayFrame{0, 0, view.screenFrame.width / scale, view.screenFrame.height / scale};
     const auto layout =
         RadialLayout::make(pointer, overlayFrame, view.apps.size(), view.radius, view.outerRingRadius);
+    // Those of a menu that is gone.
+    icons_.forget();
     auto overlay = std::make_unique<SmartButtonOverlay>(std::move(view), layout, screen, look());
     overlay->appear();
     return std::make_unique<OverlayPanel>(std::move(overlay));
@@ -112,13 +112,13 @@ QScreen* SmartButtonWindows::screenOf(const Rect& frame) const {
     return place < screens.size() ? screens[place] : primary;
 }
 
-SmartButtonOverlay::Look SmartButtonWindows::look() const {
+SmartButtonOverlay::Look SmartButtonWindows::look() {
     return {.theme = isDark(ports_.defaults, ports_.appearance) ? RadialTheme::dark() : RadialTheme::light(),
             .language = languageFromSetting(languageSetting(ports_.defaults)),
             .isAnimated = isAnimated(ports_.appearance),
             .isComposited = ports_.appearance.composites(),
-            .icon = [this](const SmartButtonApp& app, int side, qreal ratio) {
-                return entryIcon(app, ports_.workspace, side, ratio);
+            .loadIcon = [this](const SmartButtonApp& app, int side, qreal ratio, EntryIcons::Done done) {
+                icons_.load(app, side, ratio, std::move(done));
             }};
 }
 

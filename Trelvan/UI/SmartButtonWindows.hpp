@@ -5,6 +5,7 @@
 #include "Platform/Screens.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Platform/Workspace.hpp"
+#include "UI/EntryIcons.hpp"
 #include "UI/SmartButtonOverlay.hpp"
 
 #include <QWidget>
@@ -29,18 +30,19 @@ class SmartButtonWindows final : public SmartButtonPanels {
         std::unique_ptr<QWidget> widget;
     };
 
-    explicit SmartButtonWindows(const Ports& ports) : ports_(ports) {}
+    explicit SmartButtonWindows(const Ports& ports) : ports_(ports), icons_(ports.workspace) {}
 
     [[nodiscard]] std::unique_ptr<Panel> showOverlay(SmartButtonRadialView view) override;
     void activate() override;
     [[nodiscard]] std::unique_ptr<Editor> makeEditor() override;
 
   private:
-    [[nodiscard]] SmartButtonOverlay::Look look() const;
+    [[nodiscard]] SmartButtonOverlay::Look look();
     /// The toolkit's screen that shows the frame.
     [[nodiscard]] QScreen* screenOf(const Rect& frame) const;
 
     Ports ports_;
+    EntryIcons icons_;
 };
 
 }  // namespace trelvan
