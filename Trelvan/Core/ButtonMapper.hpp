@@ -48,8 +48,8 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
     /// The start page of a public AI chat service.
     static constexpr std::string_view exploreAIAddress = "https://duck.ai/";
 
-    ButtonMapper(const Ports& ports, ProfileProvider profile,
-                 std::weak_ptr<SmartButtonMenu> smartButtonMenu, Logger& logger);
+    ButtonMapper(const Ports& ports, ProfileProvider profile, std::weak_ptr<SmartButtonMenu> smartButtonMenu,
+                 Logger& logger);
 
     /// Whether the press was handled, so that the event is to be swallowed.
     bool execute(std::int64_t buttonNumber, EventFlags eventFlags);

@@ -1,5 +1,4 @@
 #include "Platform/Linux/AutostartEntry.hpp"
-
 #include "Platform/Linux/DesktopEntry.hpp"
 
 #include <gtest/gtest.h>
@@ -72,7 +71,8 @@ TEST(AutostartEntryTests, OpenQuoteLeavesNoProgram) {
 
 TEST(AutostartEntryTests, NewProgramKeepsEverythingElse) {
     const std::string entry =
-        "# mine\n[Desktop Entry]\nType=Application\nTryExec=/old/trelvan\nExec=/old/trelvan --config \"/a b\"\n"
+        "# mine\n[Desktop Entry]\nType=Application\nTryExec=/old/trelvan\nExec=/old/trelvan --config \"/a "
+        "b\"\n"
         "OnlyShowIn=XFCE;\n\n[Desktop Action x]\nExec=/old/other\n";
     EXPECT_EQ(withProgram(entry, "/new place/trelvan"),
               "# mine\n[Desktop Entry]\nType=Application\n"

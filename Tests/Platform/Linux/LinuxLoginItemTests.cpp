@@ -1,6 +1,5 @@
-#include "Platform/Linux/LinuxLoginItem.hpp"
-
 #include "Platform/Linux/DurableFile.hpp"
+#include "Platform/Linux/LinuxLoginItem.hpp"
 
 #include <gtest/gtest.h>
 
