@@ -64,6 +64,20 @@ TEST_F(SimulationTest, KeysOfServiceLinesAreChecked) {
     EXPECT_EQ(run(R"({"do":"fail","what":"loginItem","on":true})"), "");
 }
 
+TEST_F(SimulationTest, StatesOfTheSystemAreChecked) {
+    EXPECT_EQ(run(R"({"do":"battery","sources":[{"current":20,"max":100,"state":"Battery Power"}]})"), "");
+    EXPECT_EQ(run(R"({"do":"battery","sources":[]})"), "");
+    EXPECT_EQ(run(R"({"do":"battery","sources":null})"), "");
+    EXPECT_EQ(run(R"({"do":"battery"})"), "sources: required key is missing");
+    EXPECT_EQ(run(R"({"do":"battery","sources":[{"current":20,"max":100}]})"),
+              "sources[0].state: required key is missing");
+    EXPECT_EQ(run(R"({"do":"fnState","value":true})"), "");
+    EXPECT_THAT(run(R"({"do":"fnState","value":1})"), HasSubstr("value: "));
+    EXPECT_EQ(run(R"({"do":"doNotDisturb","value":true})"), "");
+    EXPECT_EQ(run(R"({"do":"doNotDisturb","value":null})"), "");
+    EXPECT_EQ(run(R"({"do":"doNotDisturb"})"), "value: required key is missing");
+}
+
 TEST_F(SimulationTest, MicrophoneListsAreChecked) {
     EXPECT_EQ(run(R"({"do":"microphone"})"), "present: required key is missing");
     EXPECT_THAT(run(R"({"do":"microphone","present":true,"mute":1})"), HasSubstr("mute: expected a list"));

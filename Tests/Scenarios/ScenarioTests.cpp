@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -31,7 +32,25 @@ std::vector<fs::path> scripts() {
     return result;
 }
 
-class ScenarioTest : public testing::TestWithParam<fs::path> {};
+/// Runs in a folder of its own, with what is in `files`, so that scripts may name files.
+class ScenarioTest : public testing::TestWithParam<fs::path> {
+  protected:
+    void SetUp() override {
+        std::string name = testing::TempDir() + "scenario-XXXXXX";
+        place_ = mkdtemp(name.data());
+        fs::copy(fs::path(TRELVAN_SCENARIOS) / "files", place_);
+        before_ = fs::current_path();
+        fs::current_path(place_);
+    }
+    void TearDown() override {
+        fs::current_path(before_);
+        fs::remove_all(place_);
+    }
+
+  private:
+    fs::path place_;
+    fs::path before_;
+};
 
 TEST_P(ScenarioTest, TraceIsTheGoldenOne) {
     std::vector<std::string> trace;

@@ -55,15 +55,15 @@ void ProfileManager::load() {
     auto loaded = storedProfiles();
     if (loaded && !loaded->empty()) {
         for (auto& profile : *loaded) profile = normalizeProfile(std::move(profile));
-        replaceProfiles(std::move(*loaded));
+        putProfiles(std::move(*loaded));
     } else {
-        replaceProfiles({defaultProfile()});
+        putProfiles({defaultProfile()});
     }
 
     std::optional<Uuid> active;
     if (const auto text = asText(defaults_.object(activeKey))) active = Uuid::parse(*text);
     if (!active || !indexOf(*active)) active = profiles->front().id;
-    replaceActiveProfileID(active);
+    putActiveProfileID(active);
     logger_.info(
         ShortText("Perfiles cargados: ", profiles->size(), ". Activo: '", activeProfile().name, "'"));
 }
@@ -130,7 +130,7 @@ void ProfileManager::setActive(const TrackballProfile& profile) {
     // The argument may be an element of what observers of the change are about to replace.
     const std::string name = profile.name;
     const Uuid id = profile.id;
-    replaceActiveProfileID(id);
+    putActiveProfileID(id);
     defaults_.set(activeKey, id.text());
     logger_.info(ShortText("Perfil activo: '", name, "'"));
 }
@@ -141,7 +141,7 @@ TrackballProfile ProfileManager::createProfile(std::string name) {
     created.name = std::move(name);
     Profiles changed = profiles;
     changed.push_back(created);
-    replaceProfiles(std::move(changed));
+    putProfiles(std::move(changed));
     save();
     logger_.info(ShortText("Perfil creado: '", created.name, "'"));
     return created;
@@ -163,7 +163,7 @@ TrackballProfile ProfileManager::duplicate(const TrackballProfile& profile) {
     copy = normalizeProfile(std::move(copy));
     Profiles changed = profiles;
     changed.push_back(copy);
-    replaceProfiles(std::move(changed));
+    putProfiles(std::move(changed));
     save();
     return copy;
 }
@@ -180,8 +180,8 @@ void ProfileManager::deleteProfile(const Uuid& profileID) {
     Profiles changed = profiles;
     const std::string name = std::move(changed[*index].name);
     changed.erase(std::next(changed.begin(), static_cast<std::ptrdiff_t>(*index)));
-    replaceProfiles(std::move(changed));
-    if (activeProfileID.get() == removed) replaceActiveProfileID(profiles->front().id);
+    putProfiles(std::move(changed));
+    if (activeProfileID.get() == removed) putActiveProfileID(profiles->front().id);
     save();
     logger_.info(ShortText("Perfil eliminado: '", name, "'"));
 }
@@ -282,13 +282,13 @@ const TrackballProfile& ProfileManager::minimalProfile() const {
     return *minimalProfile_;
 }
 
-void ProfileManager::replaceProfiles(Profiles changed) {
+void ProfileManager::putProfiles(Profiles changed) {
     profiles = std::move(changed);
     // Only now: an observer that asked for the snapshot was told before the change and got the old one.
     snapshot_.reset();
 }
 
-void ProfileManager::replaceActiveProfileID(std::optional<Uuid> changed) {
+void ProfileManager::putActiveProfileID(std::optional<Uuid> changed) {
     activeProfileID = changed;
     snapshot_.reset();
 }
@@ -297,7 +297,7 @@ template <typename Change>
 void ProfileManager::changeProfile(std::size_t index, Change&& change) {
     Profiles changed = profiles;
     std::forward<Change>(change)(changed[index]);
-    replaceProfiles(std::move(changed));
+    putProfiles(std::move(changed));
 }
 
 }  // namespace trelvan

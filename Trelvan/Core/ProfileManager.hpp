@@ -1,8 +1,10 @@
 #pragma once
 
+#include "Core/Model/Backup.hpp"
 #include "Core/Model/CodingError.hpp"
 #include "Core/Model/ProfileSnapshot.hpp"
 #include "Core/Model/TrackballProfile.hpp"
+#include "Platform/Files.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Utilities/Logger.hpp"
 #include "Utilities/PublishedBy.hpp"
@@ -14,12 +16,25 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 namespace trelvan {
 
 /// Which neighbour a mapping changes places with.
 enum class MoveDirection { towardsStart, towardsEnd };
+
+/// Why a file of profiles was not taken.
+enum class ProfileTransferError { invalidJSON, emptyImport };
+
+/// For the user, in Spanish.
+[[nodiscard]] std::string_view description(ProfileTransferError error);
+
+/// An export or an import that failed, for the user; `kind` where the file could be read and was no good.
+struct TransferError {
+    std::string text;
+    std::optional<ProfileTransferError> kind;
+};
 
 /// Owns the list of profiles and the choice of the active one, and keeps both in the user defaults.
 ///
@@ -72,7 +87,22 @@ class ProfileManager {
     void removeExtraButtonMapping(const Uuid& mappingID, const Uuid& profileID);
     void moveMapping(const Uuid& mappingID, const Uuid& profileID, MoveDirection direction);
 
+    /// Writes all profiles, the choice of the active one and the settings to a file, as indented JSON with
+    /// its keys in alphabetical order.
+    [[nodiscard]] std::optional<TransferError> exportBackup(
+        Files& files, const std::string& path, std::optional<AppSettingsSnapshot> settings) const;
+    /// Puts other profiles in the place of all there are, the default one for none; one whose identifier is
+    /// taken gets a new one. The preferred profile becomes active, else the first. How many there are now.
+    std::int64_t replaceProfiles(Profiles incoming, const std::optional<Uuid>& preferredActiveID);
+    /// Adds the one profile or the list of profiles of a file; how many. Nothing is added where it fails.
+    [[nodiscard]] std::variant<std::int64_t, TransferError> importProfiles(Files& files,
+                                                                           const std::string& path);
+    /// Takes a file over: a backup replaces all profiles, anything else is added.
+    [[nodiscard]] std::variant<BackupImportResult, TransferError> importBackup(Files& files,
+                                                                               const std::string& path);
+
   private:
+    [[nodiscard]] std::variant<std::int64_t, TransferError> addProfiles(std::string_view bytes);
     [[nodiscard]] std::optional<Profiles> storedProfiles();
     void keepUnreadable(const DefaultsValue& stored, std::string_view reason);
     [[nodiscard]] bool putUnreadableAside();
@@ -82,8 +112,8 @@ class ProfileManager {
     void appendToActive(std::int64_t buttonNumber, std::string label);
     [[nodiscard]] const TrackballProfile& defaultProfile() const;
     [[nodiscard]] const TrackballProfile& minimalProfile() const;
-    void replaceProfiles(Profiles changed);
-    void replaceActiveProfileID(std::optional<Uuid> changed);
+    void putProfiles(Profiles changed);
+    void putActiveProfileID(std::optional<Uuid> changed);
     template <typename Change>
     void changeProfile(std::size_t index, Change&& change);
 

@@ -1,6 +1,8 @@
 #include "DryRun/Operations.hpp"
 
+#include "Core/SettingsTransfer.hpp"
 #include "DryRun/ScriptLines.hpp"
+#include "Platform/Files.hpp"
 
 #include <array>
 #include <concepts>
@@ -21,6 +23,7 @@ CodingError wrong(std::string_view key, std::string problem) {
 struct Call {
     TrelvanApp& app;
     const SimulatedMenu& menu;
+    UserDefaults& defaults;
     const UuidSource& uuids;
     const Value& line;
     std::function<void(const Outcome&)> tell;
@@ -289,6 +292,31 @@ Problem menuDismiss(const Call& call) {
     });
 }
 
+SettingsTransfer settingsOf(const Call& call) {
+    return {call.defaults, *call.app.eventMonitor, call.app.loginManager};
+}
+
+Problem exportBackup(const Call& call) {
+    return with<script::Backup>(call, [&](const auto& record) {
+        StandardFiles files;
+        const auto settings = record.settings ? std::optional(settingsOf(call).current()) : std::nullopt;
+        const auto error = call.app.profileManager.exportBackup(files, record.path, settings);
+        return error ? call.failed(error->text) : call.done();
+    });
+}
+
+Problem importBackup(const Call& call) {
+    return with<script::Path>(call, [&](const auto& record) {
+        StandardFiles files;
+        const auto imported = call.app.profileManager.importBackup(files, record.path);
+        if (const auto* error = std::get_if<TransferError>(&imported)) return call.failed(error->text);
+        const auto& result = std::get<BackupImportResult>(imported);
+        if (result.settings) settingsOf(call).apply(*result.settings);
+        call.tell(std::to_string(result.profileCount));
+        return Problem();
+    });
+}
+
 Problem toggleLaunchAtLogin(const Call& call) {
     call.app.loginManager.toggle();
     return call.done();
@@ -326,19 +354,21 @@ constexpr std::array operations{
     Operation{"menuApplications", &menuApplications},
     Operation{"menuDismiss", &menuDismiss},
     Operation{"toggleLaunchAtLogin", &toggleLaunchAtLogin},
+    Operation{"exportBackup", &exportBackup},
+    Operation{"importBackup", &importBackup},
     Operation{"requestAutomation", &requestAutomation},
 };
 
 }  // namespace
 
-Problem callOperation(TrelvanApp& app, const SimulatedMenu& menu, const UuidSource& uuids, const Value& line,
-                      const TellOutcome& tell) {
+Problem callOperation(TrelvanApp& app, const SimulatedMenu& menu, UserDefaults& defaults,
+                      const UuidSource& uuids, const Value& line, const TellOutcome& tell) {
     script::OperationName asked;
     if (auto problem = json::read(line, asked, nullptr)) return problem;
     for (const auto& operation : operations) {
         if (operation.name != asked.operation) continue;
-        return operation.run(
-            {app, menu, uuids, line, [&](const Outcome& outcome) { tell(operation.name, outcome); }});
+        return operation.run({app, menu, defaults, uuids, line,
+                              [&](const Outcome& outcome) { tell(operation.name, outcome); }});
     }
     return wrong("operation", "\"" + asked.operation + "\" is not an operation here");
 }

@@ -26,7 +26,8 @@ using TellOutcome = std::function<void(std::string_view operation, const Outcome
 /// Calls the operation that the line names on the services, with the line's arguments, and tells how it
 /// ended. An unknown operation, and a missing or mistyped argument, are errors of the line and nothing is
 /// called.
-[[nodiscard]] json::Problem callOperation(TrelvanApp& app, const SimulatedMenu& menu, const UuidSource& uuids,
-                                          const json::Value& line, const TellOutcome& tell);
+[[nodiscard]] json::Problem callOperation(TrelvanApp& app, const SimulatedMenu& menu, UserDefaults& defaults,
+                                          const UuidSource& uuids, const json::Value& line,
+                                          const TellOutcome& tell);
 
 }  // namespace trelvan

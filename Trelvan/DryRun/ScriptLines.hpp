@@ -61,6 +61,34 @@ struct Index {
     static constexpr auto fields() { return std::tuple{required("index", &Index::index)}; }
 };
 
+struct PowerSource {
+    double current = 0;
+    double max = 0;
+    std::string state;
+    static constexpr auto fields() {
+        return std::tuple{required("current", &PowerSource::current), required("max", &PowerSource::max),
+                          required("state", &PowerSource::state)};
+    }
+};
+
+struct Truth {
+    bool value = false;
+    static constexpr auto fields() { return std::tuple{required("value", &Truth::value)}; }
+};
+
+struct Backup {
+    std::string path;
+    bool settings = false;
+    static constexpr auto fields() {
+        return std::tuple{required("path", &Backup::path), required("settings", &Backup::settings)};
+    }
+};
+
+struct Path {
+    std::string path;
+    static constexpr auto fields() { return std::tuple{required("path", &Path::path)}; }
+};
+
 struct Accessibility {
     bool granted = false;
     static constexpr auto fields() { return std::tuple{required("granted", &Accessibility::granted)}; }

@@ -81,4 +81,38 @@ Problem setLaunchAtLogin(SimulatedDesktop& desktop, const Value& line) {
     return std::nullopt;
 }
 
+Problem setBattery(SimulatedDesktop& desktop, const Value& line) {
+    const Value* sources = json::member(line, "sources");
+    if (sources == nullptr) return CodingError{"sources", "required key is missing"};
+    if (sources->is_null()) {
+        desktop.powerSources.reset();
+        return std::nullopt;
+    }
+    std::vector<script::PowerSource> read;
+    if (auto problem = json::read(*sources, read, nullptr)) return std::move(*problem).inside("sources");
+    desktop.powerSources.emplace();
+    for (auto& source : read)
+        desktop.powerSources->push_back({source.current, source.max, std::move(source.state)});
+    return std::nullopt;
+}
+
+Problem setFnState(SimulatedDesktop& desktop, const Value& line) {
+    script::Truth record;
+    if (auto problem = json::read(line, record, nullptr)) return problem;
+    desktop.fnState = record.value;
+    return std::nullopt;
+}
+
+Problem setDoNotDisturb(SimulatedDesktop& desktop, const Value& line) {
+    const Value* value = json::member(line, "value");
+    if (value != nullptr && value->is_null()) {
+        desktop.doNotDisturb.reset();
+        return std::nullopt;
+    }
+    script::Truth record;
+    if (auto problem = json::read(line, record, nullptr)) return problem;
+    desktop.doNotDisturb = record.value;
+    return std::nullopt;
+}
+
 }  // namespace trelvan::lines

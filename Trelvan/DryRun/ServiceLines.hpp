@@ -10,6 +10,9 @@ namespace trelvan::lines {
 [[nodiscard]] json::Problem pressKey(SimulatedDesktop& desktop, const json::Value& line);
 [[nodiscard]] json::Problem switchCapsLock(SimulatedDesktop& desktop, const json::Value& line);
 [[nodiscard]] json::Problem setMicrophone(SimulatedDesktop& desktop, const json::Value& line);
+[[nodiscard]] json::Problem setBattery(SimulatedDesktop& desktop, const json::Value& line);
+[[nodiscard]] json::Problem setFnState(SimulatedDesktop& desktop, const json::Value& line);
+[[nodiscard]] json::Problem setDoNotDisturb(SimulatedDesktop& desktop, const json::Value& line);
 [[nodiscard]] json::Problem setLaunchAtLogin(SimulatedDesktop& desktop, const json::Value& line);
 
 }  // namespace trelvan::lines

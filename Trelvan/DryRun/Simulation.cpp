@@ -304,6 +304,9 @@ class Simulation::World {
     Problem doKey(const Value& line) { return lines::pressKey(desktop_, line); }
     Problem doCapsLock(const Value& line) { return lines::switchCapsLock(desktop_, line); }
     Problem doMicrophone(const Value& line) { return lines::setMicrophone(desktop_, line); }
+    Problem doBattery(const Value& line) { return lines::setBattery(desktop_, line); }
+    Problem doFnState(const Value& line) { return lines::setFnState(desktop_, line); }
+    Problem doDoNotDisturb(const Value& line) { return lines::setDoNotDisturb(desktop_, line); }
     Problem doLaunchAtLogin(const Value& line) { return lines::setLaunchAtLogin(desktop_, line); }
 
     Problem doWait(const Value& line) {
@@ -321,7 +324,7 @@ class Simulation::World {
         // The one operation whose answer has a line of its own.
         const Value* asked = json::member(line, "operation");
         if (asked != nullptr && *asked == "explain") return explain(line);
-        return callOperation(*app_, menu_, uuids_, line,
+        return callOperation(*app_, menu_, desktop_.userDefaults(), uuids_, line,
                              [this](std::string_view operation, const Outcome& outcome) {
                                  const Seconds now = desktop_.time.uptime();
                                  if (const auto* error = std::get_if<OperationError>(&outcome)) {
@@ -354,7 +357,7 @@ class Simulation::World {
         });
     }
 
-    static constexpr std::array<std::pair<std::string_view, Handler>, 20> handlers{{
+    static constexpr std::array<std::pair<std::string_view, Handler>, 23> handlers{{
         {"event", &World::doEvent},
         {"defaults", &World::doDefaults},
         {"accessibility", &World::doAccessibility},
@@ -371,6 +374,9 @@ class Simulation::World {
         {"key", &World::doKey},
         {"capsLock", &World::doCapsLock},
         {"microphone", &World::doMicrophone},
+        {"battery", &World::doBattery},
+        {"fnState", &World::doFnState},
+        {"doNotDisturb", &World::doDoNotDisturb},
         {"launchAtLogin", &World::doLaunchAtLogin},
         {"wait", &World::doWait},
         {"call", &World::doCall},

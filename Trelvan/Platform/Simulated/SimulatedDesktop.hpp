@@ -30,6 +30,15 @@ struct SimulatedFailures {
     bool keyMonitors = false;
 };
 
+/// One power source as the system describes it.
+struct SimulatedPowerSource {
+    double current = 0;
+    double max = 0;
+    /// "Battery Power", "AC Power" …
+    std::string state;
+    friend bool operator==(const SimulatedPowerSource&, const SimulatedPowerSource&) = default;
+};
+
 /// Something on the simulated disk.
 struct SimulatedItem {
     enum class Kind { application, folder, file } kind = Kind::file;
@@ -92,6 +101,12 @@ class SimulatedDesktop : public Platform {
     int idleHolds = 0;
     bool accessibility = true;
     std::map<int, HotKeyEntry> hotKeyEntries;
+    /// None: the information is missing.
+    std::optional<std::vector<SimulatedPowerSource>> powerSources{std::in_place};
+    /// Whether the function keys are function keys without Fn.
+    bool fnState = false;
+    /// None: not to be read.
+    std::optional<bool> doNotDisturb;
     /// The keys of a layout by what they type; empty on a platform that goes by places.
     std::map<char32_t, KeyChord> layout;
     /// How the desktop answers when asked for a view; none: it cannot be asked.
