@@ -82,8 +82,8 @@ Problem setLaunchAtLogin(SimulatedDesktop& desktop, const Value& line) {
 }
 
 Problem setBattery(SimulatedDesktop& desktop, const Value& line) {
-    const Value* sources = json::member(line, "sources");
-    if (sources == nullptr) return CodingError{"sources", "required key is missing"};
+    const auto sources = line.find("sources");
+    if (sources == line.end()) return CodingError{"sources", "required key is missing"};
     if (sources->is_null()) {
         desktop.powerSources.reset();
         return std::nullopt;
@@ -104,8 +104,7 @@ Problem setFnState(SimulatedDesktop& desktop, const Value& line) {
 }
 
 Problem setDoNotDisturb(SimulatedDesktop& desktop, const Value& line) {
-    const Value* value = json::member(line, "value");
-    if (value != nullptr && value->is_null()) {
+    if (const auto value = line.find("value"); value != line.end() && value->is_null()) {
         desktop.doNotDisturb.reset();
         return std::nullopt;
     }
