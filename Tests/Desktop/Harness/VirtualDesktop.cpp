@@ -10,6 +10,8 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -34,6 +36,17 @@ bool serverIsReady(int descriptor) {
         number += next;
     }
     return true;
+}
+
+/// Whether a server answers there. One that was killed leaves its socket behind, which the next one replaces.
+bool isListening(const std::string& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    const int caller = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool answers = ::connect(caller, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    ::close(caller);
+    return answers;
 }
 
 constexpr auto folderPrefix = "trelvan-desktop-";
@@ -129,7 +142,7 @@ void VirtualDesktop::startServer() {
     int ready[2] = {-1, -1};
     for (int number = firstDisplay; number <= lastDisplay; ++number) {
         const std::string socket = "/tmp/.X11-unix/X" + std::to_string(number);
-        if (::access(socket.c_str(), F_OK) == 0) continue;
+        if (isListening(socket)) continue;
         if (::pipe2(ready, O_CLOEXEC) != 0) throw std::runtime_error("no pipe for the X server");
         display = ":" + std::to_string(number);
         // From the folder of x.conf, because an ordinary user may not name an absolute path; a seat of its

@@ -2,6 +2,8 @@
 #include "Desktop/Platform/RecordingService.hpp"
 #include "Desktop/Platform/ServerTest.hpp"
 #include "Platform/Linux/LinuxIdleInhibitor.hpp"
+#include "Platform/Linux/X11.hpp"
+#include "Platform/Linux/XConnection.hpp"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -27,7 +29,8 @@ class LinuxIdleInhibitorTest : public ServerTest {
         return runUntil([&] { return service.calls().size() >= calls; });
     }
 
-    LinuxIdleInhibitor inhibitor{bus(), bus()};
+    std::unique_ptr<XConnection> server = std::get<std::unique_ptr<XConnection>>(XConnection::open());
+    LinuxIdleInhibitor inhibitor{bus(), bus(), *server};
 };
 
 TEST_F(LinuxIdleInhibitorTest, HoldInhibitsAndItsEndGivesBackWhatWasGranted) {
@@ -90,6 +93,46 @@ TEST_F(LinuxIdleInhibitorTest, LoginManagersDescriptorIsHeldAndClosed) {
     hold.reset();
     EXPECT_TRUE(runUntil([&] { return !isHeld(); }));
     close(ends[0]);
+}
+
+TEST_F(LinuxIdleInhibitorTest, ScreenSaverOfTheServerWaitsForTheLastHold) {
+    const auto observer = std::get<std::unique_ptr<XConnection>>(XConnection::open());
+    const auto setScreenSaver = [&](int seconds) {
+        XSetScreenSaver(observer->display(), seconds, 0, DontPreferBlanking, AllowExposures);
+        XResetScreenSaver(observer->display());
+        XSync(observer->display(), x11::no);
+    };
+    const auto info = [&] {
+        XScreenSaverInfo result{};
+        XScreenSaverQueryInfo(observer->display(), observer->root(), &result);
+        return result;
+    };
+    auto first = inhibitor.hold();
+    auto second = inhibitor.hold();
+    setScreenSaver(1);
+    first.reset();
+    EXPECT_TRUE(runUntil([&] { return info().idle > 2000; }));
+    EXPECT_NE(info().state, ScreenSaverOn);
+    second.reset();
+    EXPECT_TRUE(runUntil([&] { return info().state == ScreenSaverOn; }));
+    setScreenSaver(0);
+}
+
+TEST_F(LinuxIdleInhibitorTest, ScreenSaverOfTheServerComesBackWithTheEndOfTheConnection) {
+    const auto observer = std::get<std::unique_ptr<XConnection>>(XConnection::open());
+    auto gone = std::get<std::unique_ptr<XConnection>>(XConnection::open());
+    gone->suspendScreenSaver(true);
+    XSetScreenSaver(observer->display(), 1, 0, DontPreferBlanking, AllowExposures);
+    XSync(observer->display(), x11::no);
+    gone.reset();
+    EXPECT_TRUE(runUntil([&] {
+        XScreenSaverInfo info{};
+        XScreenSaverQueryInfo(observer->display(), observer->root(), &info);
+        return info.state == ScreenSaverOn;
+    }));
+    XSetScreenSaver(observer->display(), 0, 0, DontPreferBlanking, AllowExposures);
+    XResetScreenSaver(observer->display());
+    XSync(observer->display(), x11::no);
 }
 
 TEST_F(LinuxIdleInhibitorTest, DesktopWithoutInhibitorsIsNoFailure) {

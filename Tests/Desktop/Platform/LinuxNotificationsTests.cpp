@@ -121,6 +121,26 @@ TEST_F(LinuxNotificationsTest, WithoutBannerAndListNothingIsShown) {
     EXPECT_EQ(daemon.methods(), (std::vector<std::string>{"GetCapabilities", "Notify"}));
 }
 
+TEST_F(LinuxNotificationsTest, OnlyAnEqualIdentifierReplaces) {
+    const RecordingService daemon(busAddress(), serviceName,
+                                  [](const RecordingService::Call& call) -> QVariantList {
+                                      if (call.method == "GetCapabilities") return {QStringList()};
+                                      return {call.arguments.value(3) == "first" ? 7U : 8U};
+                                  });
+    LinuxNotifications notifications(bus(), [] { return false; });
+    std::vector<uint> replaced;
+    for (const auto& [identifier, title] : {std::pair{"a", "first"}, {"b", "second"}, {"a", "third"}}) {
+        request.identifier = identifier;
+        request.title = title;
+        notifications.add(request);
+        ASSERT_TRUE(runUntil([&] { return daemon.calls().size() == 2 * (replaced.size() + 1); }));
+        replaced.push_back(daemon.calls().back().arguments.value(1).toUInt());
+        // The number is on its way back.
+        runUntil([] { return false; }, std::chrono::milliseconds{50});
+    }
+    EXPECT_EQ(replaced, (std::vector<uint>{0, 0, 7}));
+}
+
 TEST_F(LinuxNotificationsTest, MissingDaemonIsLoggedOnce) {
     test::CapturingLog log;
     AppLogger.connect(&log, nullptr);

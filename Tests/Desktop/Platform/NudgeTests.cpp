@@ -120,6 +120,22 @@ TEST_F(NudgeTest, NudgeIsNoActivityOfTheUserAndAHandIs) {
     EXPECT_TRUE(runUntil([&] { return input.secondsSinceLast(EventType::mouseMoved) < 0.1; }));
 }
 
+TEST_F(NudgeTest, TakingTheDevicesIsNoActivityOfTheUser) {
+    desktop().trackball().move(3, 0);
+    EXPECT_TRUE(runUntil([&] { return input.secondsSinceLast(EventType::mouseMoved) < 0.1; }));
+    EXPECT_TRUE(runUntil([&] { return input.secondsSinceLast(EventType::mouseMoved) > 0.6; }));
+    ASSERT_TRUE(tap.create(
+        maskBit(EventType::otherMouseDown), [](void*, TapEvent&) { return TapAnswer::deliver; }, nullptr));
+    tap.enable(true);
+    // A key of the hand comes after what taking them sent.
+    desktop().keyboard().keyStroke(50);
+    EXPECT_TRUE(runUntil([&] { return input.secondsSinceLast(EventType::keyDown) < 0.1; }));
+    EXPECT_GT(input.secondsSinceLast(EventType::mouseMoved), 0.6);
+    desktop().trackball().move(3, 0);
+    EXPECT_TRUE(runUntil([&] { return input.secondsSinceLast(EventType::mouseMoved) < 0.1; }));
+    tap.remove();
+}
+
 TEST_F(NudgeTest, EachKindOfEventHasItsOwnIdleTime) {
     desktop().trackball().click(1);
     desktop().keyboard().keyStroke(50);

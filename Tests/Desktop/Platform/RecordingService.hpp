@@ -16,6 +16,8 @@ class RecordingService : private QDBusVirtualObject {
     struct Call {
         std::string method;
         QVariantList arguments;
+        /// The caller's unique name on the bus.
+        QString caller;
     };
     /// What a call is answered with.
     using Answer = std::function<QVariantList(const Call&)>;
@@ -44,7 +46,8 @@ class RecordingService : private QDBusVirtualObject {
     }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
         if (message.interface().startsWith("org.freedesktop.DBus")) return false;
-        const Call& call = calls_.emplace_back(Call{message.member().toStdString(), message.arguments()});
+        const Call& call =
+            calls_.emplace_back(Call{message.member().toStdString(), message.arguments(), message.service()});
         connection.send(message.createReply(answer_(call)));
         return true;
     }

@@ -1,6 +1,6 @@
 #include "Desktop/Platform/ServerTest.hpp"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <cstdlib>
 #include <memory>
 
@@ -11,16 +11,6 @@ std::unique_ptr<VirtualDesktop>& shared() {
     static std::unique_ptr<VirtualDesktop> desktop;
     return desktop;
 }
-
-/// The desktop of this run, and its environment as this process's own.
-class ServerEnvironment : public testing::Environment {
-  public:
-    void SetUp() override {
-        shared() = std::make_unique<VirtualDesktop>();
-        for (const auto& [name, value] : shared()->environment()) setenv(name.c_str(), value.c_str(), 1);
-    }
-    void TearDown() override { shared().reset(); }
-};
 
 }  // namespace
 
@@ -44,8 +34,20 @@ QDBusConnection ServerTest::bus() {
 }  // namespace trelvan::desktop
 
 int main(int argc, char** argv) {
+    using trelvan::desktop::VirtualDesktop;
     testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv);
-    testing::AddGlobalTestEnvironment(new trelvan::desktop::ServerEnvironment);
-    return RUN_ALL_TESTS();
+    if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
+    // The desktop of this run, and its environment as this process's own.
+    auto& desktop = trelvan::desktop::shared();
+    desktop = std::make_unique<VirtualDesktop>();
+    for (const auto& [name, value] : desktop->environment()) setenv(name.c_str(), value.c_str(), 1);
+    setenv("QT_QPA_PLATFORM", "xcb", 1);
+    int status = 1;
+    {
+        const QGuiApplication application(argc, argv);
+        QGuiApplication::setQuitOnLastWindowClosed(false);
+        status = RUN_ALL_TESTS();
+    }
+    desktop.reset();
+    return status;
 }

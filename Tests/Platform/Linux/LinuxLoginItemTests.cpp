@@ -150,12 +150,29 @@ TEST_F(LinuxLoginItemTests, FailureNamesTheFile) {
 
 TEST_F(LinuxLoginItemTests, AppImageIsWhatIsRegistered) {
     const auto image = program("Trelvan.AppImage");
+    const auto mounted = std::filesystem::read_symlink("/proc/self/exe").parent_path();
     setenv("APPIMAGE", image.c_str(), 1);
+    setenv("APPDIR", mounted.c_str(), 1);
     const auto command = LinuxLoginItem::present({"--config", "/x"}).command;
     unsetenv("APPIMAGE");
+    unsetenv("APPDIR");
     EXPECT_EQ(command, (std::vector<std::string>{image, "--config", "/x"}));
     EXPECT_EQ(LinuxLoginItem::present({}).command.front(),
               std::filesystem::read_symlink("/proc/self/exe").string());
+}
+
+TEST_F(LinuxLoginItemTests, AppImageThatOnlyStartedTheProgramIsNotRegistered) {
+    // A terminal may be one; its variables reach all that runs in it.
+    const auto image = program("Terminal.AppImage");
+    setenv("APPIMAGE", image.c_str(), 1);
+    setenv("APPDIR", "/tmp/.mount_terminal", 1);
+    const auto command = LinuxLoginItem::present({}).command;
+    unsetenv("APPDIR");
+    const auto withoutMount = LinuxLoginItem::present({}).command;
+    unsetenv("APPIMAGE");
+    const std::vector<std::string> running{std::filesystem::read_symlink("/proc/self/exe").string()};
+    EXPECT_EQ(command, running);
+    EXPECT_EQ(withoutMount, running);
 }
 
 }  // namespace

@@ -19,10 +19,6 @@ namespace {
 constexpr std::int64_t mediaDown = 0xA;
 constexpr std::int64_t mediaUp = 0xB;
 
-/// Longer than a raw event takes from the server to a busy main loop, and short beside the seconds in which
-/// idle time is counted.
-constexpr std::chrono::milliseconds returnTime{200};
-
 struct ButtonEdge {
     bool isButton = false;
     bool down = false;
@@ -232,7 +228,7 @@ void LinuxEventPoster::send() {
 }
 
 bool LinuxEventPoster::hasJustPosted() const {
-    return std::chrono::steady_clock::now() - lastPost_.load() < returnTime;
+    return std::chrono::steady_clock::now() - lastPost_.load() < ActivityLog::returnTime;
 }
 
 void LinuxEventPoster::physicalKeyReleased() {

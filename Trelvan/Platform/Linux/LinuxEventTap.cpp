@@ -150,6 +150,7 @@ bool LinuxEventTap::take(PointerDevice& device) {
     AppLogger.info(ShortText("Dispositivo capturado: ", device.name));
     devices_.push_back(std::make_unique<PointerDevice>(std::move(device)));
     syncLocation();
+    activity_.noteOwnMove();
     output_.anchor(static_cast<int>(road_.location.x), static_cast<int>(road_.location.y));
     return true;
 }

@@ -116,23 +116,30 @@ class Inhibition {
 
 class LinuxHold final : public IdleInhibitor::Hold {
   public:
-    LinuxHold(const QDBusConnection& session, const QDBusConnection& system) {
+    LinuxHold(const QDBusConnection& session, const QDBusConnection& system, const XConnection& server)
+        : server_(server) {
+        server_.suspendScreenSaver(true);
         for (auto& inhibitor : sessionInhibitors())
             inhibitions_.push_back(std::make_unique<Inhibition>(session, std::move(inhibitor)));
         inhibitions_.push_back(std::make_unique<Inhibition>(system, loginInhibitor()));
     }
+    LinuxHold(const LinuxHold&) = delete;
+    LinuxHold& operator=(const LinuxHold&) = delete;
+    ~LinuxHold() override { server_.suspendScreenSaver(false); }
 
   private:
+    const XConnection& server_;
     std::vector<std::unique_ptr<Inhibition>> inhibitions_;
 };
 
 }  // namespace
 
-LinuxIdleInhibitor::LinuxIdleInhibitor(QDBusConnection session, QDBusConnection system)
-    : session_(std::move(session)), system_(std::move(system)) {}
+LinuxIdleInhibitor::LinuxIdleInhibitor(QDBusConnection session, QDBusConnection system,
+                                       const XConnection& server)
+    : session_(std::move(session)), system_(std::move(system)), server_(server) {}
 
 std::unique_ptr<IdleInhibitor::Hold> LinuxIdleInhibitor::hold() {
-    return std::make_unique<LinuxHold>(session_, system_);
+    return std::make_unique<LinuxHold>(session_, system_, server_);
 }
 
 }  // namespace trelvan

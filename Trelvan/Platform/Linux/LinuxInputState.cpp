@@ -86,7 +86,8 @@ double LinuxInputState::secondsSinceLast(EventType type) const {
 }
 
 bool LinuxInputState::isOwn(int sourceDevice) const {
-    return poster_.hasJustPosted() && std::ranges::find(xtestDevices_, sourceDevice) != xtestDevices_.end();
+    const bool mayBeOwn = poster_.hasJustPosted() || activity_.hasJustMoved();
+    return mayBeOwn && std::ranges::find(xtestDevices_, sourceDevice) != xtestDevices_.end();
 }
 
 void LinuxInputState::handle(_XEvent& event) {

@@ -1,6 +1,7 @@
 #include "Platform/Linux/LinuxKeyMonitors.hpp"
 
 #include "Platform/Linux/KeyTable.hpp"
+#include "Platform/Linux/PlainCharacters.hpp"
 #include "Platform/Linux/X11.hpp"
 
 #include <QCoreApplication>
@@ -52,7 +53,6 @@ std::unique_ptr<KeyMonitors::Monitor> LinuxKeyMonitors::addLocal(std::uint64_t m
 }
 
 std::unique_ptr<KeyMonitors::Monitor> LinuxKeyMonitors::addGlobal(std::uint64_t mask, GlobalHandler handler) {
-    if ((mask & ~maskBit(EventType::flagsChanged)) != 0) return nullptr;
     return install({.mask = mask, .local = nullptr, .global = std::move(handler)});
 }
 
@@ -63,10 +63,11 @@ std::unique_ptr<KeyMonitors::Monitor> LinuxKeyMonitors::install(Entry entry) {
     return std::make_unique<Installed>(std::move(shared));
 }
 
-bool LinuxKeyMonitors::anyLocalFor(EventType type) const {
+bool LinuxKeyMonitors::anyFor(EventType type, bool isLocal) const {
     for (const auto& known : entries_) {
         const auto entry = known.lock();
-        if (entry && entry->local && (entry->mask & maskBit(type)) != 0) return true;
+        if (!entry || (entry->mask & maskBit(type)) == 0) continue;
+        if (isLocal ? entry->local != nullptr : entry->global != nullptr) return true;
     }
     return false;
 }
@@ -85,35 +86,48 @@ KeyMonitors::LocalAnswer LinuxKeyMonitors::tell(const KeyMonitorEvent& event, bo
 }
 
 void LinuxKeyMonitors::handle(_XEvent& event) {
-    if (event.type != pump_.connection().keyboardEventBase()) return;
-    const auto& notice = reinterpret_cast<const XkbEvent&>(event);
-    if (notice.any.xkb_type != XkbStateNotify) return;
+    if (event.type == pump_.connection().keyboardEventBase()) {
+        const auto& notice = reinterpret_cast<const XkbEvent&>(event);
+        if (notice.any.xkb_type == XkbStateNotify) modifiersChanged(notice.state.keycode);
+        return;
+    }
+    if (event.type != GenericEvent || event.xcookie.extension != pump_.connection().inputOpcode()) return;
+    const int type = event.xcookie.evtype;
+    if (event.xcookie.data == nullptr || (type != XI_RawKeyPress && type != XI_RawKeyRelease)) return;
+    rawKey(static_cast<const XIRawEvent*>(event.xcookie.data)->detail,
+           type == XI_RawKeyPress ? EventType::keyDown : EventType::keyUp);
+}
+
+void LinuxKeyMonitors::modifiersChanged(int keycode) {
     const EventFlags flags = modifiers_.flags();
     if (std::exchange(lastFlags_, flags) == flags) return;
-    const auto keyCode = KeyTable::keyCodeOfX(notice.state.keycode);
+    // Programs may change the state without any key.
+    const auto keyCode = KeyTable::keyCodeOfX(keycode);
     tell({.type = EventType::flagsChanged, .keyCode = keyCode.value_or(0), .flags = flags, .characters = {}},
          isOwnWindowFocused());
 }
 
-KeyMonitorEvent LinuxKeyMonitors::eventOf(const QKeyEvent& key, EventType type) const {
-    QString characters = key.text();
-    // Control turns letters into control characters; the key still types the letter.
-    if ((characters.isEmpty() || !characters.front().isPrint()) && key.key() > 0 &&
-        key.key() < Qt::Key_Escape) {
-        characters = QString(QChar(static_cast<char16_t>(key.key()))).toLower();
-    }
-    const auto keyCode = KeyTable::keyCodeOfX(static_cast<int>(key.nativeScanCode()));
-    return {.type = type,
-            .keyCode = keyCode.value_or(0),
-            .flags = modifiers_.flags(),
-            .characters = characters.toStdString()};
+void LinuxKeyMonitors::rawKey(int keycode, EventType type) {
+    if (!anyFor(type, false) || isOwnWindowFocused()) return;
+    if (isModifierKey(pump_.connection().display(), keycode)) return;
+    if (const auto event = eventOf(keycode, type, modifiers_.flags())) tell(*event, false);
+}
+
+std::optional<KeyMonitorEvent> LinuxKeyMonitors::eventOf(int keycode, EventType type,
+                                                         EventFlags flags) const {
+    const auto keyCode = KeyTable::keyCodeOfX(keycode);
+    if (!keyCode) return std::nullopt;
+    return KeyMonitorEvent{.type = type,
+                           .keyCode = *keyCode,
+                           .flags = flags,
+                           .characters = plainCharacters(pump_.connection().display(), keycode)};
 }
 
 bool LinuxKeyMonitors::eventFilter(QObject* receiver, QEvent* event) {
     const bool isDown = event->type() == QEvent::KeyPress;
     if (event->type() == QEvent::ShortcutOverride) {
         // Whoever looks at keys sees them before any shortcut of the window takes them.
-        if (!anyLocalFor(EventType::keyDown)) return false;
+        if (!anyFor(EventType::keyDown, true)) return false;
         event->accept();
         return true;
     }
@@ -123,7 +137,11 @@ bool LinuxKeyMonitors::eventFilter(QObject* receiver, QEvent* event) {
     const auto& key = static_cast<const QKeyEvent&>(*event);
     if (isModifier(key.key()) || (!isDown && key.isAutoRepeat())) return false;
     const auto type = isDown ? EventType::keyDown : EventType::keyUp;
-    return anyLocalFor(type) && tell(eventOf(key, type), true) == LocalAnswer::consume;
+    if (!anyFor(type, true)) return false;
+    // The state that came with the event: news of the modifiers, on another connection, may be behind.
+    const auto told =
+        eventOf(static_cast<int>(key.nativeScanCode()), type, modifiers_.flagsOf(key.nativeModifiers()));
+    return told && tell(*told, true) == LocalAnswer::consume;
 }
 
 }  // namespace trelvan

@@ -6,18 +6,18 @@
 
 #include <QObject>
 #include <memory>
+#include <optional>
 #include <vector>
-
-class QKeyEvent;
 
 namespace trelvan {
 
 /// Key monitors: changes of the modifiers from the server's own notices, keys from Qt's events for the
-/// program's windows. Global monitors are told of modifier changes only: what is typed into other programs is
-/// none of this program's business. Main thread.
+/// program's windows and from the server's raw events for all others, which are looked at only while a
+/// monitor wants them. Keys without a place on a macOS keyboard are not told. Main thread.
 class LinuxKeyMonitors final : public QObject, public KeyMonitors, public XEventHandler {
   public:
-    /// Made after the modifier state, whose news it passes on.
+    /// Made after the modifier state, whose news it passes on. Raw events are those that the input state asks
+    /// the server for.
     LinuxKeyMonitors(XEventPump& pump, const ModifierState& modifiers);
     ~LinuxKeyMonitors() override;
 
@@ -36,9 +36,12 @@ class LinuxKeyMonitors final : public QObject, public KeyMonitors, public XEvent
     class Installed;
 
     [[nodiscard]] std::unique_ptr<Monitor> install(Entry entry);
-    [[nodiscard]] bool anyLocalFor(EventType type) const;
+    [[nodiscard]] bool anyFor(EventType type, bool isLocal) const;
     LocalAnswer tell(const KeyMonitorEvent& event, bool isLocal);
-    [[nodiscard]] KeyMonitorEvent eventOf(const QKeyEvent& key, EventType type) const;
+    void modifiersChanged(int keycode);
+    void rawKey(int keycode, EventType type);
+    /// None for a key without a code.
+    [[nodiscard]] std::optional<KeyMonitorEvent> eventOf(int keycode, EventType type, EventFlags flags) const;
 
     XEventPump& pump_;
     const ModifierState& modifiers_;

@@ -15,6 +15,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <string_view>
 #include <utility>
 
@@ -53,10 +54,8 @@ bool canBeStarted(const std::string& program) {
     return false;
 }
 
-/// The file that starts this program: an AppImage is more than the file inside it that runs.
-std::string ownProgram() {
-    std::string image = variable("APPIMAGE");
-    if (image.starts_with('/') && isProgram(image)) return image;
+/// The file that runs.
+std::string runningFile() {
     std::array<char, 4096> buffer{};
     const auto length = readlink("/proc/self/exe", buffer.data(), buffer.size());
     std::string program(buffer.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
@@ -64,6 +63,19 @@ std::string ownProgram() {
     constexpr std::string_view replaced = " (deleted)";
     if (program.ends_with(replaced)) program.resize(program.size() - replaced.size());
     return program;
+}
+
+/// The file that starts this program: an AppImage is more than the file inside it that runs. What an AppImage
+/// starts inherits these variables from it without being a part of it.
+std::string ownProgram() {
+    auto program = runningFile();
+    auto image = variable("APPIMAGE");
+    const auto mounted = variable("APPDIR");
+    if (!image.starts_with('/') || !mounted.starts_with('/') || !isProgram(image)) return program;
+    std::error_code ignored;
+    const auto inside = std::filesystem::path(program).lexically_relative(
+        std::filesystem::weakly_canonical(mounted, ignored));
+    return inside.empty() || *inside.begin() == ".." ? program : image;
 }
 
 /// Watches the folder of the entry, or the nearest one above it that is there.

@@ -6,6 +6,7 @@
 #include <QDBusMessage>
 #include <QStringList>
 #include <QVariantMap>
+#include <algorithm>
 #include <utility>
 
 namespace trelvan {
@@ -14,6 +15,8 @@ namespace {
 
 constexpr const char* service = "org.freedesktop.Notifications";
 constexpr const char* path = "/org/freedesktop/Notifications";
+
+constexpr std::size_t mostRemembered = 16;
 
 /// The daemon's own choice of how long.
 constexpr int defaultExpiry = -1;
@@ -72,12 +75,25 @@ void LinuxNotifications::send(const NotificationRequest& request, bool withSound
     } else {
         hints.insert("suppress-sound", true);
     }
-    // Identifiers are never used twice, so no notification replaces another.
-    constexpr uint replacesNone = 0;
     auto notify = QDBusMessage::createMethodCall(service, path, service, "Notify");
-    notify << "Trelvan" << replacesNone << "input-mouse" << QString::fromStdString(request.title)
-           << (bodyHasMarkup ? body.toHtmlEscaped() : body) << QStringList() << hints << defaultExpiry;
-    call(notify, [](const QDBusMessage&) {});
+    notify << "Trelvan" << shownAs(request.identifier) << "input-mouse"
+           << QString::fromStdString(request.title) << (bodyHasMarkup ? body.toHtmlEscaped() : body)
+           << QStringList() << hints << defaultExpiry;
+    call(notify, [this, identifier = request.identifier](const QDBusMessage& reply) {
+        noteShown(identifier, reply.arguments().value(0).toUInt());
+    });
+}
+
+std::uint32_t LinuxNotifications::shownAs(const std::string& identifier) const {
+    constexpr std::uint32_t replacesNone = 0;
+    const auto known = std::ranges::find(shown_, identifier, &decltype(shown_)::value_type::first);
+    return known == shown_.end() ? replacesNone : known->second;
+}
+
+void LinuxNotifications::noteShown(const std::string& identifier, std::uint32_t number) {
+    std::erase_if(shown_, [&](const auto& known) { return known.first == identifier; });
+    shown_.emplace_back(identifier, number);
+    if (shown_.size() > mostRemembered) shown_.pop_front();
 }
 
 void LinuxNotifications::call(const QDBusMessage& message, std::function<void(const QDBusMessage&)> onReply) {

@@ -5,8 +5,12 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
+#include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
+#include <string>
+#include <utility>
 
 namespace trelvan {
 
@@ -28,11 +32,16 @@ class LinuxNotifications final : public Notifications {
     void send(const NotificationRequest& request, bool withSound, bool bodyHasMarkup);
     void call(const QDBusMessage& message, std::function<void(const QDBusMessage&)> onReply);
     void reportMissing(const QString& reason);
+    [[nodiscard]] std::uint32_t shownAs(const std::string& identifier) const;
+    void noteShown(const std::string& identifier, std::uint32_t number);
 
     QDBusConnection bus_;
     std::function<bool()> isFrontmost_;
     NotificationDelegate* delegate_ = nullptr;
     bool reported_ = false;
+    /// The daemon's numbers of what was shown last, oldest first: an older one is hardly on the screen any
+    /// more.
+    std::deque<std::pair<std::string, std::uint32_t>> shown_;
     /// Ends what is still queued with this object.
     QObject context_;
     /// Answers that come after this object find it gone.

@@ -132,7 +132,7 @@ struct LinuxPlatform::Parts {
     LinuxLoginItem loginItem;
     LinuxBundleInfo bundle;
     LinuxAppearance look{*connection, QDBusConnection::sessionBus()};
-    LinuxIdleInhibitor inhibitor{QDBusConnection::sessionBus(), QDBusConnection::systemBus()};
+    LinuxIdleInhibitor inhibitor{QDBusConnection::sessionBus(), QDBusConnection::systemBus(), *connection};
     std::unique_ptr<QSocketNotifier> guardEnd;
     TerminationSignals termination{[] { QCoreApplication::quit(); }};
     WorkerQueue background;

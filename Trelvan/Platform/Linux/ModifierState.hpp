@@ -14,6 +14,8 @@ class ModifierState : public XEventHandler {
     ~ModifierState() override;
 
     [[nodiscard]] EventFlags flags() const { return flags_; }
+    /// The flags of the modifiers in an X event's state.
+    [[nodiscard]] EventFlags flagsOf(unsigned modifiers) const { return map_.flags(modifiers); }
 
     void handle(_XEvent& event) override;
 

@@ -71,6 +71,18 @@ int XConnection::descriptor() const {
     return ConnectionNumber(display_);
 }
 
+void XConnection::suspendScreenSaver(bool on) const {
+    int event = 0;
+    int error = 0;
+    int major = 0;
+    int minor = 0;
+    if (!XScreenSaverQueryExtension(display_, &event, &error)) return;
+    // 1.1 is the first that can.
+    if (!XScreenSaverQueryVersion(display_, &major, &minor) || major * 100 + minor < 101) return;
+    XScreenSaverSuspend(display_, on ? x11::yes : x11::no);
+    XFlush(display_);
+}
+
 unsigned long XConnection::atom(const char* name) const {
     return XInternAtom(display_, name, x11::no);
 }

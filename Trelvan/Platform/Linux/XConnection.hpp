@@ -28,6 +28,10 @@ class XConnection {
     [[nodiscard]] int keyboardEventBase() const { return keyboardEventBase_; }
     [[nodiscard]] unsigned long atom(const char* name) const;
 
+    /// Keeps the server's own screen saver and energy saving from coming on; ends with the connection. Calls
+    /// count: as many ends as beginnings. Nothing happens where the server has no such extension.
+    void suspendScreenSaver(bool on) const;
+
   private:
     explicit XConnection(_XDisplay* display) : display_(display) {}
     /// The extension that the server lacks, or has in a version too old; empty when it has all.
