@@ -40,7 +40,8 @@ SmartButtonWindows menuWindows(Platform& platform) {
     return SmartButtonWindows({.screens = platform.screens(),
                                .appearance = platform.appearance(),
                                .workspace = platform.workspace(),
-                               .defaults = platform.userDefaults()});
+                               .defaults = platform.userDefaults(),
+                               .timers = platform.timers()});
 }
 
 int runApplication(int& argc, char** argv, const command::Run& options, AppLanguage language) {

@@ -53,6 +53,36 @@ TEST_F(EntryIconTest, LargeImage_IsBroughtToTheSizeOfTheIcon) {
     EXPECT_EQ(icon.size(), QSize(44, 29));
 }
 
+TEST_F(EntryIconTest, ImageOfAnyDepth_KeepsItsColours) {
+    for (const auto format : {QImage::Format_Mono, QImage::Format_Indexed8, QImage::Format_Grayscale8,
+                              QImage::Format_RGB888, QImage::Format_RGBA64}) {
+        QImage picture(900, 600, QImage::Format_ARGB32);
+        picture.fill(Qt::white);
+        const auto path = folder / "depth.png";
+        ASSERT_TRUE(picture.convertToFormat(format).save(QString::fromStdString(path)));
+        const QImage icon = iconOf(path).toImage();
+        EXPECT_EQ(icon.size(), QSize(44, 29));
+        for (int x = 0; x < icon.width(); ++x)
+            ASSERT_EQ(icon.pixelColor(x, 14), QColor(Qt::white)) << format << " at " << x;
+    }
+}
+
+TEST_F(EntryIconTest, ImageOfOneColour_KeepsIt) {
+    QImage picture(900, 900, QImage::Format_Mono);
+    picture.setColorTable({QColor(Qt::red).rgb()});
+    picture.fill(0);
+    const auto path = folder / "red.png";
+    ASSERT_TRUE(picture.save(QString::fromStdString(path)));
+    const QImage icon = iconOf(path).toImage();
+    for (int x = 0; x < icon.width(); ++x) ASSERT_EQ(icon.pixelColor(x, 22), QColor(Qt::red)) << x;
+}
+
+TEST_F(EntryIconTest, Photograph_IsBroughtToTheSizeOfTheIcon) {
+    const QPixmap icon = iconOf(image("photograph.jpg", {2000, 3000}));
+    EXPECT_EQ(icon.size(), QSize(29, 44));
+    EXPECT_GT(icon.toImage().pixelColor(14, 20).red(), 240);
+}
+
 TEST_F(EntryIconTest, ScaledScreen_HasAsManyPixelsAsItShows) {
     const QPixmap icon = iconOf(image("large.png", {512, 512}), 1.5);
     EXPECT_EQ(icon.size(), QSize(66, 66));

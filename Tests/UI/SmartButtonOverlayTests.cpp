@@ -1,3 +1,4 @@
+#include "Platform/Simulated/VirtualTime.hpp"
 #include "UI/SmartButtonOverlay.hpp"
 
 #include <gtest/gtest.h>
@@ -33,7 +34,8 @@ class SmartButtonOverlayTest : public testing::Test {
         const Rect area{0, 0, static_cast<double>(frame.width()), static_cast<double>(frame.height())};
         layout = RadialLayout::make({area.width / 2, area.height / 2}, area, names.size());
         overlay = std::make_unique<SmartButtonOverlay>(std::move(view), layout, screen,
-                                                       SmartButtonOverlay::Look{.theme = RadialTheme::light(),
+                                                       SmartButtonOverlay::Look{.timers = time,
+                                                                                .theme = RadialTheme::light(),
                                                                                 .language = language,
                                                                                 .isAnimated = false,
                                                                                 .isComposited = true,
@@ -48,6 +50,7 @@ class SmartButtonOverlayTest : public testing::Test {
     void press(int key) {
         sendKey(QEvent::KeyPress, key);
         sendKey(QEvent::KeyRelease, key);
+        time.runFor(releaseTime);
     }
     void enter(RadialButton* button) {
         QEnterEvent event({1, 1}, {1, 1}, {1, 1});
@@ -64,6 +67,9 @@ class SmartButtonOverlayTest : public testing::Test {
 
     std::function<void(const SmartButtonApp&, int, qreal, std::function<void(QPixmap)>)> loadIcon =
         [](const SmartButtonApp&, int, qreal, const std::function<void(QPixmap)>& done) { done({}); };
+    static constexpr Seconds releaseTime = SmartButtonOverlay::releaseTime;
+
+    VirtualTime time;
     RadialLayout layout;
     std::unique_ptr<SmartButtonOverlay> overlay;
     std::vector<std::string> launched;
@@ -165,13 +171,29 @@ TEST_F(SmartButtonOverlayTest, NumberKeyWithoutAnEntryDoesNothing) {
 TEST_F(SmartButtonOverlayTest, KeyThatChooses_DoesSoOnceItIsReleased) {
     open(numbered(2));
     sendKey(QEvent::KeyPress, Qt::Key_2);
+    time.runFor(Seconds{10});
     EXPECT_EQ(launched, Names{});
     EXPECT_TRUE(overlay->entries()[1]->isDown());
-    // A key that is held repeats itself.
-    sendKey(QEvent::KeyRelease, Qt::Key_2, true);
-    sendKey(QEvent::KeyPress, Qt::Key_2, true);
+    sendKey(QEvent::KeyRelease, Qt::Key_2);
+    EXPECT_EQ(launched, Names{});
+    time.runFor(releaseTime);
+    EXPECT_EQ(launched, Names{"Entry 2"});
+    EXPECT_FALSE(overlay->entries()[1]->isDown());
+}
+
+TEST_F(SmartButtonOverlayTest, RepetitionOfAHeldKey_IsNoRelease) {
+    open(numbered(2));
+    sendKey(QEvent::KeyPress, Qt::Key_2);
+    for (int count = 0; count < 20; ++count) {
+        // Marked as what it is or not: that depends on how soon the second event comes.
+        sendKey(QEvent::KeyRelease, Qt::Key_2, count % 2 == 0);
+        time.runFor(Seconds{0.002});
+        sendKey(QEvent::KeyPress, Qt::Key_2, count % 2 == 0);
+        time.runFor(Seconds{0.028});
+    }
     EXPECT_EQ(launched, Names{});
     sendKey(QEvent::KeyRelease, Qt::Key_2);
+    time.runFor(releaseTime);
     EXPECT_EQ(launched, Names{"Entry 2"});
 }
 
@@ -179,6 +201,7 @@ TEST_F(SmartButtonOverlayTest, ReleaseOfAKeyThatWasDownBefore_DoesNothing) {
     open(numbered(2));
     sendKey(QEvent::KeyRelease, Qt::Key_Escape);
     sendKey(QEvent::KeyRelease, Qt::Key_1);
+    time.runFor(releaseTime);
     EXPECT_EQ(dismissals, 0);
     EXPECT_EQ(launched, Names{});
 }
@@ -189,9 +212,30 @@ TEST_F(SmartButtonOverlayTest, AnotherKeyPressedMeanwhile_TakesTheFirstBack) {
     sendKey(QEvent::KeyPress, Qt::Key_Escape);
     EXPECT_FALSE(overlay->entries()[0]->isDown());
     sendKey(QEvent::KeyRelease, Qt::Key_1);
+    time.runFor(releaseTime);
     EXPECT_EQ(launched, Names{});
     sendKey(QEvent::KeyRelease, Qt::Key_Escape);
+    time.runFor(releaseTime);
     EXPECT_EQ(dismissals, 1);
+}
+
+TEST_F(SmartButtonOverlayTest, AnotherKeyRightAfterTheRelease_FindsItDone) {
+    open(numbered(2));
+    sendKey(QEvent::KeyPress, Qt::Key_1);
+    sendKey(QEvent::KeyRelease, Qt::Key_1);
+    sendKey(QEvent::KeyPress, Qt::Key_2);
+    EXPECT_EQ(launched, Names{"Entry 1"});
+    time.runFor(releaseTime);
+    EXPECT_EQ(launched, Names{"Entry 1"});
+}
+
+TEST_F(SmartButtonOverlayTest, MenuThatGoesRightAfterARelease_ChoosesNothing) {
+    open(numbered(1));
+    sendKey(QEvent::KeyPress, Qt::Key_1);
+    sendKey(QEvent::KeyRelease, Qt::Key_1);
+    overlay->vanish();
+    time.runFor(releaseTime);
+    EXPECT_EQ(launched, Names{});
 }
 
 TEST_F(SmartButtonOverlayTest, ArrowsMoveTheChoiceAndReturnLaunchesIt) {

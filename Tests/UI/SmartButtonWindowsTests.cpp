@@ -37,7 +37,8 @@ class SmartButtonWindowsTest : public testing::Test {
     SmartButtonWindows windows{{.screens = desktop.screens(),
                                 .appearance = desktop.appearance(),
                                 .workspace = desktop.workspace(),
-                                .defaults = desktop.userDefaults()}};
+                                .defaults = desktop.userDefaults(),
+                                .timers = desktop.timers()}};
 };
 
 TEST_F(SmartButtonWindowsTest, OverlayGoesWithItsPanelAndGivesItsMemoryBack) {

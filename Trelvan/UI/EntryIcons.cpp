@@ -21,6 +21,13 @@ QString withoutEnding(QString name) {
     return name;
 }
 
+/// Drawings, which have no size of their own, and photographs, which are read the faster for it. The reader
+/// of PNG images spoils those with few colours when it scales them.
+bool readsScaled(const QImageReader& reader) {
+    const QByteArray format = reader.format();
+    return format.startsWith("svg") || format == "jpeg" || format == "jpg";
+}
+
 QPixmap themeIcon(const QString& name, int side, qreal ratio) {
     const QIcon icon = name.isEmpty() ? QIcon() : QIcon::fromTheme(withoutEnding(name));
     return icon.isNull() ? QPixmap() : icon.pixmap(QSize(side, side), ratio);
@@ -35,10 +42,13 @@ QImage readImage(const QString& path, int side) {
     reader.setAutoTransform(true);
     reader.setDecideFormatFromContent(true);
     const QSize most(side, side);
-    if (const QSize size = reader.size(); size.isValid() && !size.isEmpty())
+    const QSize size = reader.size();
+    if (readsScaled(reader) && !size.isEmpty())
         reader.setScaledSize(size.scaled(most, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
     QImage image = reader.read();
-    // A format that does not know its size beforehand came as it is.
+    if (image.isNull()) return {};
+    // Colour tables are not scaled well either.
+    image.convertTo(QImage::Format_ARGB32_Premultiplied);
     if (image.width() > side || image.height() > side)
         image = image.scaled(most, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     return image;

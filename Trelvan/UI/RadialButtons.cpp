@@ -16,8 +16,8 @@ constexpr int captionPixels = 12;
 constexpr int lineHeight = 14;
 constexpr int digitInset = 6;
 constexpr double plateCorner = 16;
-/// Width of the gap between a small control and the large one that it lies on.
-constexpr int badgeRim = 3;
+/// Between a small control and the large one that has a notch for it.
+constexpr double notchGap = 2;
 /// How far a drawn state reaches beyond a button's own shape.
 constexpr int halo = 4;
 
@@ -196,12 +196,14 @@ void RadialEntryButton::paintEvent(QPaintEvent* /*event*/) {
 
 RadialControl::RadialControl(const QString& name, QPainterPath symbol, int size, int symbolSize,
                              const RadialTheme& theme, QWidget* parent)
-    : RadialButton(name, theme, parent),
-      symbol_(std::move(symbol)),
-      symbolSize_(symbolSize),
-      isBadge_(size < static_cast<int>(RadialLayout::centreSize)) {
+    : RadialButton(name, theme, parent), symbol_(std::move(symbol)), symbolSize_(symbolSize) {
     setFixedSize(size, size);
     setToolTip(name);
+}
+
+void RadialControl::makeRoomFor(const RadialControl& other) {
+    notches_.addEllipse(
+        QRectF(other.geometry()).translated(-pos()).adjusted(-notchGap, -notchGap, notchGap, notchGap));
 }
 
 void RadialControl::place(QPointF centre) {
@@ -216,16 +218,12 @@ bool RadialControl::hitButton(const QPoint& position) const {
 void RadialControl::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (isBadge_) {
-        // Stands apart from what it lies on.
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(QColor(theme().ring.rgb()));
-        painter.drawEllipse(rect());
-    }
-    const double inset = (isBadge_ ? badgeRim : 0) + (isDown() ? 2.5 : 1.5);
+    const double inset = isDown() ? 2.5 : 1.5;
+    QPainterPath disc;
+    disc.addEllipse(QRectF(rect()).adjusted(inset, inset, -inset, -inset));
     painter.setPen(isLit() ? QPen(theme().accent, 2) : QPen(theme().plateEdge, 1));
     painter.setBrush(isLit() ? theme().plateHovered : theme().plate);
-    painter.drawEllipse(QRectF(rect()).adjusted(inset, inset, -inset, -inset));
+    painter.drawPath(disc.subtracted(notches_));
     drawSymbol(painter, symbol_, QRectF(rect()).center(), symbolSize_,
                isLit() ? theme().accent : theme().text);
 }

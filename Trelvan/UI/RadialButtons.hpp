@@ -87,6 +87,8 @@ class RadialControl final : public RadialButton {
                   const RadialTheme& theme, QWidget* parent);
 
     void place(QPointF centre);
+    /// Leaves the place free that the other control, on the same parent, takes.
+    void makeRoomFor(const RadialControl& other);
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -95,8 +97,7 @@ class RadialControl final : public RadialButton {
   private:
     QPainterPath symbol_;
     int symbolSize_;
-    /// A small control lies on the edge of the large one.
-    bool isBadge_;
+    QPainterPath notches_;
 };
 
 /// The widest captions, in points and at most `RadialLayout::captionWidth`, with which none of this many

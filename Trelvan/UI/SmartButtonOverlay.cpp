@@ -29,7 +29,7 @@ constexpr double firstOpacity = 0.35;
 constexpr std::chrono::milliseconds iconPause{15};
 constexpr int shadowWidth = 18;
 constexpr int gridSize = 30;
-constexpr int smallControlSize = 36;
+constexpr int smallControlSize = 32;
 constexpr int smallSymbolSize = 12;
 
 QString qtText(std::string_view text) {
@@ -185,6 +185,8 @@ void SmartButtonOverlay::addControls() {
         smallSymbolSize, {-aside, aside}, view_.onDismiss);
     add(text("Edit Smart Button", "Editar Smart Button"), symbols::pencil(), smallControlSize,
         smallSymbolSize + 4, {aside, aside}, view_.onEdit);
+    controls_[0]->makeRoomFor(*controls_[1]);
+    controls_[0]->makeRoomFor(*controls_[2]);
 }
 
 void SmartButtonOverlay::appear() {
@@ -213,6 +215,7 @@ void SmartButtonOverlay::fadeIn() {
 
 void SmartButtonOverlay::vanish() {
     if (std::exchange(isGone_, true)) return;
+    released_.reset();
     if (isVisible()) tellScreenReader(this, QAccessible::PopupMenuEnd);
     releaseKeyboard();
     if (QWindow* window = windowHandle()) window->setMouseGrabEnabled(false);
@@ -276,6 +279,12 @@ std::optional<std::size_t> SmartButtonOverlay::buttonOf(int key) const {
 
 void SmartButtonOverlay::keyPressEvent(QKeyEvent* event) {
     const int key = event->key();
+    if (released_) {
+        // It was never released, or another key came quickly after it.
+        if (key == heldKey_) return released_.reset();
+        finishKey();
+        if (isGone_) return;
+    }
     switch (key) {
         case Qt::Key_Left:
             return moveBy(Arrow::left);
@@ -302,6 +311,11 @@ void SmartButtonOverlay::keyPressEvent(QKeyEvent* event) {
 
 void SmartButtonOverlay::keyReleaseEvent(QKeyEvent* event) {
     if (event->isAutoRepeat() || heldKey_ == 0 || event->key() != heldKey_) return;
+    released_ = look_.timers.once(releaseTime, [this] { finishKey(); });
+}
+
+void SmartButtonOverlay::finishKey() {
+    const auto timer = std::move(released_);
     const int key = std::exchange(heldKey_, 0);
     if (key == Qt::Key_Escape) return call(view_.onDismiss);
     const auto button = buttonOf(key);

@@ -2,6 +2,7 @@
 
 #include "Core/Model/AppLanguage.hpp"
 #include "Core/SmartButtonPanels.hpp"
+#include "Platform/RunLoop.hpp"
 #include "UI/RadialButtons.hpp"
 #include "UI/RadialNavigation.hpp"
 
@@ -9,6 +10,7 @@
 #include <QWidget>
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -23,6 +25,7 @@ namespace trelvan {
 class SmartButtonOverlay final : public QWidget {
   public:
     struct Look {
+        Timers& timers;
         RadialTheme theme;
         AppLanguage language = AppLanguage::english;
         /// Whether the menu fades in.
@@ -38,6 +41,10 @@ class SmartButtonOverlay final : public QWidget {
 
     /// How long icons may hold up the first painting, or anything else after it, at a time.
     static constexpr std::chrono::milliseconds iconPatience{10};
+
+    /// After so long a key that was released stays so. The server repeats a held key by releases and presses,
+    /// one right after the other.
+    static constexpr Seconds releaseTime{0.025};
 
     /// Shows nothing yet. `layout` is in this window's points.
     SmartButtonOverlay(SmartButtonRadialView view, const RadialLayout& layout, QScreen* screen, Look look);
@@ -74,6 +81,8 @@ class SmartButtonOverlay final : public QWidget {
     void loadIcons(std::size_t from);
     void fadeIn();
     void watchScreen(const QScreen* screen);
+    /// The key that was held is up: does what it chooses.
+    void finishKey();
     /// What the key chooses at its release; none when it is no key that chooses.
     [[nodiscard]] std::optional<std::size_t> buttonOf(int key) const;
     void moveBy(Arrow arrow);
@@ -97,6 +106,8 @@ class SmartButtonOverlay final : public QWidget {
     std::optional<std::size_t> current_;
     /// The key that was pressed here and not yet released; 0 for none.
     int heldKey_ = 0;
+    /// Runs from the held key's release until it counts.
+    std::unique_ptr<Timers::Timer> released_;
     bool isPressed_ = false;
     bool isGone_ = false;
     int calls_ = 0;

@@ -113,7 +113,8 @@ QScreen* SmartButtonWindows::screenOf(const Rect& frame) const {
 }
 
 SmartButtonOverlay::Look SmartButtonWindows::look() {
-    return {.theme = isDark(ports_.defaults, ports_.appearance) ? RadialTheme::dark() : RadialTheme::light(),
+    return {.timers = ports_.timers,
+            .theme = isDark(ports_.defaults, ports_.appearance) ? RadialTheme::dark() : RadialTheme::light(),
             .language = languageFromSetting(languageSetting(ports_.defaults)),
             .isAnimated = isAnimated(ports_.appearance),
             .isComposited = ports_.appearance.composites(),

@@ -2,6 +2,7 @@
 
 #include "Core/SmartButtonPanels.hpp"
 #include "Platform/Appearance.hpp"
+#include "Platform/RunLoop.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Platform/Workspace.hpp"
@@ -21,6 +22,7 @@ class SmartButtonWindows final : public SmartButtonPanels {
         const Appearance& appearance;
         const Workspace& workspace;
         const UserDefaults& defaults;
+        Timers& timers;
     };
 
     /// The settings content, as a widget without a parent.

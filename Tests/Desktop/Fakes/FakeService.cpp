@@ -3,7 +3,8 @@
 //   desktop-fake-service RECORD NAME [MEMBER=ANSWER...]
 //
 // RECORD gets a line for each call: the path, the member and the arguments. ANSWER is "error", "silence",
-// "true" or "false" (in a variant) or "list:A,B,C"; members that are not named are answered with nothing.
+// "true", "false" or "number:N" (in a variant) or "list:A,B,C"; members that are not named are answered with
+// nothing.
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -48,6 +49,8 @@ class Service : public QDBusVirtualObject {
             return message.createErrorReply("org.freedesktop.DBus.Error.AccessDenied", "no");
         if (answer.startsWith("list:")) return message.createReply(QVariant(answer.mid(5).split(',')));
         if (answer.isEmpty()) return message.createReply();
+        if (answer.startsWith("number:"))
+            return message.createReply(QVariant::fromValue(QDBusVariant(answer.mid(7).toUInt())));
         return message.createReply(QVariant::fromValue(QDBusVariant(answer == "true")));
     }
 

@@ -32,6 +32,7 @@
 #include "Platform/Linux/XEventPump.hpp"
 #include "Utilities/Logger.hpp"
 
+#include <malloc.h>
 #include <unistd.h>
 
 #include <QApplication>
@@ -59,6 +60,15 @@ struct LogJoin {
     LogJoin& operator=(const LogJoin&) = delete;
     ~LogJoin() { AppLogger.disconnect(); }
 };
+
+/// A block as large as a picture of the screen goes back to the system when it is freed. By itself the C
+/// library keeps such blocks from the second one on.
+void giveLargeMemoryBack() {
+#ifdef M_MMAP_THRESHOLD
+    constexpr int large = 1 << 20;
+    mallopt(M_MMAP_THRESHOLD, large);
+#endif
+}
 
 }  // namespace
 
@@ -220,6 +230,7 @@ std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(int& argc,
                                                                       const PlatformOptions& options) {
     // A copy of this process must not have a connection of it: the server would not see the end of this one.
     auto guard = std::make_unique<Guard>();
+    giveLargeMemoryBack();
     XErrorScope::install();
     // Where Qt's connection breaks first, Qt ends the process with exit().
     std::atexit([] {
