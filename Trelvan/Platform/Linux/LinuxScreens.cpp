@@ -1,5 +1,7 @@
 #include "Platform/Linux/LinuxScreens.hpp"
 
+#include "Platform/Linux/PixelPlace.hpp"
+
 #include <QApplication>
 #include <QCursor>
 #include <QEvent>
@@ -108,7 +110,7 @@ bool LinuxScreens::eventFilter(QObject* object, QEvent* event) {
 Point LinuxScreens::pointerLocation() const {
     const QPoint position = QCursor::pos();
     const Rect spot = realFrame(QRect(position, QSize(0, 0)), QGuiApplication::screenAt(position));
-    return {.x = spot.x, .y = bottomOfMainScreen() - spot.y};
+    return placeOfPixel({spot.x, spot.y}, bottomOfMainScreen());
 }
 
 }  // namespace trelvan
