@@ -1,6 +1,7 @@
 #include "Platform/Files.hpp"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -45,8 +46,33 @@ TEST_F(StandardFilesTest, MissingFileIsNamed) {
 }
 
 TEST_F(StandardFilesTest, FolderAndDeviceAreNoFiles) {
-    EXPECT_NE(readError(place), "(none)");
-    EXPECT_NE(readError("/dev/zero"), "(none)");
+    EXPECT_EQ(readError(place), place + ": Is a directory");
+    EXPECT_TRUE(readError("/dev/zero").starts_with("/dev/zero: "));
+}
+
+TEST_F(StandardFilesTest, WhatIsNoFileIsNotReplacedByOne) {
+    const std::string pipe = place + "/pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const auto error = files.write(pipe, "x");
+    ASSERT_TRUE(error);
+    EXPECT_TRUE(error->text.starts_with(pipe + ": "));
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+    EXPECT_NE(readError(pipe), "(none)");
+}
+
+TEST_F(StandardFilesTest, LinkStaysAndWhatItLeadsToIsWritten) {
+    std::filesystem::create_directory(place + "/far");
+    EXPECT_FALSE(files.write(place + "/far/f", "first"));
+    std::filesystem::create_symlink("far/f", place + "/link");
+    EXPECT_FALSE(files.write(place + "/link", "second"));
+    EXPECT_TRUE(std::filesystem::is_symlink(place + "/link"));
+    EXPECT_EQ(std::get<std::string>(files.read(place + "/far/f")), "second");
+}
+
+TEST_F(StandardFilesTest, NeighbouringFileIsLeftAlone) {
+    EXPECT_FALSE(files.write(place + "/f.new", "mine"));
+    EXPECT_FALSE(files.write(place + "/f", "x"));
+    EXPECT_EQ(std::get<std::string>(files.read(place + "/f.new")), "mine");
 }
 
 TEST_F(StandardFilesTest, ImmenseFileIsRefused) {
