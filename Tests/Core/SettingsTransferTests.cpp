@@ -65,6 +65,7 @@ TEST_F(SettingsTransferTest, RegistrationThatIsAsItShouldBeIsLeftAlone) {
     EXPECT_FALSE(failed);
     transfer.apply(unusual());
     EXPECT_TRUE(failed);
+    desktop.onTrace = nullptr;
 }
 
 TEST_F(SettingsTransferTest, DamagedSettingsCountAsMissing) {

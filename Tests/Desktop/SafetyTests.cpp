@@ -82,6 +82,32 @@ TEST_F(SafetyTest, DevicesThatAnotherClientHoldsAreNamedAndTakenOnceTheyAreFree)
     EXPECT_TRUE(client().waitForStroke(copy));
 }
 
+TEST_F(SafetyTest, AccessThatTheServerTakesAwayAndGivesBackIsFollowed) {
+    const auto denied = desktop().folder() / "home" / "denied";
+    // The second variable matters to a program that looks for memory errors.
+    start(Settings().map(3, "Copiar"), {{"LD_PRELOAD", DENY_GRABS},
+                                        {"ASAN_OPTIONS", "verify_asan_link_order=0"},
+                                        {"DENY_GRABS_WHILE", denied}});
+    EXPECT_TRUE(waitForLines("Accesibilidad: concedida ✅", 1));
+    writeFile(denied, "");
+    // Devices that are held stay held; one that comes back must be grabbed anew.
+    for (const bool isPresent : {false, true})
+        InputDevices(desktop().displayName()).setPresent("trackball", isPresent);
+    trackball().reconnect();
+    EXPECT_TRUE(waitForLines("Accesibilidad: denegada ❌", 1));
+    client().forget();
+    trackball().click(extra);
+    EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, extra));
+    EXPECT_TRUE(client().strokes().empty());
+
+    std::filesystem::remove(denied);
+    EXPECT_TRUE(waitForLines("Accesibilidad: concedida ✅", 2));
+    EXPECT_TRUE(waitUntil([&] {
+        trackball().click(extra);
+        return client().waitForStroke(copy, std::chrono::milliseconds{50});
+    }));
+}
+
 TEST_F(SafetyTest, PointerMovesWhileAnotherClientHoldsTheServer) {
     start(Settings().map(3, "Copiar"));
     // As a window manager does while a window is dragged: it asks for the pointer until the button is up.

@@ -91,7 +91,8 @@ void ClientWindow::selectXInput2() {
     }
     std::array<unsigned char, XIMaskLen(XI_LASTEVENT)> bits{};
     for (const int type : {XI_KeyPress, XI_KeyRelease, XI_ButtonPress, XI_ButtonRelease, XI_Motion}) {
-        XISetMask(bits.data(), type);
+        // What XISetMask does, without its conversion.
+        bits.at(static_cast<std::size_t>(type) / 8) |= static_cast<unsigned char>(1U << (type % 8));
     }
     XIEventMask mask{
         .deviceid = XIAllMasterDevices, .mask_len = static_cast<int>(bits.size()), .mask = bits.data()};
