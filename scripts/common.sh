@@ -7,11 +7,13 @@ readonly project
 # Every package of the build, the tests and the private desktop, under the names that Debian and Ubuntu share.
 readonly packages=(
     g++ cmake ninja-build ccache pkg-config
-    qt6-base-dev libqt6svg6 libx11-dev libxkbcommon-dev libxi-dev libxtst-dev libxss-dev libxrandr-dev libxfixes-dev libxft-dev
+    qt6-base-dev libqt6svg6
+    libx11-dev libxkbcommon-dev libxi-dev libxtst-dev libxss-dev libxrandr-dev libxfixes-dev libxft-dev
     nlohmann-json3-dev libutf8proc-dev libsystemd-dev libpulse-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     xserver-xorg-core xserver-xorg-video-dummy xserver-xorg-dev x11-xkb-utils xkb-data
-    openbox xterm x11-utils x11-xserver-utils x11-apps imagemagick dbus dunst pulseaudio pulseaudio-utils fonts-dejavu-core
+    openbox xterm x11-utils x11-xserver-utils x11-apps imagemagick fonts-dejavu-core
+    dbus dunst pulseaudio pulseaudio-utils python3-gi gir1.2-gtk-3.0
 )
 
 note() { printf '== %s\n' "$*"; }

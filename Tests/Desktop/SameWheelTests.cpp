@@ -74,10 +74,11 @@ class SameWheelTest : public DesktopTest {
     }
 
     /// What another program with a window in the client's place writes into the file for the stroke, between
-    /// a click of the middle button and one of the left. `marks` are its words for the two.
+    /// a click of the middle button and one of the left. `marks` are its words for the two. `first` comes
+    /// before.
     std::string recordedBy(std::vector<std::string> arguments, const std::filesystem::path& record,
                            const std::pair<std::string, std::string>& marks, const Stroke& stroke,
-                           Pace pace = Pace::asFastAsItGoes) {
+                           Pace pace = Pace::asFastAsItGoes, const Stroke& first = {}) {
         closeClient();
         std::filesystem::remove(record);
         const ChildProcess recorder({.arguments = std::move(arguments),
@@ -93,6 +94,12 @@ class SameWheelTest : public DesktopTest {
             return readFile(record).find(marks.first) != std::string::npos;
         };
         EXPECT_TRUE(waitUntil(listens)) << readFile(desktop().folder() / "recorder.errors");
+        if (!first.empty()) {
+            make(first);
+            const auto begun = readFile(record).rfind(marks.first);
+            trackball().click(2);
+            EXPECT_TRUE(waitUntil([&] { return readFile(record).rfind(marks.first) != begun; }));
+        }
         for (const Parts& parts : stroke) {
             const auto before = readFile(record).rfind(turnMark);
             make({parts});
@@ -112,6 +119,12 @@ class SameWheelTest : public DesktopTest {
     std::string recordedByQt(const Stroke& stroke, Pace pace) {
         return recordedBy({WHEEL_RECORDER}, desktop().folder() / "wheel.record", {"button 4\n", "button 1\n"},
                           stroke, pace);
+    }
+    std::string recordedByGtk(const Stroke& stroke, Pace pace) {
+        // By itself GTK ignores how far a device's wheel turns first in a window.
+        return recordedBy({"/usr/bin/python3", GTK_WHEEL_RECORDER}, desktop().folder() / "gtk.record",
+                          {"button 2\n", "button 1\n"}, stroke, pace,
+                          {{notch, 0}, {notch, 0}, {0, notch}, {0, notch}});
     }
     /// That the toolkit's window turned as far as the wheel did, in the unit of both.
     static void expectWholeStroke(const std::string& record, const Stroke& stroke, int rounding) {
@@ -192,6 +205,36 @@ TEST_F(SameWheelTest, QtWindowScrollsAsFarForPartsOfNotchesAndForSeveral) {
         expectWholeStroke(recordedByQt(stroke, Pace::asFastAsItGoes), stroke, 0);
         stop();
     }
+}
+
+TEST_F(SameWheelTest, GtkWindowScrollsTheSameAfterEachNotch) {
+    const Stroke stroke{{notch, 0}, {notch, 0}, {-notch, 0}, {0, notch}, {0, -notch}, {0, -notch}};
+    const std::string without = recordedByGtk(stroke, Pace::oneByOne);
+    start(Settings());
+    EXPECT_EQ(recordedByGtk(stroke, Pace::oneByOne), without);
+    EXPECT_NE(without.find(turnMark), std::string::npos) << without;
+}
+
+TEST_F(SameWheelTest, GtkWindowScrollsAsFarForPartsOfNotches) {
+    const auto sum = [](const std::string& record) {
+        std::istringstream words(record);
+        std::pair<double, double> total;
+        for (std::string word; words >> word;) {
+            if (word != "wheel") continue;
+            double x = 0;
+            double y = 0;
+            words >> x >> y;
+            total = {total.first + x, total.second + y};
+        }
+        return total;
+    };
+    const auto without = sum(recordedByGtk(fractions(), Pace::asFastAsItGoes));
+    start(Settings());
+    const auto with = sum(recordedByGtk(fractions(), Pace::asFastAsItGoes));
+    // A line is 68 points and more, and each record is rounded to thousandths.
+    EXPECT_NEAR(with.first, without.first, 1);
+    EXPECT_NEAR(with.second, without.second, 1);
+    EXPECT_NE(with.first, 0);
 }
 
 TEST_F(SameWheelTest, XtermReceivesTheSameNotchesAndParts) {

@@ -15,8 +15,8 @@ namespace trelvan::desktop {
 class FakeService {
   public:
     /// Returns when the service has its name on the bus. `answers` are "Member=answer": "error", "silence",
-    /// "true", "false" or "number:N" (in a variant), "list:A,B"; other members are answered with nothing. Throws
-    /// std::runtime_error.
+    /// "true", "false" or "number:N" (in a variant), "list:A,B"; other members are answered with nothing.
+    /// Throws std::runtime_error.
     FakeService(VirtualDesktop& desktop, const std::string& name,
                 const std::vector<std::string>& answers = {});
 
