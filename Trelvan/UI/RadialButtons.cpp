@@ -100,9 +100,9 @@ void RadialButton::leaveEvent(QEvent* event) {
 
 // RadialEntryButton
 
-RadialEntryButton::RadialEntryButton(const QString& name, QPainterPath symbol, int number, int captionWidth,
-                                     const RadialTheme& theme, QWidget* parent)
-    : RadialButton(name, theme, parent), symbol_(std::move(symbol)), number_(number) {
+RadialEntryButton::RadialEntryButton(const QString& name, const QPainterPath& symbol, int number,
+                                     int captionWidth, const RadialTheme& theme, QWidget* parent)
+    : RadialButton(name, theme, parent), symbol_(symbol), number_(number) {
     setFixedSize(qMax(captionWidth, plateSize + 2 * halo), halo + plateSize + captionGap + captionHeight);
     breakLines(name);
 }
@@ -194,9 +194,9 @@ void RadialEntryButton::paintEvent(QPaintEvent* /*event*/) {
 
 // RadialControl
 
-RadialControl::RadialControl(const QString& name, QPainterPath symbol, int size, int symbolSize,
+RadialControl::RadialControl(const QString& name, const QPainterPath& symbol, int size, int symbolSize,
                              const RadialTheme& theme, QWidget* parent)
-    : RadialButton(name, theme, parent), symbol_(std::move(symbol)), symbolSize_(symbolSize) {
+    : RadialButton(name, theme, parent), symbol_(symbol), symbolSize_(symbolSize) {
     setFixedSize(size, size);
     setToolTip(name);
 }

@@ -49,7 +49,7 @@ class RadialEntryButton final : public RadialButton {
     static constexpr int captionHeight = 28;
 
     /// `number` 1 to 8 is the key that chooses the entry. The plate is empty until there is an icon.
-    RadialEntryButton(const QString& name, QPainterPath symbol, int number, int captionWidth,
+    RadialEntryButton(const QString& name, const QPainterPath& symbol, int number, int captionWidth,
                       const RadialTheme& theme, QWidget* parent);
 
     /// Shows the icon; for a null one the symbol.
@@ -83,7 +83,7 @@ class RadialEntryButton final : public RadialButton {
 /// A round control with a symbol.
 class RadialControl final : public RadialButton {
   public:
-    RadialControl(const QString& name, QPainterPath symbol, int size, int symbolSize,
+    RadialControl(const QString& name, const QPainterPath& symbol, int size, int symbolSize,
                   const RadialTheme& theme, QWidget* parent);
 
     void place(QPointF centre);
