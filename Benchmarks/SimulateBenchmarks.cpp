@@ -12,7 +12,8 @@ namespace {
 
 void run(benchmark::State& state, const std::vector<std::string>& lines) {
     std::size_t written = 0;
-    Simulation simulation(macShortcuts, [&written](std::string_view line) { written += line.size(); });
+    StandardFiles files;
+    Simulation simulation(macShortcuts, files, [&written](std::string_view line) { written += line.size(); });
     for (const char* line : {R"({"do":"defaults","set":{"trackball_profiles":[{"name":"P","mappings":[)"
                              R"({"buttonNumber":3,"buttonLabel":"","action":"Copiar"}]}]}})",
                              R"({"do":"start"})"}) {

@@ -89,7 +89,9 @@ TEST_F(RecorderTest, ReplayGivesTheSameDecisions) {
     desktop.onTrace = nullptr;
 
     std::vector<std::string> replayed;
-    Simulation simulation(macShortcuts, [&replayed](std::string_view line) { replayed.emplace_back(line); });
+    StandardFiles files;
+    Simulation simulation(macShortcuts, files,
+                          [&replayed](std::string_view line) { replayed.emplace_back(line); });
     for (const auto& line : script) {
         const auto error = simulation.runLine(line);
         EXPECT_FALSE(error) << line << *error;
@@ -130,7 +132,9 @@ TEST_F(RecorderTest, WhatIsDoneInTheMenuIsReplayed) {
     desktop.onTrace = nullptr;
 
     std::vector<std::string> replayed;
-    Simulation simulation(macShortcuts, [&replayed](std::string_view line) { replayed.emplace_back(line); });
+    StandardFiles files;
+    Simulation simulation(macShortcuts, files,
+                          [&replayed](std::string_view line) { replayed.emplace_back(line); });
     for (const auto& line : script) {
         const auto error = simulation.runLine(line);
         EXPECT_FALSE(error) << line << *error;

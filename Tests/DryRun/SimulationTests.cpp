@@ -17,7 +17,8 @@ class SimulationTest : public testing::Test {
     std::string run(std::string_view line) { return simulation.runLine(line).value_or(""); }
 
     std::vector<std::string> trace;
-    Simulation simulation{macShortcuts, [this](std::string_view line) { trace.emplace_back(line); }};
+    StandardFiles files;
+    Simulation simulation{macShortcuts, files, [this](std::string_view line) { trace.emplace_back(line); }};
 };
 
 TEST_F(SimulationTest, BlankLineDoesNothing) {
@@ -164,7 +165,7 @@ TEST_F(SimulationTest, TextsThatNeedItAreEscaped) {
 
 TEST_F(SimulationTest, TwoRunsGiveTheSameIdentifiers) {
     std::vector<std::string> other;
-    Simulation second(macShortcuts, [&other](std::string_view line) { other.emplace_back(line); });
+    Simulation second(macShortcuts, files, [&other](std::string_view line) { other.emplace_back(line); });
     for (const char* line : {R"({"do":"start"})", R"({"do":"call","operation":"createProfile","name":"X"})",
                              R"({"do":"print","what":"profiles"})"}) {
         EXPECT_EQ(run(line), "");

@@ -54,7 +54,8 @@ class ScenarioTest : public testing::TestWithParam<fs::path> {
 
 TEST_P(ScenarioTest, TraceIsTheGoldenOne) {
     std::vector<std::string> trace;
-    Simulation simulation(macShortcuts, [&trace](std::string_view line) {
+    StandardFiles files;
+    Simulation simulation(macShortcuts, files, [&trace](std::string_view line) {
         trace.emplace_back(line.substr(0, line.size() - 1));
     });
     const auto script = linesOf(GetParam());

@@ -20,11 +20,7 @@ CodingError wrong(std::string_view key, std::string problem) {
 }
 
 /// One call: the services, the line it stands on, and where its outcome goes.
-struct Call {
-    TrelvanApp& app;
-    const SimulatedMenu& menu;
-    UserDefaults& defaults;
-    const UuidSource& uuids;
+struct Call : OperationScope {
     const Value& line;
     std::function<void(const Outcome&)> tell;
 
@@ -298,17 +294,15 @@ SettingsTransfer settingsOf(const Call& call) {
 
 Problem exportBackup(const Call& call) {
     return with<script::Backup>(call, [&](const auto& record) {
-        StandardFiles files;
         const auto settings = record.settings ? std::optional(settingsOf(call).current()) : std::nullopt;
-        const auto error = call.app.profileManager.exportBackup(files, record.path, settings);
+        const auto error = call.app.profileManager.exportBackup(call.files, record.path, settings);
         return error ? call.failed(error->text) : call.done();
     });
 }
 
 Problem importBackup(const Call& call) {
     return with<script::Path>(call, [&](const auto& record) {
-        StandardFiles files;
-        const auto imported = call.app.profileManager.importBackup(files, record.path);
+        const auto imported = call.app.profileManager.importBackup(call.files, record.path);
         if (const auto* error = std::get_if<TransferError>(&imported)) return call.failed(error->text);
         const auto& result = std::get<BackupImportResult>(imported);
         if (result.settings) settingsOf(call).apply(*result.settings);
@@ -361,14 +355,12 @@ constexpr std::array operations{
 
 }  // namespace
 
-Problem callOperation(TrelvanApp& app, const SimulatedMenu& menu, UserDefaults& defaults,
-                      const UuidSource& uuids, const Value& line, const TellOutcome& tell) {
+Problem callOperation(const OperationScope& scope, const Value& line, const TellOutcome& tell) {
     script::OperationName asked;
     if (auto problem = json::read(line, asked, nullptr)) return problem;
     for (const auto& operation : operations) {
         if (operation.name != asked.operation) continue;
-        return operation.run({app, menu, defaults, uuids, line,
-                              [&](const Outcome& outcome) { tell(operation.name, outcome); }});
+        return operation.run({{scope}, line, [&](const Outcome& outcome) { tell(operation.name, outcome); }});
     }
     return wrong("operation", "\"" + asked.operation + "\" is not an operation here");
 }

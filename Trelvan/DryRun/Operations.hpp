@@ -2,6 +2,8 @@
 
 #include "Core/Model/RecordJson.hpp"
 #include "DryRun/SimulatedMenu.hpp"
+#include "Platform/Files.hpp"
+#include "Platform/UserDefaults.hpp"
 #include "TrelvanApp.hpp"
 #include "Utilities/Uuid.hpp"
 
@@ -23,11 +25,18 @@ using Outcome = std::variant<std::string, OperationError>;
 /// Told once how the operation ended.
 using TellOutcome = std::function<void(std::string_view operation, const Outcome& outcome)>;
 
-/// Calls the operation that the line names on the services, with the line's arguments, and tells how it
-/// ended. An unknown operation, and a missing or mistyped argument, are errors of the line and nothing is
-/// called.
-[[nodiscard]] json::Problem callOperation(TrelvanApp& app, const SimulatedMenu& menu, UserDefaults& defaults,
-                                          const UuidSource& uuids, const json::Value& line,
+/// What operations work on.
+struct OperationScope {
+    TrelvanApp& app;
+    const SimulatedMenu& menu;
+    UserDefaults& defaults;
+    Files& files;
+    const UuidSource& uuids;
+};
+
+/// Calls the operation that the line names, with the line's arguments, and tells how it ended. An unknown
+/// operation, and a missing or mistyped argument, are errors of the line and nothing is called.
+[[nodiscard]] json::Problem callOperation(const OperationScope& scope, const json::Value& line,
                                           const TellOutcome& tell);
 
 }  // namespace trelvan

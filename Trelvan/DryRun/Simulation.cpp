@@ -85,8 +85,8 @@ HotKeyEntry hotKeyEntry(const Value& entry) {
 /// The simulated desktop, the program on it once it is started, and what each kind of line does to them.
 class Simulation::World {
   public:
-    World(const ActionShortcuts& shortcuts, TraceWriter::Output output)
-        : uuids_(repeatingUuids()), writer_(std::move(output)), desktop_(shortcuts) {
+    World(const ActionShortcuts& shortcuts, Files& files, TraceWriter::Output output)
+        : uuids_(repeatingUuids()), files_(files), writer_(std::move(output)), desktop_(shortcuts) {
         desktop_.onTrace = [this](const TraceEntry& entry) { writer_.write(entry); };
     }
 
@@ -324,7 +324,7 @@ class Simulation::World {
         // The one operation whose answer has a line of its own.
         const Value* asked = json::member(line, "operation");
         if (asked != nullptr && *asked == "explain") return explain(line);
-        return callOperation(*app_, menu_, desktop_.userDefaults(), uuids_, line,
+        return callOperation({*app_, menu_, desktop_.userDefaults(), files_, uuids_}, line,
                              [this](std::string_view operation, const Outcome& outcome) {
                                  const Seconds now = desktop_.time.uptime();
                                  if (const auto* error = std::get_if<OperationError>(&outcome)) {
@@ -384,14 +384,15 @@ class Simulation::World {
     }};
 
     UuidSource uuids_;
+    Files& files_;
     TraceWriter writer_;
     SimulatedDesktop desktop_;
     SimulatedMenu menu_{desktop_};
     std::unique_ptr<TrelvanApp> app_;
 };
 
-Simulation::Simulation(const ActionShortcuts& shortcuts, TraceWriter::Output output)
-    : world_(std::make_unique<World>(shortcuts, std::move(output))) {}
+Simulation::Simulation(const ActionShortcuts& shortcuts, Files& files, TraceWriter::Output output)
+    : world_(std::make_unique<World>(shortcuts, files, std::move(output))) {}
 
 Simulation::~Simulation() = default;
 
@@ -420,7 +421,8 @@ int simulate(const std::string& script, const ActionShortcuts& shortcuts) {
     std::istream& input = fromFile ? static_cast<std::istream&>(file) : std::cin;
     // A person or program that feeds lines one by one sees what each did before the next.
     const bool live = !fromFile;
-    Simulation simulation(shortcuts,
+    StandardFiles files;
+    Simulation simulation(shortcuts, files,
                           [](std::string_view line) { std::fwrite(line.data(), 1, line.size(), stdout); });
     std::string line;
     for (std::size_t number = 1; std::getline(input, line); ++number) {

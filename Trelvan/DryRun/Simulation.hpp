@@ -2,6 +2,7 @@
 
 #include "DryRun/TraceWriter.hpp"
 #include "Platform/ActionShortcuts.hpp"
+#include "Platform/Files.hpp"
 
 #include <memory>
 #include <optional>
@@ -11,11 +12,12 @@
 namespace trelvan {
 
 /// Runs a script of events and changes of the world, a JSON object a line, through the real services on the
-/// simulated platform, and tells everything that leaves them. Nothing of the machine is touched, time is
-/// virtual, memory stays the same however long the script is. One thread.
+/// simulated platform, and tells everything that leaves them. Nothing of the machine but `files` is touched,
+/// time is virtual, memory stays the same however long the script is. One thread.
 class Simulation {
   public:
-    Simulation(const ActionShortcuts& shortcuts, TraceWriter::Output output);
+    /// `files` holds the backups that the script writes and reads, and outlives this.
+    Simulation(const ActionShortcuts& shortcuts, Files& files, TraceWriter::Output output);
     Simulation(const Simulation&) = delete;
     Simulation& operator=(const Simulation&) = delete;
     ~Simulation();
