@@ -110,11 +110,11 @@ TEST_F(SmartButtonControllerTest, ScreenIsTheFirstUnderThePointer) {
     EXPECT_EQ(panels.view().screenFrame, (Rect{1440, 0, 1920, 1080}));
 }
 
-TEST_F(SmartButtonControllerTest, TopmostRowOfASecondScreenBelongsToIt) {
-    desktop.screenFrames = {{0, 0, 1440, 900}, {1440, 0, 1440, 900}};
+TEST_F(SmartButtonControllerTest, UpperEdgeIsNoPartOfItsScreen) {
+    desktop.screenFrames = {{0, 0, 1440, 900}, {1440, 0, 1440, 900}, {1440, 900, 1440, 900}};
     desktop.pointer = {1500, 0};
     show(notes);
-    EXPECT_EQ(panels.view().screenFrame, (Rect{1440, 0, 1440, 900}));
+    EXPECT_EQ(panels.view().screenFrame, (Rect{1440, 900, 1440, 900}));
 }
 
 TEST_F(SmartButtonControllerTest, PointerOnNoScreenTakesTheMainOne) {

@@ -302,6 +302,15 @@ TEST_F(SmartButtonOutputsTest, MenuOpensOnTheOutputUnderThePointer) {
     }
 }
 
+TEST_F(SmartButtonOutputsTest, PointerInTheUppermostRow_IsOnItsOutput) {
+    start(twoShortcuts());
+    client().warpPointer({half + 360, 0});
+    press();
+    EXPECT_TRUE(isOpenAt(half));
+    escape();
+    EXPECT_TRUE(isClosedAt(half));
+}
+
 TEST_F(SmartButtonOutputsTest, ClickOnTheOtherOutput_ClosesTheMenuAndReachesNoApplication) {
     start(twoShortcuts());
     client().warpPointer({half + 360, 440});

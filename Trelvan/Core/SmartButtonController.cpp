@@ -11,12 +11,6 @@ namespace {
 
 constexpr std::string_view applicationsFolder = "/Applications";
 
-/// The topmost row of a screen lies on its upper edge, which a rectangle does not own.
-bool containsEdges(const Rect& screen, Point pointer) {
-    return pointer.x >= screen.x && pointer.x <= screen.maxX() && pointer.y >= screen.y &&
-           pointer.y <= screen.maxY();
-}
-
 }  // namespace
 
 SmartButtonController::SmartButtonController(const Ports& ports, SmartButtonPanels& panels, Logger& logger)
@@ -49,12 +43,8 @@ void SmartButtonController::toggle(const SmartButtonConfiguration& configuration
 std::optional<Rect> SmartButtonController::screenUnder(Point pointer) const {
     const auto screens = ports_.screens.frames();
     if (screens.empty()) return std::nullopt;
-    auto found =
+    const auto found =
         std::ranges::find_if(screens, [pointer](const Rect& screen) { return screen.contains(pointer); });
-    if (found == screens.end()) {
-        found = std::ranges::find_if(
-            screens, [pointer](const Rect& screen) { return containsEdges(screen, pointer); });
-    }
     return found != screens.end() ? *found : screens.front();
 }
 

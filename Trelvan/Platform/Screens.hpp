@@ -26,7 +26,8 @@ class Screens {
     /// Frames in points, origin at the bottom left; the main screen first, empty when there is none.
     [[nodiscard]] virtual std::span<const Rect> frames() const = 0;
     [[nodiscard]] virtual std::span<const OwnWindow> ownWindows() const = 0;
-    /// Origin at the bottom left of the main screen.
+    /// Origin at the bottom left of the main screen. On a real screen the place lies inside its frame, which
+    /// does not own its upper and right edges.
     [[nodiscard]] virtual Point pointerLocation() const = 0;
     /// Bundle identifier of the frontmost application; empty when there is none.
     [[nodiscard]] virtual std::string_view frontmostApplication() const = 0;
