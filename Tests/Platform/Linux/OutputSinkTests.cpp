@@ -55,6 +55,17 @@ TEST(OutputSink, LinesOfOneThread_AreWrittenInOrderBeforeTheEnd) {
     EXPECT_EQ(pipe.readAll(), expected);
 }
 
+TEST(OutputSink, LinesAreWrittenWithoutTheEnd_OneAfterTheOther) {
+    Pipe pipe;
+    OutputSink sink(pipe.ends[1]);
+    for (const auto level : {LogLevel::debug, LogLevel::error, LogLevel::info}) {
+        std::array<char, 8> block{};
+        sink.write({level, "line", "line"});
+        EXPECT_EQ(read(pipe.ends[0], block.data(), block.size()), 5);
+        EXPECT_STREQ(block.data(), "line\n");
+    }
+}
+
 TEST(OutputSink, LineLongerThanItsPlace_IsWhole) {
     Pipe pipe;
     const std::string line(5000, 'x');

@@ -23,6 +23,12 @@ namespace {
 constexpr std::size_t ringCapacity = 2048;
 constexpr std::chrono::milliseconds patienceAtTheEnd{500};
 
+/// Lines are gathered for so long before they are written: on a computer with few cores the writer would
+/// otherwise run against the very press whose line it writes. Looked at in steps, because warnings and the
+/// end do not wait.
+constexpr std::chrono::milliseconds gatherTime{20};
+constexpr std::chrono::milliseconds gatherStep{5};
+
 }  // namespace
 
 struct OutputSink::Shared {
@@ -35,12 +41,22 @@ struct OutputSink::Shared {
         pthread_sigmask(SIG_BLOCK, &all, nullptr);
         for (bool last = false; !last;) {
             wake.acquire();
+            gather();
+            // One round is enough for all of them.
+            while (wake.try_acquire()) continue;
             last = ending.load();
             writeRest();
         }
         const std::lock_guard lock(mutex);
         done = true;
         finished.notify_all();
+    }
+
+    void gather() {
+        for (auto waited = gatherStep * 0; waited < gatherTime; waited += gatherStep) {
+            if (urgent.exchange(false)) return;
+            std::this_thread::sleep_for(gatherStep);
+        }
     }
 
     void writeRest() {
@@ -69,6 +85,7 @@ struct OutputSink::Shared {
     LineRing ring{ringCapacity};
     std::counting_semaphore<> wake{0};
     std::atomic<std::uint64_t> dropped{0};
+    std::atomic<bool> urgent{false};
     std::atomic<bool> ending{false};
     std::mutex mutex;
     std::condition_variable finished;
@@ -81,6 +98,7 @@ OutputSink::OutputSink(int descriptor) : shared_(std::make_shared<Shared>(descri
 
 OutputSink::~OutputSink() {
     shared_->ending = true;
+    shared_->urgent = true;
     shared_->wake.release();
     std::unique_lock lock(shared_->mutex);
     shared_->finished.wait_for(lock, patienceAtTheEnd, [this] { return shared_->done; });
@@ -91,6 +109,7 @@ void OutputSink::write(const LogRecord& record) {
         shared_->dropped.fetch_add(1, std::memory_order_relaxed);
         return;
     }
+    if (record.level >= LogLevel::warning) shared_->urgent.store(true, std::memory_order_relaxed);
     shared_->wake.release();
 }
 
