@@ -77,6 +77,16 @@ Position DesktopTest::passSentinel() {
     return place;
 }
 
+std::string DesktopTest::wholeOutput() {
+    // Lines keep their order, so what came before the sentinel's stands before it.
+    constexpr auto line = "Botón 5 sin mapeo registrado";
+    static_assert(xButton(5) == sentinelButton);
+    const int before = program().lines(line);
+    passSentinel();
+    EXPECT_TRUE(waitUntil([&] { return program().lines(line) > before; }));
+    return program().output();
+}
+
 std::vector<unsigned> DesktopTest::buttonsArrived() {
     auto buttons = client().buttonsPressed();
     std::erase(buttons, static_cast<unsigned>(sentinelButton));

@@ -46,6 +46,9 @@ class DesktopTest : public testing::Test {
     Position passSentinel();
     static constexpr int sentinelButton = 10;
 
+    /// The program's output with all that it has said of what happened before; its lines come a little later.
+    std::string wholeOutput();
+
     void holdKey(KeySym key) { desktop().keyboard().keyDown(client().keyCode(key)); }
     void releaseKey(KeySym key) { desktop().keyboard().keyUp(client().keyCode(key)); }
 

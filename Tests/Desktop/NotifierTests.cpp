@@ -67,7 +67,7 @@ TEST_F(NotifierTest, MissingDaemonIsLoggedOnceAndALaterOneIsUsed) {
     toggleCapsLock();
     EXPECT_TRUE(daemon.waitForCount(2));
     EXPECT_EQ(bodies(daemon), (Bodies{"Caps On", "Caps Off"}));
-    EXPECT_EQ(count(missing, program().output()), 1U);
+    EXPECT_EQ(count(missing, wholeOutput()), 1U);
 }
 
 TEST_F(NotifierTest, MutingTheMicrophoneIsTold) {
@@ -108,8 +108,8 @@ TEST_F(NotifierTest, SoundServerThatComesBackIsHeardAgain) {
 
 TEST_F(NotifierTest, ProgramWithoutSoundServerSaysNothingOfIt) {
     start(Settings());
-    passSentinel();
-    EXPECT_EQ(program().output().find("sonido"), std::string::npos) << program().output();
+    const std::string output = wholeOutput();
+    EXPECT_EQ(output.find("sonido"), std::string::npos) << output;
 }
 
 }  // namespace

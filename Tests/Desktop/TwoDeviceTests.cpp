@@ -36,7 +36,7 @@ TEST_F(TwoDeviceTest, MappedButtonHeldOnBothActsOnce) {
     mouse().press(extra);
     trackball().release(extra);
     mouse().release(extra);
-    passSentinel();
+    wholeOutput();
     EXPECT_EQ(program().lines("Ejecutando 'Copiar'"), 1);
     mouse().click(extra);
     EXPECT_TRUE(client().waitFor([&](const auto&) { return client().strokes().size() == 2; }));
@@ -53,7 +53,7 @@ TEST_F(TwoDeviceTest, MappedButtonHeldOnBothCanBeUnpluggedFromOne) {
     unplug("mouse");
     EXPECT_TRUE(program().waitForLine("Dispositivo retirado: mouse"));
     trackball().release(extra);
-    passSentinel();
+    wholeOutput();
     EXPECT_EQ(program().lines("Ejecutando 'Copiar'"), 1);
     trackball().click(extra);
     EXPECT_TRUE(client().waitFor([&](const auto&) { return client().strokes().size() == 2; }));
