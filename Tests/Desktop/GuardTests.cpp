@@ -373,10 +373,9 @@ TEST_F(GuardTest, StoppedGuardDisturbsNobody) {
 TEST_F(GuardTest, ProgramThatIsOnlyBehindKeepsTheDevices) {
     start(Settings());
     client().forget();
-    // A program that gets the processor for a few milliseconds now and then, and more to do than these
-    // suffice for.
-    constexpr int rounds = 30;
-    constexpr int turns = 60;
+    // A program that gets the processor for a quarter of the time, and more to do than that suffices for.
+    constexpr int rounds = 40;
+    constexpr int turns = 120;
     constexpr int notches = 9;
     constexpr int all = rounds * turns * notches;
     trackball().setWaiting(false);
@@ -386,7 +385,7 @@ TEST_F(GuardTest, ProgramThatIsOnlyBehindKeepsTheDevices) {
         trackball().settle();
         waitUntil([] { return false; }, std::chrono::milliseconds{60});
         program().signal(SIGCONT);
-        waitUntil([] { return false; }, std::chrono::milliseconds{2});
+        waitUntil([] { return false; }, std::chrono::milliseconds{20});
     }
     trackball().setWaiting(true);
     EXPECT_TRUE(client().waitForButton(Kind::buttonRelease, 4, all, std::chrono::seconds{60}));
