@@ -103,7 +103,7 @@ int main(int argc, char** argv) {
         return exitStatus::ok;
     }
     if (const auto* dryRun = std::get_if<command::Simulate>(&asked))
-        return simulate(dryRun->script, dryRun->linuxShortcuts ? linuxShortcuts : macShortcuts);
+        return simulate(dryRun->script, dryRun->linuxShortcuts ? linuxShortcuts : macShortcuts, language);
     if (const auto* question = std::get_if<command::Explain>(&asked))
         return explain(*question, platformShortcuts(), language);
     if (const auto* recording = std::get_if<command::Record>(&asked))

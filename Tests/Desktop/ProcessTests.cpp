@@ -162,6 +162,9 @@ TEST_F(ProcessTest, ErrorsAreSpanishInASpanishTerminal) {
         runProgram(desktop(), {"--config", (desktop().folder() / "data").string()}, environment);
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_NE(result.errors.find("no hay pantalla"), std::string::npos) << result.errors;
+    const ProgramResult unread = runProgram(desktop(), {"simulate", "/no/such/script"}, environment);
+    EXPECT_EQ(unread.exitCode, 2);
+    EXPECT_EQ(unread.errors, "trelvan: no se puede leer /no/such/script\n");
 }
 
 }  // namespace

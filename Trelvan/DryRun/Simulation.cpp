@@ -408,13 +408,14 @@ void Simulation::finish() {
     world_->finish();
 }
 
-int simulate(const std::string& script, const ActionShortcuts& shortcuts) {
+int simulate(const std::string& script, const ActionShortcuts& shortcuts, AppLanguage language) {
     std::ifstream file;
     const bool fromFile = script != "-";
     if (fromFile) {
         file.open(script);
         if (!file) {
-            std::fprintf(stderr, "trelvan: cannot read %s\n", script.c_str());
+            const std::string reason(localized(language, "cannot read ", "no se puede leer "));
+            std::fprintf(stderr, "trelvan: %s%s\n", reason.c_str(), script.c_str());
             return exitStatus::badUsage;
         }
     }

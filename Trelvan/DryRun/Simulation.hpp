@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Model/AppLanguage.hpp"
 #include "DryRun/TraceWriter.hpp"
 #include "Platform/ActionShortcuts.hpp"
 #include "Platform/Files.hpp"
@@ -34,7 +35,7 @@ class Simulation {
 };
 
 /// `trelvan simulate`: the script is a file's path, or "-" for standard input; the trace goes to standard
-/// output. The exit status.
-[[nodiscard]] int simulate(const std::string& script, const ActionShortcuts& shortcuts);
+/// output. `language` is that of the error for a script that cannot be read. The exit status.
+[[nodiscard]] int simulate(const std::string& script, const ActionShortcuts& shortcuts, AppLanguage language);
 
 }  // namespace trelvan
