@@ -40,6 +40,16 @@ bool namesAny(std::string_view list, const std::vector<std::string>& desktops) {
     return false;
 }
 
+/// The value of the Exec key.
+std::string joined(const std::vector<std::string>& command) {
+    std::string result;
+    for (const auto& argument : command) {
+        if (!result.empty()) result += ' ';
+        result += quoted(argument);
+    }
+    return result;
+}
+
 }  // namespace
 
 std::string quoted(std::string_view argument) {
@@ -75,11 +85,6 @@ std::string quoted(std::string_view argument) {
 }
 
 std::string entryFor(const std::vector<std::string>& command) {
-    std::string exec;
-    for (const auto& argument : command) {
-        if (!exec.empty()) exec += ' ';
-        exec += quoted(argument);
-    }
     return "[Desktop Entry]\n"
            "Type=Application\n"
            "Name=Trelvan\n"
@@ -87,7 +92,7 @@ std::string entryFor(const std::vector<std::string>& command) {
            "Comment[es]=Más funciones para trackballs y ratones\n"
            "Icon=input-mouse\n"
            "Exec=" +
-           exec +
+           joined(command) +
            "\n"
            "Terminal=false\n"
            "X-GNOME-Autostart-enabled=true\n";
@@ -98,11 +103,7 @@ std::string withProgram(std::string_view entry, std::string_view program) {
     auto command = parsed ? commandLine(*parsed, {}) : std::vector<std::string>();
     if (command.empty()) command.emplace_back();
     command.front() = program;
-    std::string exec = "Exec=";
-    for (const auto& argument : command) {
-        if (exec.back() != '=') exec += ' ';
-        exec += quoted(argument);
-    }
+    const std::string exec = "Exec=" + joined(command);
     std::string result;
     eachLine(entry, [&](std::string_view line, std::string_view key, std::string_view) {
         // It named the program that is not there any more.

@@ -100,8 +100,12 @@ void LinuxEventTap::recover() {
     road_.report(EventType::tapDisabledByTimeout);
 }
 
+LinuxEventTap::Devices::iterator LinuxEventTap::position(int deviceId) {
+    return std::ranges::find(devices_, deviceId, [](const auto& each) { return each->id; });
+}
+
 PointerDevice* LinuxEventTap::find(int deviceId) {
-    const auto device = std::ranges::find(devices_, deviceId, [](const auto& each) { return each->id; });
+    const auto device = position(deviceId);
     return device == devices_.end() ? nullptr : device->get();
 }
 
@@ -129,7 +133,7 @@ void LinuxEventTap::scan() {
 }
 
 void LinuxEventTap::forget(int deviceId) {
-    const auto device = std::ranges::find(devices_, deviceId, [](const auto& each) { return each->id; });
+    const auto device = position(deviceId);
     if (device == devices_.end()) return;
     AppLogger.info(ShortText("Dispositivo retirado: ", (*device)->name));
     road_.letGo(**device);
@@ -185,7 +189,7 @@ void LinuxEventTap::ungrab(PointerDevice& device) {
 }
 
 void LinuxEventTap::giveBack(int deviceId) {
-    const auto device = std::ranges::find(devices_, deviceId, [](const auto& each) { return each->id; });
+    const auto device = position(deviceId);
     if (device == devices_.end()) return;
     ungrab(**device);
     leaving_.push_back(std::move(*device));

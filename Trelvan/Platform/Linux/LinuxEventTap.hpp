@@ -52,6 +52,8 @@ class LinuxEventTap final : public EventTap, public XEventHandler {
   private:
     using Devices = std::vector<std::unique_ptr<PointerDevice>>;
 
+    [[nodiscard]] Devices::iterator position(int deviceId);
+    /// None for a device that is not held.
     [[nodiscard]] PointerDevice* find(int deviceId);
     /// Takes what can be taken and forgets what is gone; asks again later for what another client holds.
     void scan();

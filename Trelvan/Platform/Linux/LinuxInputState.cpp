@@ -2,14 +2,12 @@
 
 #include "Platform/Linux/ButtonNumbers.hpp"
 #include "Platform/Linux/X11.hpp"
+#include "Platform/Linux/XTestDevices.hpp"
 
-#include <algorithm>
 #include <chrono>
 #include <limits>
 #include <memory>
 #include <optional>
-#include <span>
-#include <string_view>
 
 namespace trelvan {
 
@@ -27,18 +25,6 @@ std::optional<std::chrono::milliseconds> millisecondsSinceAnyInput(Display* disp
     return std::chrono::milliseconds(info->idle);
 }
 
-std::vector<int> findXTestDevices(Display* display) {
-    std::vector<int> result;
-    int count = 0;
-    XIDeviceInfo* devices = XIQueryDevice(display, XIAllDevices, &count);
-    for (const auto& device : std::span(devices, static_cast<std::size_t>(count))) {
-        if (std::string_view(device.name).find("XTEST") != std::string_view::npos)
-            result.push_back(device.deviceid);
-    }
-    if (devices != nullptr) XIFreeDeviceInfo(devices);
-    return result;
-}
-
 }  // namespace
 
 LinuxInputState::LinuxInputState(XEventPump& pump, const ModifierState& modifiers, ActivityLog& activity,
@@ -48,7 +34,8 @@ LinuxInputState::LinuxInputState(XEventPump& pump, const ModifierState& modifier
       activity_(activity),
       timers_(timers),
       poster_(poster),
-      xtestDevices_(findXTestDevices(pump.connection().display())) {
+      xtestPointer_(xtestDevice(pump.connection().display(), XTestDevice::pointer)),
+      xtestKeyboard_(xtestDevice(pump.connection().display(), XTestDevice::keyboard)) {
     noteFormerActivity();
     select(true);
     pump_.add(*this);
@@ -86,8 +73,8 @@ double LinuxInputState::secondsSinceLast(EventType type) const {
 }
 
 bool LinuxInputState::isOwn(int sourceDevice) const {
-    const bool mayBeOwn = poster_.hasJustPosted() || activity_.hasJustMoved();
-    return mayBeOwn && std::ranges::find(xtestDevices_, sourceDevice) != xtestDevices_.end();
+    const bool isSynthetic = sourceDevice == xtestPointer_ || sourceDevice == xtestKeyboard_;
+    return isSynthetic && (poster_.hasJustPosted() || activity_.hasJustMoved());
 }
 
 void LinuxInputState::handle(_XEvent& event) {

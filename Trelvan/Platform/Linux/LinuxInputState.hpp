@@ -8,7 +8,7 @@
 #include "Platform/RunLoop.hpp"
 
 #include <memory>
-#include <vector>
+#include <optional>
 
 namespace trelvan {
 
@@ -42,8 +42,9 @@ class LinuxInputState : public InputState, public XEventHandler {
     ActivityLog& activity_;
     Timers& timers_;
     LinuxEventPoster& poster_;
-    /// The slaves through which XTEST sends.
-    std::vector<int> xtestDevices_;
+    /// Through these the program's own events come back.
+    std::optional<int> xtestPointer_;
+    std::optional<int> xtestKeyboard_;
     std::unique_ptr<Timers::Timer> rearm_;
     bool looksAtMotion_ = false;
 };
