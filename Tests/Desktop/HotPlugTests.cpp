@@ -31,6 +31,8 @@ class HotPlugTest : public testing::Test {
     static void TearDownTestSuite() { desktop.reset(); }
 
     void SetUp() override {
+        // A new device is announced to the server inside namespaces of the test's own; where nobody may make
+        // such, nothing can be announced.
         if (!desktop) GTEST_SKIP() << "this machine does not let a user have namespaces";
         desktop->reset();
         devices = std::make_unique<InputDevices>(desktop->displayName());

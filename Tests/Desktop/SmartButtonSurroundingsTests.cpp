@@ -263,6 +263,8 @@ class SmartButtonOutputsTest : public SmartButtonSurroundingsTest {
              "--mode", "half", "--pos", "720x0"});
         int count = 0;
         XRRFreeMonitors(XRRGetMonitors(display(), client().connection().root(), True, &count));
+        // How many outputs it has is up to the version of the dummy driver; older ones have a single one, and
+        // then two monitors on it are all that can be tested.
         if (count != 2) GTEST_SKIP() << "the graphics driver has one output only";
     }
     void TearDown() override {

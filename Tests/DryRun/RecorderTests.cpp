@@ -42,6 +42,19 @@ class RecorderTest : public testing::Test {
         if (event.location == Point{}) event.location = desktop.pointer;
         desktop.send(event);
     }
+    /// The trace of the script that was recorded.
+    [[nodiscard]] std::vector<std::string> replay() const {
+        std::vector<std::string> trace;
+        StandardFiles files;
+        Simulation simulation(macShortcuts, files,
+                              [&trace](std::string_view line) { trace.emplace_back(line); });
+        for (const auto& line : script) {
+            const auto error = simulation.runLine(line);
+            EXPECT_FALSE(error) << line << *error;
+        }
+        simulation.finish();
+        return trace;
+    }
     static std::vector<std::string> decisions(const std::vector<std::string>& trace) {
         std::vector<std::string> result;
         for (const auto& line : trace) {
@@ -88,17 +101,8 @@ TEST_F(RecorderTest, ReplayGivesTheSameDecisions) {
     desktop.time.runDue();
     desktop.onTrace = nullptr;
 
-    std::vector<std::string> replayed;
-    StandardFiles files;
-    Simulation simulation(macShortcuts, files,
-                          [&replayed](std::string_view line) { replayed.emplace_back(line); });
-    for (const auto& line : script) {
-        const auto error = simulation.runLine(line);
-        EXPECT_FALSE(error) << line << *error;
-    }
-    simulation.finish();
     EXPECT_GT(decisions(live).size(), 20U);
-    EXPECT_EQ(decisions(replayed), decisions(live));
+    EXPECT_EQ(decisions(replay()), decisions(live));
 }
 
 TEST_F(RecorderTest, WhatIsDoneInTheMenuIsReplayed) {
@@ -131,18 +135,9 @@ TEST_F(RecorderTest, WhatIsDoneInTheMenuIsReplayed) {
     desktop.time.runUntilBackgroundIsEmpty();
     desktop.onTrace = nullptr;
 
-    std::vector<std::string> replayed;
-    StandardFiles files;
-    Simulation simulation(macShortcuts, files,
-                          [&replayed](std::string_view line) { replayed.emplace_back(line); });
-    for (const auto& line : script) {
-        const auto error = simulation.runLine(line);
-        EXPECT_FALSE(error) << line << *error;
-    }
-    simulation.finish();
     EXPECT_THAT(script, Contains(HasSubstr(R"("do":"call","operation":"chooseEntry","index":1})")));
     EXPECT_GT(decisions(live).size(), 20U);
-    EXPECT_EQ(decisions(replayed), decisions(live));
+    EXPECT_EQ(decisions(replay()), decisions(live));
 }
 
 TEST_F(RecorderTest, HeadHoldsTheSettingsBeforeTheStart) {

@@ -30,6 +30,16 @@ class MapperFixture : public testing::Test {
             [this] { return std::make_shared<const ProfileSnapshot>(profile); }, menu, desktop.logger);
     }
 
+    void hotKey(int id, HotKeyEntry entry) { desktop.hotKeyEntries[id] = std::move(entry); }
+    /// The key codes that went down at the HID tap, in order.
+    [[nodiscard]] std::vector<int> keysDown() const {
+        std::vector<int> result;
+        for (const auto& key : desktop.all<trace::PostedKey>()) {
+            if (key.down) result.push_back(key.keyCode);
+        }
+        return result;
+    }
+
     ButtonMapping& map(std::int64_t number, ButtonAction action) {
         ButtonMapping mapping;
         mapping.buttonNumber = number;

@@ -1,14 +1,8 @@
 #include "Desktop/Harness/ChildProcess.hpp"
+#include "Desktop/Platform/InputServerTest.hpp"
 #include "Desktop/Platform/QtLoop.hpp"
-#include "Desktop/Platform/ServerTest.hpp"
-#include "Platform/Linux/LinuxEventPoster.hpp"
-#include "Platform/Linux/LinuxEventTap.hpp"
-#include "Platform/Linux/LinuxInputState.hpp"
 #include "Platform/Linux/LinuxKeyMonitors.hpp"
-#include "Platform/Linux/ModifierState.hpp"
-#include "Platform/Linux/QtRunLoop.hpp"
 #include "Platform/Linux/X11.hpp"
-#include "Platform/Linux/XEventPump.hpp"
 
 #include <QKeyEvent>
 #include <QRasterWindow>
@@ -33,10 +27,6 @@ constexpr auto keyDownMask = maskBit(EventType::keyDown);
 constexpr auto keysMask = keyDownMask | maskBit(EventType::keyUp);
 constexpr auto flagsMask = maskBit(EventType::flagsChanged);
 
-std::unique_ptr<XConnection> connect() {
-    return std::get<std::unique_ptr<XConnection>>(XConnection::open());
-}
-
 /// A window of the program.
 class OwnWindow : public QRasterWindow {
   public:
@@ -46,12 +36,12 @@ class OwnWindow : public QRasterWindow {
     void keyPressEvent(QKeyEvent* /*event*/) override { ++keysPressed; }
 };
 
-class LinuxKeyMonitorsTest : public ServerTest {
+class LinuxKeyMonitorsTest : public InputServerTest {
   protected:
     using Answer = KeyMonitors::LocalAnswer;
 
     void SetUp() override {
-        ServerTest::SetUp();
+        InputServerTest::SetUp();
         // The server has been told what we want to see.
         XSync(connection->display(), x11::no);
     }
@@ -85,15 +75,6 @@ class LinuxKeyMonitorsTest : public ServerTest {
         ASSERT_EQ(command.waitForEnd(patience), 0);
     }
 
-    std::unique_ptr<XConnection> connection = connect();
-    QtTimers timers;
-    XEventPump pump{*connection};
-    ActivityLog activity;
-    ModifierState modifiers{pump};
-    HeldPage page;
-    LinuxEventTap tap{pump, modifiers, activity, timers, page};
-    LinuxEventPoster poster{connect(), tap, page};
-    LinuxInputState input{pump, modifiers, activity, timers, poster};
     LinuxKeyMonitors monitors{pump, modifiers};
     OwnWindow window;
     std::vector<KeyMonitorEvent> local;

@@ -1,13 +1,8 @@
 #include "Core/KeepAwakeManager.hpp"
+#include "Desktop/Platform/InputServerTest.hpp"
 #include "Desktop/Platform/QtLoop.hpp"
-#include "Desktop/Platform/ServerTest.hpp"
-#include "Platform/Linux/LinuxEventPoster.hpp"
-#include "Platform/Linux/LinuxEventTap.hpp"
-#include "Platform/Linux/LinuxInputState.hpp"
-#include "Platform/Linux/ModifierState.hpp"
-#include "Platform/Linux/QtRunLoop.hpp"
+#include "Platform/Linux/PointerLocation.hpp"
 #include "Platform/Linux/X11.hpp"
-#include "Platform/Linux/XEventPump.hpp"
 #include "Platform/Simulated/SimulatedDesktop.hpp"
 
 #include <memory>
@@ -18,12 +13,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-std::unique_ptr<XConnection> connect() {
-    return std::get<std::unique_ptr<XConnection>>(XConnection::open());
-}
-
 /// Keep Awake with the real poster and the real idle times on a real server, and everything else simulated.
-class NudgeTest : public ServerTest {
+class NudgeTest : public InputServerTest {
   protected:
     void TearDown() override { setScreenSaver(0); }
 
@@ -38,17 +29,7 @@ class NudgeTest : public ServerTest {
         XScreenSaverQueryInfo(connection->display(), connection->root(), info.get());
         return info->state == ScreenSaverOn;
     }
-    [[nodiscard]] Point pointer() const {
-        Window root = 0;
-        Window child = 0;
-        int x = 0;
-        int y = 0;
-        int ignored = 0;
-        unsigned state = 0;
-        XQueryPointer(connection->display(), connection->root(), &root, &child, &x, &y, &ignored, &ignored,
-                      &state);
-        return {static_cast<double>(x), static_cast<double>(y)};
-    }
+    [[nodiscard]] Point pointer() const { return pointerLocation(connection->display(), connection->root()); }
     void keepAwake() {
         simulated.pointer = pointer();
         manager.emplace(KeepAwakeManager::Ports{.input = simulated.inputState(),
@@ -63,15 +44,6 @@ class NudgeTest : public ServerTest {
         manager->setEnabled(true);
     }
 
-    std::unique_ptr<XConnection> connection = connect();
-    QtTimers timers;
-    XEventPump pump{*connection};
-    ActivityLog activity;
-    ModifierState modifiers{pump};
-    HeldPage page;
-    LinuxEventTap tap{pump, modifiers, activity, timers, page};
-    LinuxEventPoster poster{connect(), tap, page};
-    LinuxInputState input{pump, modifiers, activity, timers, poster};
     SimulatedDesktop simulated;
     std::optional<KeepAwakeManager> manager;
 };
