@@ -1,6 +1,6 @@
 #include "DryRun/SimulatedMenu.hpp"
 
-#include <nlohmann/json.hpp>
+#include "DryRun/TraceJson.hpp"
 
 #include <cmath>
 #include <utility>
@@ -9,13 +9,11 @@ namespace trelvan {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using Json = TraceJson;
 
-/// Without the noise of the sine; whole where it is whole.
+/// Without the noise of the sine.
 Json plain(double coordinate) {
-    const double rounded = std::round(coordinate * 1e9) / 1e9;
-    if (rounded == std::trunc(rounded) && std::abs(rounded) < 1e15) return static_cast<std::int64_t>(rounded);
-    return rounded;
+    return plainNumber(std::round(coordinate * 1e9) / 1e9);
 }
 
 Json jsonOf(const trace::Menu::Entry& entry) {
@@ -26,10 +24,6 @@ Json entriesOf(const trace::Menu& menu) {
     Json list = Json::array();
     for (const auto& entry : menu.entries) list.push_back(jsonOf(entry));
     return list;
-}
-
-std::string textOf(const Json& json) {
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 }  // namespace
@@ -88,18 +82,18 @@ std::unique_ptr<SmartButtonPanels::Editor> SimulatedMenu::makeEditor() {
 }
 
 std::string menuCentre(const trace::Menu& menu) {
-    return textOf(Json::array({plain(menu.centre.x), plain(menu.centre.y)}));
+    return traceText(Json::array({plain(menu.centre.x), plain(menu.centre.y)}));
 }
 
 std::string menuEntries(const trace::Menu& menu) {
-    return textOf(entriesOf(menu));
+    return traceText(entriesOf(menu));
 }
 
 std::string menuState(const trace::Menu& menu) {
-    if (!menu.shown) return textOf({{"shown", false}});
-    return textOf({{"shown", true},
-                   {"center", Json::array({plain(menu.centre.x), plain(menu.centre.y)})},
-                   {"entries", entriesOf(menu)}});
+    if (!menu.shown) return traceText({{"shown", false}});
+    return traceText({{"shown", true},
+                      {"center", Json::array({plain(menu.centre.x), plain(menu.centre.y)})},
+                      {"entries", entriesOf(menu)}});
 }
 
 }  // namespace trelvan

@@ -1,29 +1,15 @@
 #include "DryRun/StatePrinter.hpp"
 
 #include "Core/Model/RecordJson.hpp"
+#include "DryRun/TraceJson.hpp"
 
-#include <nlohmann/json.hpp>
-
-#include <cmath>
-#include <cstdint>
 #include <type_traits>
 
 namespace trelvan {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-std::string text(const Json& value) {
-    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
-
-/// A whole number without a fraction, as everywhere in a trace.
-Json plain(double number) {
-    constexpr double wholeUpTo = 9007199254740992.0;
-    const bool whole = number == std::trunc(number) && std::abs(number) <= wholeUpTo;
-    return whole ? Json(static_cast<std::int64_t>(number)) : Json(number);
-}
+using Json = TraceJson;
 
 template <typename Record>
 std::optional<std::string> encoded(const Record& record) {
@@ -48,7 +34,7 @@ Json jsonOf(const DefaultsValue& value) {
                 auto parsed = Json::parse(stored.bytes, nullptr, false);
                 return parsed.is_discarded() ? Json(stored.bytes) : parsed;
             } else if constexpr (std::is_same_v<Stored, double>) {
-                return plain(stored);
+                return plainNumber(stored);
             } else {
                 return stored;
             }
@@ -59,21 +45,21 @@ Json jsonOf(const DefaultsValue& value) {
 std::string defaultsJson(const SimulatedDesktop& desktop) {
     Json result = Json::object();
     for (const auto& [key, value] : desktop.defaults) result[key] = jsonOf(value);
-    return text(result);
+    return traceText(result);
 }
 
 std::string monitorJson(const EventMonitor& monitor) {
     const auto& last = monitor.lastEvent.get();
-    return text({{"isRunning", monitor.isRunning.get()},
-                 {"lastEvent", last ? jsonOf(*last) : Json()},
-                 {"debugMode", monitor.debugMode},
-                 {"scrollSpeedVertical", plain(monitor.scrollSpeedVertical)},
-                 {"horizontalScrollEnabled", monitor.horizontalScrollEnabled.get()},
-                 {"scrollSpeedHorizontal", plain(monitor.scrollSpeedHorizontal)},
-                 {"swapScrollDirection", monitor.swapScrollDirection.get()},
-                 {"mouseSpeed", plain(monitor.mouseSpeed)},
-                 {"advancedMouseSpeedEnabled", monitor.advancedMouseSpeedEnabled.get()},
-                 {"mouseAcceleration", plain(monitor.mouseAcceleration)}});
+    return traceText({{"isRunning", monitor.isRunning.get()},
+                      {"lastEvent", last ? jsonOf(*last) : Json()},
+                      {"debugMode", monitor.debugMode},
+                      {"scrollSpeedVertical", plainNumber(monitor.scrollSpeedVertical)},
+                      {"horizontalScrollEnabled", monitor.horizontalScrollEnabled.get()},
+                      {"scrollSpeedHorizontal", plainNumber(monitor.scrollSpeedHorizontal)},
+                      {"swapScrollDirection", monitor.swapScrollDirection.get()},
+                      {"mouseSpeed", plainNumber(monitor.mouseSpeed)},
+                      {"advancedMouseSpeedEnabled", monitor.advancedMouseSpeedEnabled.get()},
+                      {"mouseAcceleration", plainNumber(monitor.mouseAcceleration)}});
 }
 
 /// The value as JSON; null for none.
@@ -84,22 +70,23 @@ Json jsonOf(const std::optional<Value>& value) {
 
 std::string keepAwakeJson(const KeepAwakeManager& manager) {
     const auto& moved = manager.lastMoveDate.get();
-    return text({{"isEnabled", manager.isEnabled.get()},
-                 {"idleThresholdMinutes", plain(manager.idleThresholdMinutes)},
-                 {"moveEveryMinutes", plain(manager.moveEveryMinutes)},
-                 {"autoStopPreset", rawValue(manager.autoStopPreset.get())},
-                 {"isCurrentlyAway", manager.isCurrentlyAway.get()},
-                 {"nextMoveInSeconds", jsonOf(manager.nextMoveInSeconds.get())},
-                 {"remainingAutoStopSeconds", jsonOf(manager.remainingAutoStopSeconds.get())},
-                 // The virtual day starts at the epoch: a date is its second there.
-                 {"lastMoveDate", moved ? plain(Seconds(moved->time_since_epoch()).count()) : Json()},
-                 {"lastErrorMessage", jsonOf(manager.lastErrorMessage.get())}});
+    return traceText(
+        {{"isEnabled", manager.isEnabled.get()},
+         {"idleThresholdMinutes", plainNumber(manager.idleThresholdMinutes)},
+         {"moveEveryMinutes", plainNumber(manager.moveEveryMinutes)},
+         {"autoStopPreset", rawValue(manager.autoStopPreset.get())},
+         {"isCurrentlyAway", manager.isCurrentlyAway.get()},
+         {"nextMoveInSeconds", jsonOf(manager.nextMoveInSeconds.get())},
+         {"remainingAutoStopSeconds", jsonOf(manager.remainingAutoStopSeconds.get())},
+         // The virtual day starts at the epoch: a date is its second there.
+         {"lastMoveDate", moved ? plainNumber(Seconds(moved->time_since_epoch()).count()) : Json()},
+         {"lastErrorMessage", jsonOf(manager.lastErrorMessage.get())}});
 }
 
 std::string debugLogJson(const EventMonitor& monitor) {
     Json list = Json::array();
     for (const auto& info : monitor.debugLog.get()) list.push_back(jsonOf(info));
-    return text(list);
+    return traceText(list);
 }
 
 }  // namespace
