@@ -3,8 +3,7 @@
 #include "Core/EventMonitor.hpp"
 #include "Core/Model/AppLanguage.hpp"
 #include "Core/ProfileManager.hpp"
-
-#include <nlohmann/json.hpp>
+#include "DryRun/TraceJson.hpp"
 
 #include <array>
 #include <cmath>
@@ -13,7 +12,7 @@ namespace trelvan {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using Json = TraceJson;
 
 /// The settings that decide what becomes of an event.
 constexpr std::array recordedKeys{
@@ -31,10 +30,6 @@ constexpr std::array recordedKeys{
 
 /// The symbolic hot keys that actions look up.
 constexpr std::array recordedHotKeys{32, 7, 8, 9, 33, 34, 160, 161, 36, 37, 79, 80, 81, 82};
-
-std::string text(const Json& value) {
-    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
 
 Json rectangle(const Rect& rect) {
     return {rect.x, rect.y, rect.width, rect.height};
@@ -110,7 +105,7 @@ void Recorder::writeDefaults() {
         if (auto value = scriptValue(*stored)) set[std::string(key)] = std::move(*value);
     }
     begin("defaults");
-    line_.addRaw("set", text(set));
+    line_.addRaw("set", traceText(set));
     end();
 }
 
@@ -126,7 +121,7 @@ void Recorder::writeHotKeys() {
     }
     if (table.empty()) return;
     begin("hotKeys");
-    line_.addRaw("table", text(table));
+    line_.addRaw("table", traceText(table));
     end();
 }
 
@@ -148,7 +143,7 @@ void Recorder::writeWorld(const TapEvent& event) {
     if (isMotion) return;
     Json frames = Json::array();
     for (const auto& frame : ports_.screens.frames()) frames.push_back(rectangle(frame));
-    if (auto now = text(frames); now != screens_) {
+    if (auto now = traceText(frames); now != screens_) {
         screens_ = std::move(now);
         begin("screens");
         line_.addRaw("frames", screens_);
@@ -159,7 +154,7 @@ void Recorder::writeWorld(const TapEvent& event) {
         windows.push_back(
             {{"frame", rectangle(window.frame)}, {"visible", window.visible}, {"alpha", window.alpha}});
     }
-    if (auto now = text(windows); now != windows_) {
+    if (auto now = traceText(windows); now != windows_) {
         windows_ = std::move(now);
         begin("ownWindows");
         line_.addRaw("windows", windows_);
