@@ -1,8 +1,12 @@
 #include "CommandLine.hpp"
+#include "CommandTable.hpp"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
+#include <algorithm>
 #include <initializer_list>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -77,17 +81,115 @@ TEST(CommandLineTest, ExplainTakesButtonModifiersProfileAndLanguage) {
 TEST(CommandLineTest, ExplainNamesWhatIsWrong) {
     EXPECT_EQ(complaint(parse({"explain"})), "explain needs --button N");
     EXPECT_EQ(complaint(parse({"explain", "--button", "3x"})), "--button: not a whole number: '3x'");
-    EXPECT_EQ(complaint(parse({"explain", "--button"})), "--button: not a whole number: ''");
+    EXPECT_EQ(complaint(parse({"explain", "--button"})), "--button needs a number");
     EXPECT_EQ(complaint(parse({"explain", "--button", "3", "--modifiers", "shift+hyper"})),
-              "--modifiers: shift, control, option, command or fn, not 'shift+hyper'");
+              "--modifiers: unknown modifier 'hyper'; known: shift, control (ctrl), option (alt), command "
+              "(super, meta, cmd, win), fn");
     EXPECT_EQ(complaint(parse({"explain", "--button", "3", "--language", "fr"})),
               "--language: en or es, not 'fr'");
     EXPECT_EQ(complaint(parse({"explain", "--fast", "3"})), "unknown option '--fast'");
 }
 
+TEST(CommandLineTest, ConfigWithEqualsSignWorksAfterASubcommand) {
+    EXPECT_EQ(std::get<command::Record>(parse({"record", "--config=/nowhere/z"})).configDirectory,
+              "/nowhere/z");
+    EXPECT_EQ(
+        std::get<command::Explain>(parse({"explain", "--button=3", "--config=/nowhere/z"})).configDirectory,
+        "/nowhere/z");
+    EXPECT_EQ(complaint(parse({"record", "--config="})), "--config needs a folder");
+}
+
+TEST(CommandLineTest, OptionsMayStandBeforeTheSubcommandThatHasThem) {
+    const auto parsed = parse({"--config", "/nowhere/x", "explain", "--button", "3"});
+    ASSERT_TRUE(std::holds_alternative<command::Explain>(parsed));
+    EXPECT_EQ(std::get<command::Explain>(parsed).configDirectory, "/nowhere/x");
+    EXPECT_EQ(complaint(parse({"--config", "/nowhere/x", "simulate", "a"})), "unknown option '--config'");
+}
+
+TEST(CommandLineTest, ShortAndLongHelpWorkEverywhere) {
+    for (const auto* option : {"-h", "--help"}) {
+        EXPECT_EQ(std::get<command::ShowHelp>(parse({option})).subcommand, "");
+        for (const auto& row : commandTable().subspan(1)) {
+            const auto parsed = parse({row.name, option});
+            ASSERT_TRUE(std::holds_alternative<command::ShowHelp>(parsed)) << row.name;
+            EXPECT_EQ(std::get<command::ShowHelp>(parsed).subcommand, row.name);
+        }
+    }
+}
+
+TEST(CommandLineTest, NearestOptionAndCommandAreOffered) {
+    EXPECT_EQ(complaint(parse({"--confg", "x"})), "unknown option '--confg'; did you mean '--config'?");
+    EXPECT_EQ(complaint(parse({"explain", "--modifier", "x"})),
+              "unknown option '--modifier'; did you mean '--modifiers'?");
+    EXPECT_EQ(complaint(parse({"simualte", "x"})), "unknown command 'simualte'; did you mean 'simulate'?");
+    EXPECT_EQ(complaint(parse({"simualte"}, AppLanguage::spanish)),
+              "orden desconocida 'simualte'; ¿quisiste decir 'simulate'?");
+    EXPECT_EQ(complaint(parse({"simulate", "--shortcuts", "linus", "a"})),
+              "--shortcuts: macos or linux, not 'linus'; did you mean 'linux'?");
+}
+
+TEST(CommandLineTest, OptionInTheValuesPlaceIsNoValue) {
+    EXPECT_EQ(complaint(parse({"explain", "--button", "--json"})), "--button needs a number");
+    EXPECT_EQ(complaint(parse({"record", "--config", "--help"})), "--config needs a folder");
+    EXPECT_EQ(complaint(parse({"explain", "--json=yes", "--button", "3"})), "--json takes no value");
+}
+
+TEST(CommandLineTest, AfterTwoDashesNothingIsAnOption) {
+    EXPECT_EQ(std::get<command::Record>(parse({"record", "--", "--help"})).script, "--help");
+    EXPECT_EQ(complaint(parse({"--", "record"})), "unexpected argument 'record'");
+}
+
+TEST(CommandLineTest, ModifiersAreUnderstoodByTheirUsualNames) {
+    const auto parsed = parse({"explain", "--button", "3", "--modifiers", "Ctrl,ALT+super"});
+    ASSERT_TRUE(std::holds_alternative<command::Explain>(parsed));
+    EXPECT_EQ(std::get<command::Explain>(parsed).modifiers, flag::control | flag::option | flag::command);
+}
+
+TEST(CommandLineTest, BadUsagePointsToTheHelpOfItsCommand) {
+    EXPECT_EQ(std::get<command::BadUsage>(parse({"explain"})).subcommand, "explain");
+    EXPECT_EQ(std::get<command::BadUsage>(parse({"--fast"})).subcommand, "");
+}
+
 TEST(CommandLineTest, HelpExistsInBothLanguages) {
     EXPECT_TRUE(helpText(AppLanguage::english).starts_with("Usage: trelvan"));
     EXPECT_TRUE(helpText(AppLanguage::spanish).starts_with("Uso: trelvan"));
+    EXPECT_TRUE(helpText(AppLanguage::english, "explain").starts_with("Usage: trelvan explain --button N"));
+    EXPECT_TRUE(
+        helpText(AppLanguage::spanish, "record").starts_with("Uso: trelvan record [--config CARPETA]"));
+}
+
+/// Lines longer than a terminal of 80 columns.
+std::vector<std::string> longLines(const std::string& text) {
+    std::vector<std::string> result;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        const auto width = std::ranges::count_if(
+            line, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; });
+        if (width > 80) result.push_back(line);
+    }
+    return result;
+}
+
+TEST(CommandLineTest, EveryCommandsHelpHasItsOptionsAndAnExampleThatParses) {
+    for (const auto language : {AppLanguage::english, AppLanguage::spanish}) {
+        const std::string whole = helpText(language);
+        for (const auto& row : commandTable()) {
+            const std::string help = helpText(language, row.name);
+            EXPECT_THAT(longLines(help), testing::IsEmpty());
+            EXPECT_THAT(help, testing::HasSubstr(std::string(row.example)));
+            EXPECT_THAT(help, testing::HasSubstr("-h, --help"));
+            EXPECT_THAT(whole, testing::HasSubstr(std::string(row.name)));
+            for (const auto& option : row.options) {
+                EXPECT_THAT(help, testing::HasSubstr("\n  " + std::string(option.name)));
+                EXPECT_FALSE(localized(language, option.help).empty()) << option.name;
+            }
+            std::istringstream words{std::string(row.example)};
+            const std::vector<std::string> example{std::istream_iterator<std::string>(words), {}};
+            ASSERT_EQ(example.front(), "trelvan");
+            const std::vector<std::string_view> arguments(example.begin() + 1, example.end());
+            EXPECT_EQ(complaint(parseCommandLine(arguments, language)), "") << row.example;
+        }
+    }
 }
 
 }  // namespace

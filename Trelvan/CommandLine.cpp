@@ -1,272 +1,233 @@
 #include "CommandLine.hpp"
 
+#include "CommandTable.hpp"
+#include "Core/ModifierNames.hpp"
+#include "Utilities/NearestWord.hpp"
+#include "Utilities/Text.hpp"
+
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 namespace trelvan {
 
 namespace {
 
-constexpr std::string_view englishHelp =
-    R"(Usage: trelvan [--config DIR]
-       trelvan simulate [--shortcuts macos|linux] SCRIPT|-
-       trelvan record [--config DIR] [SCRIPT]
-       trelvan explain --button N [--modifiers M] [--profile NAME]
-                       [--language en|es] [--json] [--config DIR]
-       trelvan --help | --version
+constexpr std::string_view stopsOptions = "--";
 
-Turns the extra buttons and the wheel of a trackball or mouse into shortcuts,
-system actions and application launches. Runs until it is told to end
-(Control+C, or the terminate signal).
+/// What is wrong with a value; none when nothing is.
+using Complaint = std::optional<std::string>;
 
-  --config DIR   folder of the settings file; it is created when missing.
-                 Otherwise $XDG_CONFIG_HOME/trelvan or ~/.config/trelvan.
-  --help         shows this text
-  --version      shows the version
-
-simulate runs a script of events on a simulated desktop and prints what would
-happen, one JSON object a line; nothing of this computer is touched.
-  --shortcuts    whose key combinations the actions send: macos (the default)
-                 or linux
-
-record runs Trelvan and writes what its tap sees as a script for simulate, with
-the settings at the head, for a bug report. SCRIPT must not exist yet; without
-one, trelvan-recording-1.jsonl or the next free number is taken. It never writes
-key presses, only which modifier keys are held.
-
-explain tells which function a press would fire with your settings, and why.
-  --button       button number: 0 left, 1 right, 2 middle, 3 and up the extra
-                 buttons, -100 wheel up, -101 wheel down
-  --modifiers    modifiers held: shift, control, option, command and fn,
-                 joined by +
-  --profile      name of the profile; otherwise the active one
-  --language     language of the answer; otherwise that of the settings
-  --json         one JSON object for programs
-
-Exit status: 0 normal end, 1 no display or a needed part of it is missing,
-2 wrong arguments.
-)";
-
-constexpr std::string_view spanishHelp =
-    R"(Uso: trelvan [--config CARPETA]
-     trelvan simulate [--shortcuts macos|linux] GUION|-
-     trelvan record [--config CARPETA] [GUION]
-     trelvan explain --button N [--modifiers M] [--profile NOMBRE]
-                     [--language en|es] [--json] [--config CARPETA]
-     trelvan --help | --version
-
-Convierte los botones extra y la rueda de un trackball o ratón en atajos,
-acciones del sistema y apertura de aplicaciones. Funciona hasta que se le pide
-terminar (Control+C o la señal de terminación).
-
-  --config CARPETA   carpeta del archivo de ajustes; se crea si no existe.
-                     Si no, $XDG_CONFIG_HOME/trelvan o ~/.config/trelvan.
-  --help             muestra este texto
-  --version          muestra la versión
-
-simulate ejecuta un guion de eventos en un escritorio simulado y muestra lo que
-pasaría, un objeto JSON por línea; nada de este ordenador se toca.
-  --shortcuts        de quién son los atajos que envían las acciones: macos (lo
-                     habitual) o linux
-
-record ejecuta Trelvan y escribe lo que ve como guion para simulate, con los
-ajustes al principio, para un informe de error. GUION no debe existir aún; si no
-se da, se usa trelvan-recording-1.jsonl o el siguiente número libre. Nunca
-escribe teclas pulsadas, solo qué modificadores lo están.
-
-explain dice qué función ejecutaría una pulsación con tus ajustes, y por qué.
-  --button           número de botón: 0 izquierdo, 1 derecho, 2 medio, 3 y
-                     siguientes los extra, -100 rueda arriba, -101 rueda abajo
-  --modifiers        modificadores pulsados: shift, control, option, command y
-                     fn, unidos por +
-  --profile          nombre del perfil; si no, el activo
-  --language         idioma de la respuesta; si no, el de los ajustes
-  --json             un objeto JSON para programas
-
-Estado de salida: 0 fin normal, 1 no hay pantalla o falta una parte necesaria,
-2 argumentos incorrectos.
-)";
-
-command::BadUsage wrong(std::string_view what, std::string_view argument) {
-    return {std::string(what) + " '" + std::string(argument) + "'"};
+bool isWholeNumber(std::string_view text) {
+    std::int64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc{} && end == text.data() + text.size();
 }
 
-/// Takes the folder of `--config`; it may be missing, but nothing else may stand in its place.
-Command withConfig(std::string_view folder, AppLanguage language) {
-    if (folder.empty()) {
-        return command::BadUsage{
-            std::string(localized(language, "--config needs a folder", "--config necesita una carpeta"))};
-    }
+bool isSomethingElseThanAFolder(std::string_view path) {
     std::error_code error;
-    const auto status = std::filesystem::status(folder, error);
-    if (std::filesystem::exists(status) && !std::filesystem::is_directory(status))
-        return wrong(localized(language, "--config: not a folder:", "--config: no es una carpeta:"), folder);
-    return command::Run{std::string(folder)};
+    const auto status = std::filesystem::status(path, error);
+    return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
 }
 
-/// Reads what follows "simulate".
-Command parseSimulate(std::span<const std::string_view> arguments, AppLanguage language) {
-    command::Simulate result;
-    for (std::size_t index = 0; index < arguments.size(); ++index) {
-        const std::string_view argument = arguments[index];
-        if (argument == "--help") return command::ShowHelp{};
-        if (argument == "--shortcuts") {
-            const std::string_view whose = index + 1 < arguments.size() ? arguments[++index] : "";
-            if (whose != "linux" && whose != "macos") {
-                return wrong(
-                    localized(language, "--shortcuts: macos or linux, not", "--shortcuts: macos o linux, no"),
-                    whose);
+std::string joined(std::span<const std::string_view> words, std::string_view lastSeparator) {
+    std::string text;
+    for (std::size_t index = 0; index < words.size(); ++index) {
+        if (index > 0) text += index + 1 == words.size() ? lastSeparator : ", ";
+        text += words[index];
+    }
+    return text;
+}
+
+/// Reads one command line by the table.
+class Reader {
+  public:
+    Reader(std::span<const std::string_view> arguments, AppLanguage language)
+        : arguments_(arguments), language_(language) {}
+
+    Command read() {
+        while (at_ < arguments_.size() && !answer_) take(arguments_[at_++]);
+        if (answer_) return *std::move(answer_);
+        if (const auto missing = whatIsMissing()) return wrong(*missing);
+        return row_->make(given_);
+    }
+
+  private:
+    std::string_view pick(TextPair text) const { return localized(language_, text); }
+
+    std::string say(TextPair what, std::string_view about) const {
+        return std::string(ShortText(pick(what), " '", about, "'").view());
+    }
+
+    command::BadUsage wrong(std::string message) const { return {std::move(message), row_->name}; }
+    void refuse(std::string message) { answer_ = wrong(std::move(message)); }
+
+    std::string withSuggestion(std::string message, std::optional<std::string_view> nearest) const {
+        if (!nearest) return message;
+        return std::move(message)
+            .append(pick({"; did you mean '", "; ¿quisiste decir '"}))
+            .append(*nearest)
+            .append(pick({"'?", "'?"}));
+    }
+
+    void take(std::string_view argument) {
+        if (optionsEnded_ || argument == "-" || !argument.starts_with('-')) {
+            takeArgument(argument);
+        } else if (argument == stopsOptions) {
+            optionsEnded_ = true;
+        } else {
+            takeOption(argument);
+        }
+    }
+
+    void takeArgument(std::string_view argument) {
+        const bool mayBeCommand = row_->name.empty() && !optionsEnded_;
+        if (const auto* const command = mayBeCommand ? commandNamed(argument) : nullptr) {
+            enter(*command);
+        } else if (row_->argument && !given_.argument()) {
+            given_.setArgument(argument);
+        } else if (const auto nearest = mayBeCommand ? nearestCommand(argument) : std::nullopt) {
+            refuse(withSuggestion(say({"unknown command", "orden desconocida"}, argument), nearest));
+        } else {
+            refuse(say({"unexpected argument", "argumento inesperado"}, argument));
+        }
+    }
+
+    /// Options may stand before the command's name, as long as the command has them.
+    void enter(const CommandRow& command) {
+        row_ = &command;
+        for (const auto& [option, value] : given_.options()) {
+            if (optionNamed(option->name) == nullptr) return refuse(unknownOption(option->name));
+        }
+    }
+
+    void takeOption(std::string_view argument) {
+        const auto equals = argument.starts_with("--") ? argument.find('=') : std::string_view::npos;
+        const auto name = argument.substr(0, equals);
+        const auto* const option = optionNamed(name);
+        if (option == nullptr) return refuse(unknownOption(name));
+        std::optional<std::string_view> value;
+        if (equals != std::string_view::npos) value = argument.substr(equals + 1);
+        if (option->kind == ValueKind::flag) {
+            if (value)
+                return refuse(std::string(name) + std::string(pick({" takes no value", " no lleva valor"})));
+            if (option == &helpOption()) {
+                answer_ = command::ShowHelp{row_->name};
+            } else {
+                given_.add(*option, {});
             }
-            result.linuxShortcuts = whose == "linux";
-        } else if (argument.starts_with('-') && argument != "-") {
-            return wrong(localized(language, "unknown option", "opción desconocida"), argument);
-        } else if (result.script.empty()) {
-            result.script = argument;
-        } else {
-            return wrong(localized(language, "unexpected argument", "argumento inesperado"), argument);
+            return;
+        }
+        // An option in the value's place means that the value was forgotten; "-101" is no option.
+        if (!value && at_ < arguments_.size() && optionNamed(arguments_[at_]) == nullptr)
+            value = arguments_[at_++];
+        if (!value || (value->empty() && option->kind != ValueKind::modifiers))
+            return refuse(
+                std::string(ShortText(name, pick({" needs ", " necesita "}), nounOf(*option)).view()));
+        if (auto complaint = complaintAbout(*option, *value)) return refuse(*std::move(complaint));
+        given_.add(*option, *value);
+    }
+
+    std::string_view nounOf(const OptionRow& option) const {
+        switch (option.kind) {
+            case ValueKind::folder:
+                return pick({"a folder", "una carpeta"});
+            case ValueKind::file:
+                return pick({"a file", "un archivo"});
+            case ValueKind::wholeNumber:
+                return pick({"a number", "un número"});
+            default:
+                return pick({"a value", "un valor"});
         }
     }
-    if (result.script.empty())
-        return command::BadUsage{
-            std::string(localized(language, "simulate needs a script", "simulate necesita un guion"))};
-    return result;
-}
 
-/// Reads what follows "record".
-Command parseRecord(std::span<const std::string_view> arguments, AppLanguage language) {
-    command::Record result;
-    for (std::size_t index = 0; index < arguments.size(); ++index) {
-        const std::string_view argument = arguments[index];
-        if (argument == "--help") return command::ShowHelp{};
-        if (argument == "--config") {
-            const std::string_view folder = index + 1 < arguments.size() ? arguments[++index] : "";
-            auto config = withConfig(folder, language);
-            if (std::holds_alternative<command::BadUsage>(config)) return config;
-            result.configDirectory = folder;
-        } else if (argument.starts_with('-')) {
-            return wrong(localized(language, "unknown option", "opción desconocida"), argument);
-        } else if (result.script.empty()) {
-            result.script = argument;
-        } else {
-            return wrong(localized(language, "unexpected argument", "argumento inesperado"), argument);
+    Complaint complaintAbout(const OptionRow& option, std::string_view value) const {
+        const std::string head = std::string(option.name) + ": ";
+        switch (option.kind) {
+            case ValueKind::folder:
+                if (!isSomethingElseThanAFolder(value)) return std::nullopt;
+                return head + say({"not a folder:", "no es una carpeta:"}, value);
+            case ValueKind::wholeNumber:
+                if (isWholeNumber(value)) return std::nullopt;
+                return head + say({"not a whole number:", "no es un número entero:"}, value);
+            case ValueKind::choice: {
+                if (std::ranges::find(option.choices, value) != option.choices.end()) return std::nullopt;
+                const auto nearest = nearestWord(value, option.choices);
+                return withSuggestion(head + say({joined(option.choices, " or ") + ", not",
+                                                  joined(option.choices, " o ") + ", no"},
+                                                 value),
+                                      nearest ? std::optional(option.choices[*nearest]) : std::nullopt);
+            }
+            case ValueKind::modifiers: {
+                const auto unknown = readModifiers(value).unknown;
+                if (unknown.empty()) return std::nullopt;
+                std::string text = head + say({"unknown modifier", "modificador desconocido"}, unknown);
+                text.append(pick({"; known: ", "; se conocen: "})).append(knownModifierNames);
+                return withSuggestion(std::move(text), nearestModifierName(unknown));
+            }
+            default:
+                return std::nullopt;
         }
     }
-    return result;
-}
 
-std::optional<EventFlags> parseModifiers(std::string_view text) {
-    constexpr std::array<std::pair<std::string_view, EventFlags>, 7> names{{{"shift", flag::shift},
-                                                                            {"control", flag::control},
-                                                                            {"option", flag::option},
-                                                                            {"alt", flag::option},
-                                                                            {"command", flag::command},
-                                                                            {"fn", flag::function},
-                                                                            {"function", flag::function}}};
-    EventFlags flags = 0;
-    while (!text.empty()) {
-        const auto plus = text.find('+');
-        const auto name = text.substr(0, plus);
-        const auto known = std::ranges::find(names, name, &std::pair<std::string_view, EventFlags>::first);
-        if (known == names.end()) return std::nullopt;
-        flags |= known->second;
-        text = plus == std::string_view::npos ? std::string_view{} : text.substr(plus + 1);
+    /// Null when the command has no such option.
+    const OptionRow* optionNamed(std::string_view name) const {
+        const auto matches = [name](const OptionRow& option) {
+            const bool isLetter = name.size() == 2 && option.letter != 0 && name[1] == option.letter;
+            return option.name == name || isLetter;
+        };
+        if (matches(helpOption())) return &helpOption();
+        const auto found = std::ranges::find_if(row_->options, matches);
+        return found != row_->options.end() ? &*found : nullptr;
     }
-    return flags;
-}
 
-/// Takes one option of "explain" with its value; none when it is well, else what is wrong.
-std::optional<command::BadUsage> takeExplainOption(command::Explain& result, std::string_view option,
-                                                   std::string_view value, AppLanguage language) {
-    if (option == "--button") {
-        const auto [end, error] =
-            std::from_chars(value.data(), value.data() + value.size(), result.buttonNumber);
-        if (error == std::errc{} && end == value.data() + value.size()) return std::nullopt;
-        return wrong(
-            localized(language, "--button: not a whole number:", "--button: no es un número entero:"), value);
+    std::string unknownOption(std::string_view name) const {
+        std::vector<std::string_view> names{helpOption().name};
+        for (const auto& option : row_->options) names.push_back(option.name);
+        const auto nearest = nearestWord(name, names);
+        return withSuggestion(say({"unknown option", "opción desconocida"}, name),
+                              nearest ? std::optional(names[*nearest]) : std::nullopt);
     }
-    if (option == "--modifiers") {
-        if (const auto flags = parseModifiers(value)) {
-            result.modifiers = *flags;
-            return std::nullopt;
+
+    static std::optional<std::string_view> nearestCommand(std::string_view word) {
+        std::vector<std::string_view> names;
+        for (const auto& row : commandTable().subspan(1)) names.push_back(row.name);
+        const auto nearest = nearestWord(word, names);
+        return nearest ? std::optional(names[*nearest]) : std::nullopt;
+    }
+
+    Complaint whatIsMissing() const {
+        for (const auto& option : row_->options) {
+            if (!option.required || given_.has(option.name)) continue;
+            return std::string(ShortText(row_->name, pick({" needs ", " necesita "}), option.name, " ",
+                                         pick(option.valueName))
+                                   .view());
         }
-        return wrong(localized(language, "--modifiers: shift, control, option, command or fn, not",
-                               "--modifiers: shift, control, option, command o fn, no"),
-                     value);
-    }
-    if (option == "--language") {
-        if (value != "en" && value != "es")
-            return wrong(localized(language, "--language: en or es, not", "--language: en o es, no"), value);
-        result.language = value == "es" ? AppLanguage::spanish : AppLanguage::english;
-    } else if (option == "--profile") {
-        result.profile = value;
-    } else if (option == "--config") {
-        const auto config = withConfig(value, language);
-        if (const auto* bad = std::get_if<command::BadUsage>(&config)) return *bad;
-        result.configDirectory = value;
-    } else {
-        return wrong(localized(language, "unknown option", "opción desconocida"), option);
-    }
-    return std::nullopt;
-}
-
-/// Reads what follows "explain".
-Command parseExplain(std::span<const std::string_view> arguments, AppLanguage language) {
-    command::Explain result;
-    bool hasButton = false;
-    for (std::size_t index = 0; index < arguments.size(); ++index) {
-        const std::string_view option = arguments[index];
-        if (option == "--help") return command::ShowHelp{};
-        if (option == "--json") {
-            result.json = true;
-            continue;
+        if (row_->argument && row_->argument->required && !given_.argument()) {
+            return std::string(
+                ShortText(row_->name, pick({" needs ", " necesita "}), pick(row_->argument->noun)).view());
         }
-        const std::string_view value = index + 1 < arguments.size() ? arguments[++index] : "";
-        if (const auto bad = takeExplainOption(result, option, value, language)) return *bad;
-        hasButton = hasButton || option == "--button";
+        return std::nullopt;
     }
-    if (hasButton) return result;
-    return command::BadUsage{
-        std::string(localized(language, "explain needs --button N", "explain necesita --button N"))};
-}
+
+    std::span<const std::string_view> arguments_;
+    AppLanguage language_;
+    const CommandRow* row_ = &commandTable().front();
+    GivenArguments given_;
+    std::size_t at_ = 0;
+    bool optionsEnded_ = false;
+    /// What the command line comes to, once that is clear before its end.
+    std::optional<Command> answer_;
+};
 
 }  // namespace
 
 Command parseCommandLine(std::span<const std::string_view> arguments, AppLanguage language) {
-    constexpr std::string_view configOption = "--config";
-    constexpr std::string_view configPrefix = "--config=";
-    if (!arguments.empty() && arguments.front() == "simulate")
-        return parseSimulate(arguments.subspan(1), language);
-    if (!arguments.empty() && arguments.front() == "record")
-        return parseRecord(arguments.subspan(1), language);
-    if (!arguments.empty() && arguments.front() == "explain")
-        return parseExplain(arguments.subspan(1), language);
-    Command result = command::Run{};
-    for (std::size_t index = 0; index < arguments.size(); ++index) {
-        const std::string_view argument = arguments[index];
-        if (argument == "--help" || argument == "-h") return command::ShowHelp{};
-        if (argument == "--version") return command::ShowVersion{};
-        if (argument == configOption) {
-            const bool hasValue = index + 1 < arguments.size();
-            result = withConfig(hasValue ? arguments[++index] : std::string_view{}, language);
-        } else if (argument.starts_with(configPrefix)) {
-            result = withConfig(argument.substr(configPrefix.size()), language);
-        } else if (argument.starts_with('-')) {
-            return wrong(localized(language, "unknown option", "opción desconocida"), argument);
-        } else {
-            return wrong(localized(language, "unexpected argument", "argumento inesperado"), argument);
-        }
-        if (std::holds_alternative<command::BadUsage>(result)) return result;
-    }
-    return result;
-}
-
-std::string_view helpText(AppLanguage language) {
-    return localized(language, englishHelp, spanishHelp);
+    return Reader(arguments, language).read();
 }
 
 AppLanguage terminalLanguage() {

@@ -39,11 +39,16 @@ struct Explain {
     bool json = false;
     std::string configDirectory;
 };
-struct ShowHelp {};
+struct ShowHelp {
+    /// The subcommand whose help is wanted; empty for that of the program.
+    std::string_view subcommand;
+};
 struct ShowVersion {};
 /// The arguments make no sense; the text says which and why.
 struct BadUsage {
     std::string message;
+    /// The subcommand whose help to point to; empty for the program's.
+    std::string_view subcommand;
 };
 }  // namespace command
 
@@ -61,8 +66,8 @@ inline constexpr int badUsage = 2;
 /// Reads the arguments that follow the program's name.
 [[nodiscard]] Command parseCommandLine(std::span<const std::string_view> arguments, AppLanguage language);
 
-/// What `--help` prints.
-[[nodiscard]] std::string_view helpText(AppLanguage language);
+/// What `--help` prints, for the program or one of its subcommands.
+[[nodiscard]] std::string helpText(AppLanguage language, std::string_view subcommand = {});
 
 /// The language of the terminal, from the POSIX locale variables; the setting of the interface is not at hand
 /// before the settings are read.

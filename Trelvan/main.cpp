@@ -91,11 +91,13 @@ int main(int argc, char** argv) {
     const Command asked = parseCommandLine(arguments, language);
     if (const auto* bad = std::get_if<command::BadUsage>(&asked)) {
         print(stderr, "trelvan: " + bad->message + "\n");
-        print(stderr, localized(language, "Try 'trelvan --help'.\n", "Prueba 'trelvan --help'.\n"));
+        const std::string command = bad->subcommand.empty() ? "" : std::string(bad->subcommand) + " ";
+        print(stderr,
+              std::string(localized(language, "Try 'trelvan ", "Prueba 'trelvan ")) + command + "--help'.\n");
         return exitStatus::badUsage;
     }
-    if (std::holds_alternative<command::ShowHelp>(asked)) {
-        print(stdout, helpText(language));
+    if (const auto* help = std::get_if<command::ShowHelp>(&asked)) {
+        print(stdout, helpText(language, help->subcommand));
         return exitStatus::ok;
     }
     if (std::holds_alternative<command::ShowVersion>(asked)) {

@@ -1,6 +1,7 @@
 #include "Core/MappingExplanation.hpp"
 
 #include "Core/Model/ButtonNumbers.hpp"
+#include "Core/ModifierNames.hpp"
 #include "Utilities/Text.hpp"
 
 #include <algorithm>
@@ -11,19 +12,6 @@
 namespace trelvan {
 
 namespace {
-
-struct ModifierName {
-    EventFlags flag;
-    ButtonModifierTrigger trigger;
-};
-
-constexpr std::array<ModifierName, 5> modifierNames{{
-    {flag::control, ButtonModifierTrigger::control},
-    {flag::option, ButtonModifierTrigger::option},
-    {flag::shift, ButtonModifierTrigger::shift},
-    {flag::command, ButtonModifierTrigger::command},
-    {flag::function, ButtonModifierTrigger::function},
-}};
 
 struct KeyName {
     KeyCode keyCode;
@@ -49,17 +37,6 @@ constexpr std::array keyNames{
     KeyName{key::leftArrow, "Left", "Izquierda"},
     KeyName{key::rightArrow, "Right", "Derecha"},
 };
-
-/// The modifiers among the flags, joined by a plus; empty when there are none.
-std::string namesOf(EventFlags flags) {
-    std::string result;
-    for (const auto& [bit, trigger] : modifierNames) {
-        if ((flags & bit) == 0) continue;
-        if (!result.empty()) result += '+';
-        result += displayName(trigger);
-    }
-    return result;
-}
 
 /// Puts the texts of one explanation together.
 class Explainer {

@@ -42,4 +42,14 @@ constexpr std::string_view localized(AppLanguage language, std::string_view engl
     return language == AppLanguage::spanish ? spanish : english;
 }
 
+/// A text in both languages.
+struct TextPair {
+    std::string_view english;
+    std::string_view spanish;
+};
+
+constexpr std::string_view localized(AppLanguage language, TextPair text) {
+    return localized(language, text.english, text.spanish);
+}
+
 }  // namespace trelvan

@@ -1,0 +1,208 @@
+#include "CommandTable.hpp"
+
+#include "Core/ModifierNames.hpp"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace trelvan {
+
+namespace {
+
+constexpr std::array<std::string_view, 2> systems{"macos", "linux"};
+constexpr std::array<std::string_view, 2> languages{"en", "es"};
+
+constexpr OptionRow configOption{
+    .name = "--config",
+    .kind = ValueKind::folder,
+    .valueName = {"DIR", "CARPETA"},
+    .help = {"folder of the settings file; otherwise $XDG_CONFIG_HOME/trelvan or ~/.config/trelvan",
+             "carpeta del archivo de ajustes; si no, $XDG_CONFIG_HOME/trelvan o ~/.config/trelvan"}};
+
+constexpr OptionRow jsonOption{.name = "--json",
+                               .help = {"one JSON object for programs", "un objeto JSON para programas"}};
+
+constexpr OptionRow languageOption{.name = "--language",
+                                   .kind = ValueKind::choice,
+                                   .valueName = {"en|es", "en|es"},
+                                   .help = {"language of the answer; otherwise that of the settings",
+                                            "idioma de la respuesta; si no, el de los ajustes"},
+                                   .choices = languages};
+
+constexpr std::array runOptions{
+    configOption,
+    OptionRow{.name = "--version", .help = {"shows the version", "muestra la versión"}},
+};
+
+constexpr std::array simulateOptions{
+    OptionRow{.name = "--shortcuts",
+              .kind = ValueKind::choice,
+              .valueName = {"macos|linux", "macos|linux"},
+              .help = {"whose key combinations the actions send; macos is the default",
+                       "de quién son los atajos que envían las acciones; lo habitual es macos"},
+              .choices = systems},
+};
+
+constexpr std::array recordOptions{configOption};
+
+constexpr std::array explainOptions{
+    OptionRow{
+        .name = "--button",
+        .kind = ValueKind::wholeNumber,
+        .valueName = {"N", "N"},
+        .help = {"button number: 0 left, 1 right, 2 middle, 3 and up the extra buttons, -100 wheel up, "
+                 "-101 wheel down",
+                 "número de botón: 0 izquierdo, 1 derecho, 2 medio, 3 y siguientes los extra, -100 rueda "
+                 "arriba, -101 rueda abajo"},
+        .required = true},
+    OptionRow{.name = "--modifiers",
+              .kind = ValueKind::modifiers,
+              .valueName = {"M", "M"},
+              .help = {"modifiers held: shift, control (ctrl), option (alt), command (super, meta) and fn, "
+                       "joined by + or comma",
+                       "modificadores pulsados: shift, control (ctrl), option (alt), command (super, meta) y "
+                       "fn, unidos por + o coma"}},
+    OptionRow{
+        .name = "--profile",
+        .kind = ValueKind::text,
+        .valueName = {"NAME", "NOMBRE"},
+        .help = {"name of the profile; otherwise the active one", "nombre del perfil; si no, el activo"}},
+    languageOption,
+    jsonOption,
+    configOption,
+};
+
+std::int64_t wholeNumber(std::string_view text) {
+    std::int64_t number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number;
+}
+
+std::optional<AppLanguage> languageOf(const GivenArguments& given) {
+    const auto value = given.value(languageOption.name);
+    if (!value) return std::nullopt;
+    return *value == "es" ? AppLanguage::spanish : AppLanguage::english;
+}
+
+Command makeRun(const GivenArguments& given) {
+    if (given.has("--version")) return command::ShowVersion{};
+    return command::Run{given.text("--config")};
+}
+
+Command makeSimulate(const GivenArguments& given) {
+    return command::Simulate{.script = std::string(given.argument().value_or("")),
+                             .linuxShortcuts = given.value("--shortcuts") == "linux"};
+}
+
+Command makeRecord(const GivenArguments& given) {
+    return command::Record{.script = std::string(given.argument().value_or("")),
+                           .configDirectory = given.text("--config")};
+}
+
+Command makeExplain(const GivenArguments& given) {
+    const auto profile = given.value("--profile");
+    return command::Explain{.buttonNumber = wholeNumber(given.text("--button")),
+                            .modifiers = readModifiers(given.text("--modifiers")).flags,
+                            .profile = profile ? std::optional<std::string>(*profile) : std::nullopt,
+                            .language = languageOf(given),
+                            .json = given.has("--json"),
+                            .configDirectory = given.text("--config")};
+}
+
+constexpr std::array rows{
+    CommandRow{.name = {},
+               .summary = {},
+               .description =
+                   {"Turns the extra buttons and the wheel of a trackball or mouse into shortcuts, system "
+                    "actions and application launches. Runs until it is told to end (Control+C, or the "
+                    "terminate signal).",
+                    "Convierte los botones extra y la rueda de un trackball o ratón en atajos, acciones "
+                    "del sistema y apertura de aplicaciones. Funciona hasta que se le pide terminar "
+                    "(Control+C o la señal de terminación)."},
+               .options = runOptions,
+               .argument = std::nullopt,
+               .example = "trelvan --config ~/trelvan-test",
+               .exampleMeaning = {"runs with the settings in that folder, which is created when missing",
+                                  "funciona con los ajustes de esa carpeta, que se crea si no existe"},
+               .statuses = {},
+               .make = makeRun},
+    CommandRow{.name = "simulate",
+               .summary = {"what a script of events would do", "lo que haría un guion de eventos"},
+               .description =
+                   {"Runs a script of events on a simulated desktop and prints what would happen, one JSON "
+                    "object a line; nothing of this computer is touched. SCRIPT may be - for standard "
+                    "input.",
+                    "Ejecuta un guion de eventos en un escritorio simulado y muestra lo que pasaría, un "
+                    "objeto JSON por línea; nada de este ordenador se toca. GUION puede ser - para la "
+                    "entrada estándar."},
+               .options = simulateOptions,
+               .argument = ArgumentRow{.kind = ValueKind::file,
+                                       .name = {"SCRIPT", "GUION"},
+                                       .noun = {"a script", "un guion"},
+                                       .required = true},
+               .example = "trelvan simulate --shortcuts linux press.jsonl",
+               .exampleMeaning = {"shows what the events of press.jsonl would send on Linux",
+                                  "muestra lo que los eventos de press.jsonl enviarían en Linux"},
+               .statuses = {},
+               .make = makeSimulate},
+    CommandRow{.name = "record",
+               .summary = {"runs and writes what it sees, for a bug report",
+                           "funciona y escribe lo que ve, para un informe de error"},
+               .description =
+                   {"Runs Trelvan and writes what its tap sees as a script for simulate, with the settings "
+                    "at the head, for a bug report. SCRIPT must not exist yet; without one, "
+                    "trelvan-recording-1.jsonl or the next free number is taken. It never writes key "
+                    "presses, only which modifier keys are held.",
+                    "Ejecuta Trelvan y escribe lo que ve como guion para simulate, con los ajustes al "
+                    "principio, para un informe de error. GUION no debe existir aún; si no se da, se usa "
+                    "trelvan-recording-1.jsonl o el siguiente número libre. Nunca escribe teclas pulsadas, "
+                    "solo qué modificadores lo están."},
+               .options = recordOptions,
+               .argument = ArgumentRow{.kind = ValueKind::file, .name = {"SCRIPT", "GUION"}, .noun = {}},
+               .example = "trelvan record lost-press.jsonl",
+               .exampleMeaning = {"records until Control+C", "graba hasta Control+C"},
+               .statuses = {},
+               .make = makeRecord},
+    CommandRow{.name = "explain",
+               .summary = {"which function a press would fire, and why",
+                           "qué función ejecutaría una pulsación, y por qué"},
+               .description =
+                   {"Tells which function a press would fire with your settings, and why. Changes nothing "
+                    "and needs no display.",
+                    "Dice qué función ejecutaría una pulsación con tus ajustes, y por qué. No cambia nada "
+                    "ni necesita pantalla."},
+               .options = explainOptions,
+               .argument = std::nullopt,
+               .example = "trelvan explain --button 3 --modifiers ctrl+shift",
+               .exampleMeaning = {"explains a press of the first extra button",
+                                  "explica una pulsación del primer botón extra"},
+               .statuses = {},
+               .make = makeExplain},
+};
+
+constexpr OptionRow help{.name = "--help", .letter = 'h', .help = {"shows this text", "muestra este texto"}};
+
+}  // namespace
+
+std::optional<std::string_view> GivenArguments::value(std::string_view option) const {
+    for (auto given = options_.rbegin(); given != options_.rend(); ++given) {
+        if (given->first->name == option) return given->second;
+    }
+    return std::nullopt;
+}
+
+std::span<const CommandRow> commandTable() {
+    return rows;
+}
+
+const OptionRow& helpOption() {
+    return help;
+}
+
+const CommandRow* commandNamed(std::string_view name) {
+    const auto* const row = std::ranges::find(rows.begin() + 1, rows.end(), name, &CommandRow::name);
+    return row == rows.end() ? nullptr : row;
+}
+
+}  // namespace trelvan
