@@ -7,18 +7,18 @@ namespace trelvan {
 namespace {
 
 using autostart::entryFor;
-using autostart::quoted;
+using autostart::quotedArgument;
 using autostart::read;
 using autostart::withProgram;
 
 constexpr auto head = "[Desktop Entry]\nType=Application\nName=Trelvan\nExec=\"/opt/trelvan\" --config /x\n";
 
 TEST(AutostartEntryTests, PlainArgumentIsQuoted) {
-    EXPECT_EQ(quoted("/usr/bin/trelvan"), R"("/usr/bin/trelvan")");
+    EXPECT_EQ(quotedArgument("/usr/bin/trelvan"), R"("/usr/bin/trelvan")");
 }
 
 TEST(AutostartEntryTests, SpecialCharactersAreEscapedOnBothLevels) {
-    EXPECT_EQ(quoted("a b\"c`d$e\\f%g"), R"("a b\\"c\\`d\\$e\\\\f%%g")");
+    EXPECT_EQ(quotedArgument("a b\"c`d$e\\f%g"), R"("a b\\"c\\`d\\$e\\\\f%%g")");
 }
 
 TEST(AutostartEntryTests, EveryProgramAndArgumentComesBackAsItWas) {

@@ -45,14 +45,14 @@ std::string joined(const std::vector<std::string>& command) {
     std::string result;
     for (const auto& argument : command) {
         if (!result.empty()) result += ' ';
-        result += quoted(argument);
+        result += quotedArgument(argument);
     }
     return result;
 }
 
 }  // namespace
 
-std::string quoted(std::string_view argument) {
+std::string quotedArgument(std::string_view argument) {
     // Two levels: the quotes of Exec, and the escapes that every value of an entry has.
     std::string result = "\"";
     for (const char character : argument) {

@@ -11,7 +11,7 @@ namespace trelvan {
 namespace autostart {
 
 /// An argument in the form of the Exec key: quoted, its special characters escaped.
-[[nodiscard]] std::string quoted(std::string_view argument);
+[[nodiscard]] std::string quotedArgument(std::string_view argument);
 
 /// A whole entry that starts this program with these arguments. `command` is not empty.
 [[nodiscard]] std::string entryFor(const std::vector<std::string>& command);
