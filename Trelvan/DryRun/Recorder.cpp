@@ -31,7 +31,8 @@ constexpr std::array recordedKeys{
 /// The symbolic hot keys that actions look up.
 constexpr std::array recordedHotKeys{32, 7, 8, 9, 33, 34, 160, 161, 36, 37, 79, 80, 81, 82};
 
-Json rectangle(const Rect& rect) {
+template <Origin origin>
+Json rectangle(const RectFrom<origin>& rect) {
     return {rect.x, rect.y, rect.width, rect.height};
 }
 
