@@ -89,6 +89,8 @@ class Simulation::World {
     World(const ActionShortcuts& shortcuts, Files& files, TraceWriter::Output output)
         : uuids_(repeatingUuids()), files_(files), writer_(std::move(output)), desktop_(shortcuts) {
         desktop_.onTrace = [this](const TraceEntry& entry) { writer_.write(entry); };
+        // With Linux's combinations come its rules.
+        desktop_.releasesFollowPresses = shortcuts == linuxShortcuts;
     }
 
     World(const World&) = delete;

@@ -88,6 +88,10 @@ class SimulatedDesktop : public Platform {
     std::string frontmost = "com.example.app";
     EventFlags modifierFlags = 0;
     bool capsLock = false;
+    /// Whether pointer events that the program posts end the idle time, as on macOS; under X they do not.
+    bool postedCountsAsActivity = false;
+    /// See `EventTap`; under X they do.
+    bool releasesFollowPresses = false;
     SimulatedMicrophone microphone;
     SimulatedNotificationState notificationState;
     LoginItem::Status loginStatus = LoginItem::Status::notRegistered;
