@@ -15,7 +15,8 @@ TrelvanApp::TrelvanApp(Platform& platform, SmartButtonPanels& panels, Logger& lo
                               .screens = platform.screens(),
                               .defaults = platform.userDefaults(),
                               .mainQueue = platform.mainQueue(),
-                              .clock = platform.clock()},
+                              .clock = platform.clock(),
+                              .session = platform.sessionState()},
           [this]() -> PermissionsManager& { return permissions; }, logger)),
       permissions(platform.accessibilityTrust(), platform.scriptRunner(), logger),
       loginManager(platform.loginItem(), logger),
@@ -32,7 +33,8 @@ TrelvanApp::TrelvanApp(Platform& platform, SmartButtonPanels& panels, Logger& lo
                                        .poster = platform.eventPoster(),
                                        .workspace = platform.workspace(),
                                        .background = platform.backgroundQueue(),
-                                       .mainQueue = platform.mainQueue()},
+                                       .mainQueue = platform.mainQueue(),
+                                       .session = platform.sessionState()},
           panels, logger)),
       notificationPoster({.center = platform.notifications(),
                           .bundle = platform.bundleInfo(),
@@ -87,7 +89,8 @@ void TrelvanApp::setupMonitor() {
                             .hotKeys = platform_.hotKeyTable(),
                             .views = platform_.systemViews(),
                             .scripts = platform_.scriptRunner(),
-                            .shortcuts = platform_.actionShortcuts()},
+                            .shortcuts = platform_.actionShortcuts(),
+                            .session = platform_.sessionState()},
         [this] { return profileManager.activeSnapshot(); }, smartButtonController, logger_);
     eventMonitor->onButtonEvent = [mapper](std::int64_t buttonNumber, EventFlags flags) {
         return mapper->execute(buttonNumber, flags);

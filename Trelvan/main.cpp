@@ -69,9 +69,10 @@ int recordEvents(int& argc, char** argv, const command::Record& options, AppLang
         ": se graban eventos del puntero, estados de modificadores y tus perfiles; no se graba ninguna "
         "tecla pulsada. Control+C termina.\n");
     print(stderr, file->path() + std::string(privacy));
-    Recorder recorder({platform->eventTap(), platform->inputState(), platform->screens(),
-                       platform->userDefaults(), platform->hotKeyTable(), platform->clock()},
-                      [&file](std::string_view line) { file->write(line); });
+    Recorder recorder(
+        {platform->eventTap(), platform->inputState(), platform->screens(), platform->userDefaults(),
+         platform->hotKeyTable(), platform->clock(), platform->sessionState()},
+        [&file](std::string_view line) { file->write(line); });
     int status = exitStatus::ok;
     {
         SmartButtonWindows windows = menuWindows(*platform);

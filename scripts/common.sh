@@ -13,7 +13,7 @@ readonly packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     xserver-xorg-core xserver-xorg-video-dummy xserver-xorg-dev x11-xkb-utils xkb-data
     openbox xterm x11-utils x11-xserver-utils x11-apps imagemagick fonts-dejavu-core
-    dbus dunst pulseaudio pulseaudio-utils python3-gi gir1.2-gtk-3.0
+    i3lock dbus dunst pulseaudio pulseaudio-utils python3-gi gir1.2-gtk-3.0
 )
 
 note() { printf '== %s\n' "$*"; }

@@ -29,7 +29,8 @@ class SmartButtonControllerTest : public testing::Test {
                                                         .poster = desktop.eventPoster(),
                                                         .workspace = desktop.workspace(),
                                                         .background = desktop.backgroundQueue(),
-                                                        .mainQueue = desktop.mainQueue()},
+                                                                                                                .mainQueue = desktop.mainQueue(),
+                                                        .session = desktop.sessionState()},
                            panels, desktop.logger);
     }
     static SmartButtonConfiguration configurationOf(std::vector<SmartButtonApp> apps) {
@@ -139,16 +140,6 @@ TEST_F(SmartButtonControllerTest, ShowingAgainReplacesTheMenu) {
     EXPECT_EQ(panels.open.size(), 1U);
     EXPECT_EQ(panels.view().pointerLocation, (BottomLeftPoint{300, 600}));
     EXPECT_TRUE(controller->isShown);
-}
-
-TEST_F(SmartButtonControllerTest, SecondPressClosesTheMenu) {
-    controller->toggle(configurationOf({notes}));
-    EXPECT_EQ(panels.open.size(), 1U);
-    controller->toggle(configurationOf({notes}));
-    EXPECT_THAT(panels.open, IsEmpty());
-    EXPECT_FALSE(controller->isShown);
-    controller->toggle(configurationOf({notes}));
-    EXPECT_EQ(panels.open.size(), 1U);
 }
 
 TEST_F(SmartButtonControllerTest, ApplicationIsOpenedLoggedAndTheMenuClosed) {

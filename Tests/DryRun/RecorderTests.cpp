@@ -30,7 +30,8 @@ class RecorderTest : public testing::Test {
     void start() {
         recorder = std::make_unique<Recorder>(
             Recorder::Ports{desktop.eventTap(), desktop.inputState(), desktop.screens(),
-                            desktop.userDefaults(), desktop.hotKeyTable(), desktop.clock()},
+                            desktop.userDefaults(), desktop.hotKeyTable(), desktop.clock(),
+                            desktop.sessionState()},
             [this](std::string_view line) { script.emplace_back(line); });
         panels = std::make_unique<RecordingPanels>(menu, *recorder);
         app = std::make_unique<TrelvanApp>(desktop, *panels, desktop.logger, &Uuid::random, recorder.get());
@@ -137,6 +138,31 @@ TEST_F(RecorderTest, WhatIsDoneInTheMenuIsReplayed) {
 
     EXPECT_THAT(script, Contains(HasSubstr(R"("do":"call","operation":"chooseEntry","index":1})")));
     EXPECT_GT(decisions(live).size(), 20U);
+    EXPECT_EQ(decisions(replay()), decisions(live));
+}
+
+TEST_F(RecorderTest, LockedScreenIsReplayed) {
+    desktop.defaults["trackball_profiles"] = Data{std::string(profiles)};
+    std::vector<std::string> live;
+    TraceWriter writer([&live](std::string_view line) { live.emplace_back(line); });
+    desktop.onTrace = [&writer](const TraceEntry& entry) { writer.write(entry); };
+    desktop.changeSession(true, true);
+    start();
+    const auto click = [this] {
+        send({.type = EventType::otherMouseDown, .buttonNumber = 3});
+        send({.type = EventType::otherMouseUp, .buttonNumber = 3});
+    };
+    click();
+    desktop.changeSession(false, true);
+    click();
+    desktop.changeSession(false, false);
+    click();
+    desktop.time.runUntilBackgroundIsEmpty();
+    desktop.time.runDue();
+    desktop.onTrace = nullptr;
+
+    EXPECT_THAT(decisions(live), Contains(HasSubstr(R"("type":25,"answer":"swallow")")).Times(1));
+    EXPECT_THAT(decisions(live), Contains(HasSubstr(R"("type":25,"answer":"pass")")).Times(2));
     EXPECT_EQ(decisions(replay()), decisions(live));
 }
 

@@ -19,7 +19,8 @@ class HotPath {
         : permissions_(desktop.accessibilityTrust(), desktop.scriptRunner(), desktop.logger),
           monitor(std::make_shared<EventMonitor>(
               EventMonitor::Ports{desktop.eventTap(), desktop.eventPoster(), desktop.screens(),
-                                  desktop.userDefaults(), desktop.mainQueue(), desktop.clock()},
+                                  desktop.userDefaults(), desktop.mainQueue(), desktop.clock(),
+                                  desktop.sessionState()},
               [this]() -> PermissionsManager& { return permissions_; }, desktop.logger)) {
         TrackballProfile profile;
         for (int index = 0; index < mappings; ++index) {
@@ -34,7 +35,7 @@ class HotPath {
             ButtonMapper::Ports{desktop.inputState(), desktop.eventPoster(), desktop.backgroundQueue(),
                                 desktop.mainQueue(), desktop.screens(), desktop.workspace(),
                                 desktop.hotKeyTable(), desktop.systemViews(), desktop.scriptRunner(),
-                                desktop.actionShortcuts()},
+                                desktop.actionShortcuts(), desktop.sessionState()},
             [this] { return snapshot_; }, std::weak_ptr<SmartButtonMenu>(), desktop.logger);
         monitor->onButtonEvent = [mapper](std::int64_t button, EventFlags flags) {
             return mapper->execute(button, flags);

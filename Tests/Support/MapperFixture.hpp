@@ -14,7 +14,7 @@ namespace trelvan::test {
 /// A radial menu that remembers what it was asked to show.
 class RememberingMenu final : public SmartButtonMenu {
   public:
-    void toggle(const SmartButtonConfiguration& configuration) override { shown.push_back(configuration); }
+    void show(const SmartButtonConfiguration& configuration) override { shown.push_back(configuration); }
     std::vector<SmartButtonConfiguration> shown;
 };
 
@@ -26,7 +26,7 @@ class MapperFixture : public testing::Test {
             ButtonMapper::Ports{desktop.inputState(), desktop.eventPoster(), desktop.backgroundQueue(),
                                 desktop.mainQueue(), desktop.screens(), desktop.workspace(),
                                 desktop.hotKeyTable(), desktop.systemViews(), desktop.scriptRunner(),
-                                desktop.actionShortcuts()},
+                                desktop.actionShortcuts(), desktop.sessionState()},
             [this] { return std::make_shared<const ProfileSnapshot>(profile); }, menu, desktop.logger);
     }
 

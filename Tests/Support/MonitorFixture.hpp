@@ -26,7 +26,8 @@ class MonitorFixture : public testing::Test {
     EventMonitor& load() {
         monitor = std::make_shared<EventMonitor>(
             EventMonitor::Ports{desktop.eventTap(), desktop.eventPoster(), desktop.screens(),
-                                desktop.userDefaults(), desktop.mainQueue(), desktop.clock()},
+                                desktop.userDefaults(), desktop.mainQueue(), desktop.clock(),
+                                desktop.sessionState()},
             [this]() -> PermissionsManager& { return permissions; }, desktop.logger);
         return *monitor;
     }

@@ -40,6 +40,7 @@ ButtonMapper::ButtonMapper(const Ports& ports, ProfileProvider profile,
 // Resolution
 
 bool ButtonMapper::execute(std::int64_t buttonNumber, EventFlags eventFlags) {
+    if (!ports_.session.isUsable()) return false;
     const EventFlags flags = ports_.input.flags(EventSourceState::combinedSession) | eventFlags;
     const auto profile = profile_();
     const auto group = profile->mappings(buttonNumber);
@@ -133,7 +134,7 @@ void ButtonMapper::performAction(ButtonAction action, const ButtonMapping& mappi
         case ButtonAction::exploreAI:
             return openExploreAI();
         case ButtonAction::smartButton:
-            return toggleSmartButton();
+            return showSmartButton();
         case ButtonAction::leftClick:
             return simulateMouseClick(0);
         case ButtonAction::rightClick:
@@ -153,19 +154,22 @@ void ButtonMapper::performAction(ButtonAction action, const ButtonMapping& mappi
 // Keys and clicks
 
 void ButtonMapper::simulateKey(KeyCode keyCode, EventFlags flags) {
-    ports_.background.async(
-        [sequence = keyWithModifiers(keyCode, flags), &queue = ports_.background,
-         &poster = ports_.poster]() mutable { InputSequence::perform(std::move(sequence), queue, poster); });
+    ports_.background.async([sequence = keyWithModifiers(keyCode, flags), &queue = ports_.background,
+                             &poster = ports_.poster, &session = ports_.session]() mutable {
+        if (session.isUsable()) InputSequence::perform(std::move(sequence), queue, poster);
+    });
 }
 
 void ButtonMapper::simulateKey(KeyChord chord) {
     if (chord.character == 0) return simulateKey(chord.keyCode, chord.flags);
-    ports_.background.async([chord, &queue = ports_.background, &poster = ports_.poster] {
-        const auto typing = poster.keyTyping(chord.character);
-        auto sequence = typing ? keyWithModifiers(typing->keyCode, chord.flags | typing->flags)
-                               : keyWithModifiers(chord.keyCode, chord.flags);
-        InputSequence::perform(std::move(sequence), queue, poster);
-    });
+    ports_.background.async(
+        [chord, &queue = ports_.background, &poster = ports_.poster, &session = ports_.session] {
+            if (!session.isUsable()) return;
+            const auto typing = poster.keyTyping(chord.character);
+            auto sequence = typing ? keyWithModifiers(typing->keyCode, chord.flags | typing->flags)
+                                   : keyWithModifiers(chord.keyCode, chord.flags);
+            InputSequence::perform(std::move(sequence), queue, poster);
+        });
 }
 
 void ButtonMapper::sendCatalogueShortcut(ButtonAction action, KeyChord chord) {
@@ -294,7 +298,7 @@ void ButtonMapper::triggerMoveDesktop(KeyCode keyCode) {
     logger_.debug(ShortText("Intentando mover escritorio keyCode=", keyCode));
     ports_.background.async([weak = weak_from_this(), keyCode] {
         const auto self = weak.lock();
-        if (!self) return;
+        if (!self || !self->ports_.session.isUsable()) return;
         const bool left = keyCode == key::leftArrow;
         const std::span<const int> ids = left ? desktopLeftHotKeys : desktopRightHotKeys;
         const auto byKeys = [weak, ids] {
@@ -386,12 +390,12 @@ void ButtonMapper::launchApp(const std::string& path) {
     logger_.info(ShortText("Abriendo app: ", lastPathComponent(path)));
 }
 
-void ButtonMapper::toggleSmartButton() {
+void ButtonMapper::showSmartButton() {
     ports_.mainQueue.async([weak = weak_from_this()] {
         const auto self = weak.lock();
         if (!self) return;
         if (const auto menu = self->smartButtonMenu_.lock())
-            menu->toggle(self->profile_()->profile().smartButton);
+            menu->show(self->profile_()->profile().smartButton);
     });
 }
 

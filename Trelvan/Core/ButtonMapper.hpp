@@ -11,6 +11,7 @@
 #include "Platform/RunLoop.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/ScriptRunner.hpp"
+#include "Platform/SessionState.hpp"
 #include "Platform/SystemViews.hpp"
 #include "Platform/Workspace.hpp"
 #include "Utilities/Logger.hpp"
@@ -26,7 +27,9 @@ namespace trelvan {
 /// Turns one press of a mapped button into one action.
 ///
 /// `execute` runs on the main thread inside the tap callback and only starts the action; all key sequences
-/// with their pauses run on the background queue. Made with `std::make_shared`; the button handler owns it.
+/// with their pauses run on the background queue. What is still to be typed when the session is locked is not
+/// typed to whoever locked it; a key sequence that has begun goes on to its end. Made with
+/// `std::make_shared`; the button handler owns it.
 class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
   public:
     /// Tells the active profile at the moment it is asked; it is asked for each press.
@@ -43,6 +46,7 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
         SystemViews& views;
         ScriptRunner& scripts;
         const ActionShortcuts& shortcuts;
+        const SessionState& session;
     };
 
     /// The start page of a public AI chat service.
@@ -88,7 +92,7 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
     void createNewNote();
     void triggerDictation(const CustomShortcut& shortcut);
     void launchApp(const std::string& path);
-    void toggleSmartButton();
+    void showSmartButton();
 
     Ports ports_;
     ProfileProvider profile_;

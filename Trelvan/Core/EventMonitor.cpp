@@ -47,6 +47,12 @@ std::int32_t inThirtyTwoBits(std::int64_t delta) {
 EventMonitor::EventMonitor(const Ports& ports, PermissionsProvider permissions, Logger& logger)
     : ports_(ports), permissions_(std::move(permissions)), logger_(logger) {
     publishHop_ = ports_.mainQueue.makeHop([this] { deliverPublished(); });
+    const auto say = [this](bool usable) {
+        logger_.info(usable ? "La sesión vuelve a estar en uso: los botones actúan de nuevo"
+                            : "Sesión bloqueada o en segundo plano: los botones no actúan");
+    };
+    sessionObserver_ = ports_.session.observe(say);
+    if (!ports_.session.isUsable()) say(false);
     loadSpeedSettings();
 }
 
@@ -84,6 +90,7 @@ void EventMonitor::stop() {
     eventTap_ = false;
     pressedOtherButtons_.clear();
     handledOtherButtonsOnDown_.clear();
+    passedUnusable_.clear();
     pointer_ = {};
     ports_.mainQueue.async([weak = weak_from_this()] {
         if (const auto self = weak.lock()) self->isRunning = false;
@@ -129,7 +136,7 @@ bool EventMonitor::isOverOwnWindow(TopLeftPoint location) const {
 }
 
 bool EventMonitor::offer(std::int64_t buttonNumber, EventFlags flags) {
-    return onButtonEvent && onButtonEvent(buttonNumber, flags);
+    return ports_.session.isUsable() && onButtonEvent && onButtonEvent(buttonNumber, flags);
 }
 
 // Buttons. They reach the handler over own windows too, so that the settings can show them.
@@ -157,6 +164,11 @@ TapAnswer EventMonitor::handleButton(TapEvent& event) {
 
 TapAnswer EventMonitor::handleOtherDown(const TapEvent& event) {
     pressedOtherButtons_.insert(event.buttonNumber);
+    if (ports_.session.isUsable()) {
+        passedUnusable_.remove(event.buttonNumber);
+    } else {
+        passedUnusable_.insert(event.buttonNumber);
+    }
     if (!offer(event.buttonNumber, event.flags)) {
         handledOtherButtonsOnDown_.remove(event.buttonNumber);
         return TapAnswer::deliver;
@@ -173,6 +185,7 @@ TapAnswer EventMonitor::handleOtherUp(const TapEvent& event) {
             ShortText("Evento botón ", event.buttonNumber, " ya manejado en down; no se repite en up"));
         return TapAnswer::swallow;
     }
+    if (passedUnusable_.remove(event.buttonNumber)) return TapAnswer::deliver;
     // A press that was declined is offered once more on release.
     if (!offer(event.buttonNumber, event.flags)) return TapAnswer::deliver;
     logger_.debug(ShortText("Evento botón ", event.buttonNumber, " consumido (swallowed)"));

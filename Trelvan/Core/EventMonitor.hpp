@@ -6,6 +6,7 @@
 #include "Platform/EventTap.hpp"
 #include "Platform/RunLoop.hpp"
 #include "Platform/Screens.hpp"
+#include "Platform/SessionState.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Utilities/Logger.hpp"
 #include "Utilities/Published.hpp"
@@ -44,7 +45,8 @@ struct MouseEventInfo {
 class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
   public:
     /// Answers whether it consumed the press (button number, the event's modifier flags); it is not told
-    /// press from release and must return at once.
+    /// press from release and must return at once. Not called while the session is locked or not the active
+    /// one: nothing fires then, and pointer and scrolling are shaped as ever.
     using ButtonHandler = std::function<bool(std::int64_t, EventFlags)>;
 
     struct Ports {
@@ -54,6 +56,7 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
         UserDefaults& defaults;
         MainQueue& mainQueue;
         Clock& clock;
+        const SessionState& session;
     };
 
     static constexpr std::string_view scrollSpeedVerticalKey = "trackball_scroll_speed_vertical";
@@ -162,6 +165,8 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     std::shared_ptr<EventMonitor> selfPtr_;
     ButtonSet pressedOtherButtons_;
     ButtonSet handledOtherButtonsOnDown_;
+    /// Pressed while the session could not be used: their releases fire nothing either, however late.
+    ButtonSet passedUnusable_;
     PointerShaper pointer_;
 
     /// Records on their way to the main queue. When events outrun it the oldest is given up: the history
@@ -170,6 +175,7 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     std::size_t pendingStart_ = 0;
     std::size_t pendingCount_ = 0;
     std::unique_ptr<MainQueue::Hop> publishHop_;
+    Subscription sessionObserver_;
 };
 
 }  // namespace trelvan

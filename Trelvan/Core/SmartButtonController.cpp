@@ -17,27 +17,23 @@ SmartButtonController::SmartButtonController(const Ports& ports, SmartButtonPane
     : ports_(ports),
       panels_(panels),
       logger_(logger),
-      alive_(std::make_shared<SmartButtonController*>(this)) {}
+      alive_(std::make_shared<SmartButtonController*>(this)),
+      sessionObserver_(ports_.session.observe([this](bool usable) {
+          if (!usable) closePanel();
+      })) {}
 
 void SmartButtonController::show(const SmartButtonConfiguration& configuration) {
     if (configuration.apps.empty()) {
         logger_.warning("Smart Button no tiene aplicaciones configuradas");
         return;
     }
+    if (!ports_.session.isUsable()) return;
     closePanel();
     const BottomLeftPoint pointer = ports_.screens.pointerLocation();
     const auto screen = screenUnder(pointer);
     if (!screen) return;
     panel_ = panels_.showOverlay(viewOf(configuration, pointer, *screen));
     isShown = panel_ != nullptr;
-}
-
-void SmartButtonController::toggle(const SmartButtonConfiguration& configuration) {
-    if (panel_) {
-        closePanel();
-    } else {
-        show(configuration);
-    }
 }
 
 std::optional<BottomLeftRect> SmartButtonController::screenUnder(BottomLeftPoint pointer) const {

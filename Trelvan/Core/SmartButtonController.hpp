@@ -5,6 +5,7 @@
 #include "Platform/EventPoster.hpp"
 #include "Platform/RunLoop.hpp"
 #include "Platform/Screens.hpp"
+#include "Platform/SessionState.hpp"
 #include "Platform/Workspace.hpp"
 #include "Utilities/Logger.hpp"
 #include "Utilities/Published.hpp"
@@ -26,6 +27,7 @@ class SmartButtonController final : public SmartButtonMenu {
         Workspace& workspace;
         BackgroundQueue& background;
         MainQueue& mainQueue;
+        const SessionState& session;
     };
 
     SmartButtonController(const Ports& ports, SmartButtonPanels& panels, Logger& logger);
@@ -33,9 +35,9 @@ class SmartButtonController final : public SmartButtonMenu {
     SmartButtonController& operator=(const SmartButtonController&) = delete;
 
     /// Opens the menu on the screen under the pointer, in the place of one that is open. A configuration
-    /// without entries is named in the log and shows nothing.
-    void show(const SmartButtonConfiguration& configuration);
-    void toggle(const SmartButtonConfiguration& configuration) override;
+    /// without entries is named in the log and shows nothing; a session that is locked or not the active one
+    /// shows no menu, and closes one that is open.
+    void show(const SmartButtonConfiguration& configuration) override;
 
     /// Whether the menu is open.
     PublishedBy<bool, SmartButtonController> isShown;
@@ -65,6 +67,7 @@ class SmartButtonController final : public SmartButtonMenu {
     std::unique_ptr<SmartButtonPanels::Editor> editorPanel_;
     /// The view's functions and what waits in the queue ask this before they touch the controller.
     std::shared_ptr<SmartButtonController*> alive_;
+    Subscription sessionObserver_;
 };
 
 }  // namespace trelvan

@@ -9,9 +9,8 @@ class SmartButtonMenu {
   public:
     virtual ~SmartButtonMenu() = default;
 
-    /// The button was pressed: opens the menu at the pointer with the configuration's entries, or closes the
-    /// one that is open.
-    virtual void toggle(const SmartButtonConfiguration& configuration) = 0;
+    /// Opens the menu at the pointer with the configuration's entries, in the place of one that is open.
+    virtual void show(const SmartButtonConfiguration& configuration) = 0;
 };
 
 }  // namespace trelvan

@@ -55,7 +55,10 @@ std::optional<Json> scriptValue(const DefaultsValue& value) {
 
 }  // namespace
 
-Recorder::Recorder(const Ports& ports, Output output) : ports_(ports), output_(std::move(output)) {}
+Recorder::Recorder(const Ports& ports, Output output)
+    : ports_(ports), output_(std::move(output)), sessionObserver_(ports_.session.observe([this](bool usable) {
+          if (start_) writeSession(usable);
+      })) {}
 
 bool Recorder::create(std::uint64_t mask, Callback callback, void* userInfo) {
     callback_ = callback;
@@ -94,6 +97,7 @@ void Recorder::writeHead() {
     writeDefaults();
     writeHotKeys();
     writeWorld(TapEvent{});
+    if (!ports_.session.isUsable()) writeSession(false);
     begin("start");
     end();
 }
@@ -123,6 +127,12 @@ void Recorder::writeHotKeys() {
     if (table.empty()) return;
     begin("hotKeys");
     line_.addRaw("table", traceText(table));
+    end();
+}
+
+void Recorder::writeSession(bool usable) {
+    begin("session");
+    line_.add("locked", !usable);
     end();
 }
 

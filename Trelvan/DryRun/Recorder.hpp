@@ -6,6 +6,7 @@
 #include "Platform/InputState.hpp"
 #include "Platform/RunLoop.hpp"
 #include "Platform/Screens.hpp"
+#include "Platform/SessionState.hpp"
 #include "Platform/UserDefaults.hpp"
 
 #include <cstdint>
@@ -29,6 +30,7 @@ class Recorder final : public EventTap {
         UserDefaults& defaults;
         HotKeyTable& hotKeys;
         Clock& clock;
+        const SessionState& session;
     };
     /// Takes each line of the script, its line break included.
     using Output = std::function<void(std::string_view line)>;
@@ -51,6 +53,7 @@ class Recorder final : public EventTap {
     void writeHead();
     void writeDefaults();
     void writeHotKeys();
+    void writeSession(bool usable);
     void writeWorld(const TapEvent& event);
     void writeEvent(const TapEvent& event);
     void begin(std::string_view action);
@@ -69,6 +72,7 @@ class Recorder final : public EventTap {
     std::string frontmost_;
     std::string windows_;
     std::string screens_;
+    Subscription sessionObserver_;
 };
 
 }  // namespace trelvan

@@ -112,6 +112,15 @@ struct Pointer {
     }
 };
 
+/// What does not stand in the line is as in a session in use.
+struct Session {
+    bool locked = false;
+    bool active = true;
+    static constexpr auto fields() {
+        return std::tuple{defaulted("locked", &Session::locked), defaulted("active", &Session::active)};
+    }
+};
+
 struct Window {
     std::vector<double> frame;
     bool visible = true;

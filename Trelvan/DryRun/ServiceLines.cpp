@@ -74,6 +74,13 @@ Problem setMicrophone(SimulatedDesktop& desktop, const Value& line) {
     return std::nullopt;
 }
 
+Problem changeSession(SimulatedDesktop& desktop, const Value& line) {
+    script::Session record;
+    if (auto problem = json::read(line, record, nullptr)) return problem;
+    desktop.changeSession(record.locked, record.active);
+    return std::nullopt;
+}
+
 Problem setLaunchAtLogin(SimulatedDesktop& desktop, const Value& line) {
     script::LaunchAtLogin record;
     if (auto problem = json::read(line, record, nullptr)) return problem;

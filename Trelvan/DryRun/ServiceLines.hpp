@@ -13,6 +13,8 @@ namespace trelvan::lines {
 [[nodiscard]] json::Problem setBattery(SimulatedDesktop& desktop, const json::Value& line);
 [[nodiscard]] json::Problem setFnState(SimulatedDesktop& desktop, const json::Value& line);
 [[nodiscard]] json::Problem setDoNotDisturb(SimulatedDesktop& desktop, const json::Value& line);
+/// The session is locked or unlocked, or another one gets the screen.
+[[nodiscard]] json::Problem changeSession(SimulatedDesktop& desktop, const json::Value& line);
 [[nodiscard]] json::Problem setLaunchAtLogin(SimulatedDesktop& desktop, const json::Value& line);
 
 }  // namespace trelvan::lines

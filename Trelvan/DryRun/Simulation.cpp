@@ -310,6 +310,7 @@ class Simulation::World {
     Problem doBattery(const Value& line) { return lines::setBattery(desktop_, line); }
     Problem doFnState(const Value& line) { return lines::setFnState(desktop_, line); }
     Problem doDoNotDisturb(const Value& line) { return lines::setDoNotDisturb(desktop_, line); }
+    Problem doSession(const Value& line) { return lines::changeSession(desktop_, line); }
     Problem doLaunchAtLogin(const Value& line) { return lines::setLaunchAtLogin(desktop_, line); }
 
     Problem doWait(const Value& line) {
@@ -360,7 +361,7 @@ class Simulation::World {
         });
     }
 
-    static constexpr std::array<std::pair<std::string_view, Handler>, 23> handlers{{
+    static constexpr std::array<std::pair<std::string_view, Handler>, 24> handlers{{
         {"event", &World::doEvent},
         {"defaults", &World::doDefaults},
         {"accessibility", &World::doAccessibility},
@@ -381,6 +382,7 @@ class Simulation::World {
         {"fnState", &World::doFnState},
         {"doNotDisturb", &World::doDoNotDisturb},
         {"launchAtLogin", &World::doLaunchAtLogin},
+        {"session", &World::doSession},
         {"wait", &World::doWait},
         {"call", &World::doCall},
         {"print", &World::doPrint},

@@ -17,6 +17,7 @@
 #include "Platform/RunLoop.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/ScriptRunner.hpp"
+#include "Platform/SessionState.hpp"
 #include "Platform/SystemViews.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Platform/Workspace.hpp"
@@ -41,6 +42,7 @@ class Platform {
     virtual EventPoster& eventPoster() = 0;
     virtual InputState& inputState() = 0;
     virtual Screens& screens() = 0;
+    virtual const SessionState& sessionState() = 0;
     virtual UserDefaults& userDefaults() = 0;
     virtual Workspace& workspace() = 0;
     virtual AccessibilityTrust& accessibilityTrust() = 0;

@@ -3,15 +3,21 @@
 //   desktop-fake-service RECORD NAME [MEMBER=ANSWER...]
 //
 // RECORD gets a line for each call: the path, the member and the arguments. ANSWER is "error", "silence",
-// "true", "false" or "number:N" (in a variant) or "list:A,B,C"; members that are not named are answered with
-// nothing.
+// "true", "false" or "number:N" (in a variant), or a value as below; members that are not named are answered
+// with nothing. A value is "bool:true", "text:T", "path:/P", "list:A,B,C" or "map:KEY=true,KEY=T" (of
+// variants).
+//
+// The call test.Emit PATH INTERFACE MEMBER VALUE... makes the service send that signal.
 
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QMap>
+#include <QStringList>
+#include <QVariantMap>
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -23,6 +29,26 @@ QString textOf(const QVariant& argument) {
                                                : argument.toString();
 }
 
+QVariant plainValue(const QString& text) {
+    if (text == "true" || text == "false") return text == "true";
+    return text;
+}
+
+/// What the text says; invalid where it is no value.
+QVariant valueOf(const QString& text) {
+    const auto kind = text.section(':', 0, 0);
+    const auto content = text.section(':', 1);
+    if (kind == "bool") return content == "true";
+    if (kind == "text") return content;
+    if (kind == "path") return QVariant::fromValue(QDBusObjectPath(content));
+    if (kind == "list") return content.split(',', Qt::SkipEmptyParts);
+    if (kind != "map") return {};
+    QVariantMap map;
+    for (const auto& entry : content.split(',', Qt::SkipEmptyParts))
+        map[entry.section('=', 0, 0)] = plainValue(entry.section('=', 1));
+    return map;
+}
+
 class Service : public QDBusVirtualObject {
   public:
     Service(std::string recordPath, QMap<QString, QString> answersByMember)
@@ -31,6 +57,8 @@ class Service : public QDBusVirtualObject {
     [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        if (message.interface() == "test" && message.member() == "Emit")
+            return emitSignal(message, connection);
         QString line = message.path() + ' ' + message.member();
         for (const auto& argument : message.arguments()) line += ' ' + textOf(argument);
         write(line);
@@ -43,11 +71,21 @@ class Service : public QDBusVirtualObject {
     }
 
   private:
+    static bool emitSignal(const QDBusMessage& order, const QDBusConnection& connection) {
+        const auto words = order.arguments();
+        auto signal = QDBusMessage::createSignal(words.value(0).toString(), words.value(1).toString(),
+                                                 words.value(2).toString());
+        for (const auto& word : words.mid(3)) signal << valueOf(word.toString());
+        connection.send(signal);
+        connection.send(order.createReply());
+        return true;
+    }
+
     [[nodiscard]] QDBusMessage answerTo(const QDBusMessage& message) const {
         const auto answer = answers.value(message.member());
         if (answer == "error")
             return message.createErrorReply("org.freedesktop.DBus.Error.AccessDenied", "no");
-        if (answer.startsWith("list:")) return message.createReply(QVariant(answer.mid(5).split(',')));
+        if (const auto value = valueOf(answer); value.isValid()) return message.createReply(value);
         if (answer.isEmpty()) return message.createReply();
         if (answer.startsWith("number:"))
             return message.createReply(QVariant::fromValue(QDBusVariant(answer.mid(7).toUInt())));

@@ -6,8 +6,9 @@
 
 namespace trelvan::desktop {
 
-FakeService::FakeService(VirtualDesktop& desktop, const std::string& name,
-                         const std::vector<std::string>& answers) {
+FakeService::FakeService(VirtualDesktop& onDesktop, const std::string& busName,
+                         const std::vector<std::string>& answers)
+    : desktop(onDesktop), name(busName) {
     static int count = 0;
     record = desktop.folder() / ("service-" + std::to_string(++count));
     Launch launch{.arguments = {TRELVAN_FAKE_SERVICE, record.string(), name},
@@ -20,6 +21,20 @@ FakeService::FakeService(VirtualDesktop& desktop, const std::string& name,
     if (!waitUntil([&] { return readFile(record).starts_with("ready\n"); })) {
         throw std::runtime_error("no service " + name + ": " + readFile(launch.output));
     }
+}
+
+void FakeService::emitSignal(const std::string& path, const std::string& interface, const std::string& member,
+                             const std::vector<std::string>& values) const {
+    Launch launch{.arguments = {"/usr/bin/dbus-send", "--session", "--print-reply", "--dest=" + name, "/",
+                                "test.Emit", "string:" + path, "string:" + interface, "string:" + member},
+                  .environment = desktop.environment(),
+                  .directory = desktop.folder(),
+                  .output = record.string() + ".signals",
+                  .errors = {}};
+    for (const auto& value : values) launch.arguments.push_back("string:" + value);
+    ChildProcess sender(launch);
+    if (sender.waitForEnd(patience) != 0)
+        throw std::runtime_error("no signal " + member + ": " + readFile(launch.output));
 }
 
 std::vector<std::string> FakeService::calls() const {

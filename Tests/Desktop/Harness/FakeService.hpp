@@ -15,16 +15,23 @@ namespace trelvan::desktop {
 class FakeService {
   public:
     /// Returns when the service has its name on the bus. `answers` are "Member=answer": "error", "silence",
-    /// "true", "false" or "number:N" (in a variant), "list:A,B"; other members are answered with nothing.
+    /// "true", "false" or "number:N" (in a variant), a value ("bool:true", "text:T", "path:/P", "list:A,B",
+    /// "map:KEY=true,KEY=T"); other members are answered with nothing.
     /// Throws std::runtime_error.
-    FakeService(VirtualDesktop& desktop, const std::string& name,
+    FakeService(VirtualDesktop& onDesktop, const std::string& busName,
                 const std::vector<std::string>& answers = {});
 
     /// What it was asked, one line each, oldest first: the path, the member and the arguments.
     [[nodiscard]] std::vector<std::string> calls() const;
     bool waitForCall(const std::string& call, std::chrono::milliseconds bound = patience) const;
 
+    /// Makes it send a signal with these values, and returns when it has.
+    void emitSignal(const std::string& path, const std::string& interface, const std::string& member,
+                    const std::vector<std::string>& values = {}) const;
+
   private:
+    VirtualDesktop& desktop;
+    std::string name;
     std::filesystem::path record;
     std::unique_ptr<ChildProcess> process;
 };

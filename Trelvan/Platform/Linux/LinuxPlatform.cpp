@@ -18,6 +18,7 @@
 #include "Platform/Linux/LinuxLoginItem.hpp"
 #include "Platform/Linux/LinuxNotifications.hpp"
 #include "Platform/Linux/LinuxScreens.hpp"
+#include "Platform/Linux/LinuxSessionState.hpp"
 #include "Platform/Linux/LinuxSystemViews.hpp"
 #include "Platform/Linux/LinuxWorkspace.hpp"
 #include "Platform/Linux/ModifierState.hpp"
@@ -60,6 +61,13 @@ struct LogJoin {
     LogJoin& operator=(const LogJoin&) = delete;
     ~LogJoin() { AppLogger.disconnect(); }
 };
+
+/// One more connection; none where the server takes no more clients, without which the program can do.
+std::unique_ptr<XConnection> furtherConnection() {
+    auto opened = XConnection::open();
+    auto* connection = std::get_if<std::unique_ptr<XConnection>>(&opened);
+    return connection != nullptr ? std::move(*connection) : nullptr;
+}
 
 /// A block as large as a picture of the screen goes back to the system when it is freed. By itself the C
 /// library keeps such blocks from the second one on.
@@ -130,6 +138,8 @@ struct LinuxPlatform::Parts {
     LinuxInputState inputState{pump, modifiers, activity, timers, poster};
     EscapeHold escapeHold{pump, timers, [this] { escape(); }};
     LinuxScreens screens{pump, tap, origin};
+    LinuxSessionState sessionState{QDBusConnection::sessionBus(), QDBusConnection::systemBus(),
+                                   furtherConnection(), timers};
     LinuxWorkspace workspace{mainQueue};
     LinuxAccessibilityTrust trust{*connection, tap};
     DesktopKind desktop = currentDesktop();
@@ -180,6 +190,9 @@ InputState& LinuxPlatform::inputState() {
 }
 Screens& LinuxPlatform::screens() {
     return parts_->screens;
+}
+const SessionState& LinuxPlatform::sessionState() {
+    return parts_->sessionState;
 }
 UserDefaults& LinuxPlatform::userDefaults() {
     return parts_->defaults;

@@ -27,6 +27,7 @@ class LinuxPlatform : public Platform {
     EventPoster& eventPoster() override;
     InputState& inputState() override;
     Screens& screens() override;
+    const SessionState& sessionState() override;
     UserDefaults& userDefaults() override;
     Workspace& workspace() override;
     AccessibilityTrust& accessibilityTrust() override;

@@ -3,6 +3,7 @@
 #include "Platform/Linux/X11.hpp"
 #include "Platform/Linux/XErrorScope.hpp"
 
+#include <algorithm>
 #include <memory>
 
 namespace trelvan {
@@ -42,13 +43,18 @@ std::optional<unsigned long> RootProperties::number(const char* property, std::s
     return items.at(index);
 }
 
+std::vector<unsigned long> RootProperties::numbers(const char* property) const {
+    const auto items = read(connection_.display(), connection_.root(), connection_.atom(property));
+    std::vector<unsigned long> result;
+    result.reserve(items.count);
+    for (unsigned long index = 0; index < items.count; ++index) result.push_back(items.at(index));
+    return result;
+}
+
 bool RootProperties::isSupported(const char* property) const {
     const Atom wanted = connection_.atom(property);
-    const auto items = read(connection_.display(), connection_.root(), connection_.atom("_NET_SUPPORTED"));
-    for (unsigned long index = 0; index < items.count; ++index) {
-        if (items.at(index) == wanted) return true;
-    }
-    return false;
+    const auto supported = numbers("_NET_SUPPORTED");
+    return std::ranges::find(supported, wanted) != supported.end();
 }
 
 void RootProperties::request(const char* property, unsigned long value) {

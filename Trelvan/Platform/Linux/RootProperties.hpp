@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace trelvan {
 
@@ -16,6 +17,8 @@ class RootProperties {
 
     /// The first 32-bit number of a property of the root window.
     [[nodiscard]] std::optional<unsigned long> number(const char* property, std::size_t index = 0) const;
+    /// All 32-bit numbers of a property of the root window, at most 1024.
+    [[nodiscard]] std::vector<unsigned long> numbers(const char* property) const;
     /// Whether the window manager says that it understands the property.
     [[nodiscard]] bool isSupported(const char* property) const;
     /// Asks the window manager to change one of its properties.

@@ -31,6 +31,7 @@ struct SimulatedDesktop::Parts {
     SimulatedTap tap;
     SimulatedPoster poster;
     SimulatedScreens screens;
+    SimulatedSession session;
     SimulatedDefaults defaults;
     SimulatedWorkspace workspace;
     SimulatedTrust trust;
@@ -81,6 +82,10 @@ void SimulatedDesktop::changeLoginItem(LoginItem::Status status) {
     parts_->loginItem.tellWatchers();
 }
 
+void SimulatedDesktop::changeSession(bool locked, bool active) {
+    parts_->session.change(locked, active);
+}
+
 bool SimulatedDesktop::isFrontmost() const {
     const auto own = bundle.find("CFBundleIdentifier");
     return own != bundle.end() && frontmost == own->second;
@@ -110,6 +115,9 @@ InputState& SimulatedDesktop::inputState() {
 }
 Screens& SimulatedDesktop::screens() {
     return parts_->screens;
+}
+const SessionState& SimulatedDesktop::sessionState() {
+    return parts_->session;
 }
 UserDefaults& SimulatedDesktop::userDefaults() {
     return parts_->defaults;

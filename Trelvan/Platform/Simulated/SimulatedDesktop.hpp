@@ -138,6 +138,8 @@ class SimulatedDesktop : public Platform {
     void switchCapsLock(bool on, bool monitored = true);
     /// The login item is changed by another hand, on a platform that is told so.
     void changeLoginItem(LoginItem::Status status);
+    /// The screen is locked or unlocked, the session gets or loses the screen.
+    void changeSession(bool locked, bool active);
     /// Whether the program itself is the frontmost application.
     [[nodiscard]] bool isFrontmost() const;
     /// The system takes the tap out of service and says why.
@@ -156,6 +158,7 @@ class SimulatedDesktop : public Platform {
     EventPoster& eventPoster() override;
     InputState& inputState() override;
     Screens& screens() override;
+    const SessionState& sessionState() override;
     UserDefaults& userDefaults() override;
     Workspace& workspace() override;
     AccessibilityTrust& accessibilityTrust() override;

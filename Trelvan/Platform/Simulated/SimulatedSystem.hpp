@@ -4,6 +4,7 @@
 #include "Platform/HotKeyTable.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/ScriptRunner.hpp"
+#include "Platform/SessionState.hpp"
 #include "Platform/SystemViews.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Platform/Workspace.hpp"
@@ -27,6 +28,12 @@ class SimulatedScreens final : public Screens {
   private:
     SimulatedDesktop& desktop_;
     mutable std::vector<OwnWindow> withOverlay_;
+};
+
+/// In use, until the world says otherwise.
+class SimulatedSession final : public SessionState {
+  public:
+    void change(bool locked, bool active) { update(locked, active); }
 };
 
 /// The world's defaults, in memory.
