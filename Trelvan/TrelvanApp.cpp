@@ -64,6 +64,7 @@ TrelvanApp::~TrelvanApp() {
     permissionObserver_.reset();
     eventMonitor->stop();
     eventMonitor->onButtonEvent = nullptr;
+    smartButtonController->onMissing = nullptr;
 }
 
 void TrelvanApp::appear() {
@@ -94,6 +95,10 @@ void TrelvanApp::setupMonitor() {
         [this] { return profileManager.activeSnapshot(); }, smartButtonController, logger_);
     eventMonitor->onButtonEvent = [mapper](std::int64_t buttonNumber, EventFlags flags) {
         return mapper->execute(buttonNumber, flags);
+    };
+    smartButtonController->onMissing = [this](const SmartButtonApp& app) {
+        notificationPoster.announce("Smart Button: " + app.name + " was not found (" + app.path + ")",
+                                    "Smart Button: no se encontró " + app.name + " (" + app.path + ")");
     };
     permissions.refresh();
     if (permissions.accessibilityGranted) eventMonitor->start();

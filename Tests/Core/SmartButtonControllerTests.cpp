@@ -161,6 +161,19 @@ TEST_F(SmartButtonControllerTest, ApplicationThatIsGoneIsLoggedAndTheMenuClosed)
     EXPECT_THAT(panels.open, IsEmpty());
 }
 
+TEST_F(SmartButtonControllerTest, ApplicationThatIsGoneIsToldOnceTheMenuIsClosed) {
+    std::vector<std::string> told;
+    controller->onMissing = [&](const SmartButtonApp& app) {
+        EXPECT_THAT(panels.open, IsEmpty());
+        told.push_back(app.path);
+    };
+    show(application("Gone", "/Applications/Gone.app"));
+    choose();
+    show(notes);
+    choose();
+    EXPECT_THAT(told, ElementsAre("/Applications/Gone.app"));
+}
+
 TEST_F(SmartButtonControllerTest, ShortcutIsPostedDownAndUpAtOnceWithItsFlags) {
     show(shortcut("Copy", {.keyCode = 8, .modifiersRawValue = flag::command, .displayString = "⌘C"}));
     choose();

@@ -193,13 +193,13 @@ TEST_P(SmartButtonLookTest, PictureIsKept) {
     start(Settings()
               .map(opener, "Smart Button")
               .menuApplication("Notes", notes)
-              .menuShortcut("Copy", keyC, control)
+              .menuShortcut("Copy", keyC, control, "⌃C")
               .menuApplication("A rather long name of an application", "/usr/bin/xterm")
-              .menuShortcut("Paste without formatting", keyV, control)
+              .menuShortcut("Paste without formatting", keyV, control, "⌃⇧V")
               .menuApplication("Web", "/usr/bin/xev")
-              .menuShortcut("Donaudampfschifffahrtsgesellschaft", keyV, control)
-              .menuApplication("Música y vídeo", "/usr/bin/xclock")
-              .menuShortcut("Undo", 6, control)
+              .menuShortcut("Donaudampfschifffahrtsgesellschaft", keyV, control, "⌃⌥⇧⌘V")
+              .menuApplication("Música y vídeo", "/opt/gone/player")
+              .menuShortcut("Undo", 6, control, "⌃Z")
               .set("general_theme", look.theme)
               .set("general_language", look.language),
           {{"QT_SCALE_FACTOR", look.scale}});

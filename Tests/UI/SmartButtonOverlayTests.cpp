@@ -1,4 +1,5 @@
 #include "Platform/Simulated/VirtualTime.hpp"
+#include "UI/ShortcutText.hpp"
 #include "UI/SmartButtonOverlay.hpp"
 
 #include <gtest/gtest.h>
@@ -40,6 +41,7 @@ class SmartButtonOverlayTest : public testing::Test {
                                                                                 .language = language,
                                                                                 .isAnimated = false,
                                                                                 .isComposited = true,
+                                                                                .isMissing = isMissing,
                                                                                 .loadIcon = loadIcon});
         overlay->appear();
     }
@@ -68,6 +70,7 @@ class SmartButtonOverlayTest : public testing::Test {
 
     std::function<void(const SmartButtonApp&, int, qreal, std::function<void(QPixmap)>)> loadIcon =
         [](const SmartButtonApp&, int, qreal, const std::function<void(QPixmap)>& done) { done({}); };
+    std::function<bool(const SmartButtonApp&)> isMissing;
     static constexpr Seconds releaseTime = SmartButtonOverlay::releaseTime;
 
     VirtualTime time;
@@ -146,6 +149,40 @@ TEST_F(SmartButtonOverlayTest, LinesFitTheirCaption) {
             EXPECT_LE(metrics.horizontalAdvance(line), entry->width() + 1) << line.toStdString();
     }
     EXPECT_TRUE(overlay->entries()[3]->captionLines().isEmpty());
+}
+
+TEST_F(SmartButtonOverlayTest, WordTooLongForALineIsBrokenWithAHyphen) {
+    Names names(8, "Donaudampfschifffahrtsgesellschaft");
+    names[1] = "My Donaudampfschifffahrtsgesellschaft";
+    names[2] = "Some short words";
+    names[3] = "Mail";
+    open(names);
+    const auto whole = overlay->entries()[0]->captionLines();
+    ASSERT_EQ(whole.size(), 2);
+    EXPECT_TRUE(whole[0].endsWith('-'));
+    EXPECT_GE(whole[0].size(), 4);
+    EXPECT_TRUE(names[0].starts_with(whole[0].chopped(1).toStdString()));
+    EXPECT_TRUE(overlay->entries()[1]->captionLines()[0].endsWith('-'));
+    for (const auto& line : overlay->entries()[2]->captionLines()) EXPECT_FALSE(line.contains('-'));
+    EXPECT_EQ(overlay->entries()[3]->captionLines(), QStringList{"Mail"});
+}
+
+TEST_F(SmartButtonOverlayTest, MissingApplicationIsMarkedInTheUsersLanguage) {
+    isMissing = [](const SmartButtonApp& app) { return app.name == "Gone"; };
+    open({"Notes", "Gone"}, AppLanguage::spanish);
+    EXPECT_FALSE(overlay->entries()[0]->isMissing());
+    EXPECT_TRUE(overlay->entries()[1]->isMissing());
+    EXPECT_EQ(overlay->entries()[1]->accessibleDescription(), "No se encuentra");
+    open({"Notes", "Gone"});
+    EXPECT_EQ(overlay->entries()[1]->accessibleDescription(), "Not found");
+}
+
+TEST_F(SmartButtonOverlayTest, CombinationIsWhatWasRecordedOrReadFromTheKey) {
+    EXPECT_EQ(shortcutText({.keyCode = 8, .modifiersRawValue = 0x40000, .displayString = "⌃C"}), "⌃C");
+    EXPECT_EQ(shortcutText({.keyCode = 8, .modifiersRawValue = 0x160000, .displayString = {}}), "⌃⇧⌘C");
+    EXPECT_EQ(shortcutText({.keyCode = 123, .modifiersRawValue = 0x880000, .displayString = {}}), "⌥fn←");
+    EXPECT_EQ(shortcutText({}), "");
+    EXPECT_EQ(shortcutText({.keyCode = 500, .modifiersRawValue = 0x40000, .displayString = {}}), "");
 }
 
 TEST_F(SmartButtonOverlayTest, ClickOnAnEntryLaunchesIt) {
@@ -390,6 +427,12 @@ TEST_F(SmartButtonOverlayTest, TextIsReadableInBothThemes) {
         // Whatever is behind the ring: names want 4.5 to 1, symbols and the mark of the choice 3 to 1.
         for (const double behind : {0.0, 1.0})
             EXPECT_GE(contrast(theme.text, over(theme.ring, behind)), 4.5) << behind;
+        // What is under the ring is not seen through it.
+        EXPECT_EQ(theme.ring.alpha(), 255);
+        EXPECT_GE(contrast(theme.badgeText, theme.badge), 7);
+        EXPECT_GE(contrast(theme.badgeText, theme.accent), 4.5);
+        EXPECT_GE(contrast(theme.badge, theme.plate), 3);
+        EXPECT_GE(contrast(theme.warning, theme.ring), 4.5);
         EXPECT_GE(contrast(theme.secondaryText, theme.plate), 3);
         EXPECT_GE(contrast(theme.accent, theme.plateHovered), 3);
         EXPECT_GE(contrast(theme.accent, theme.ring), 3);

@@ -67,21 +67,18 @@ SmartButtonRadialView SmartButtonController::viewOf(const SmartButtonConfigurati
 void SmartButtonController::launch(const SmartButtonApp& app) {
     // The caller's entry may go with its panel.
     const SmartButtonApp chosen = app;
-    if (chosen.kind == SmartButtonItemKind::application) {
-        launchApplication(chosen);
+    const bool isApplication = chosen.kind == SmartButtonItemKind::application;
+    const bool isMissing = isApplication && !ports_.workspace.exists(chosen.path);
+    if (isMissing) {
+        logger_.warning(ShortText("Smart Button: no se encontró ", chosen.path));
+    } else if (isApplication) {
+        ports_.workspace.openApplication(chosen.path);
+        logger_.info(ShortText("Smart Button abrió ", chosen.name));
     } else {
         sendShortcut(chosen);
     }
     closePanel();
-}
-
-void SmartButtonController::launchApplication(const SmartButtonApp& app) {
-    if (!ports_.workspace.exists(app.path)) {
-        logger_.warning(ShortText("Smart Button: no se encontró ", app.path));
-        return;
-    }
-    ports_.workspace.openApplication(app.path);
-    logger_.info(ShortText("Smart Button abrió ", app.name));
+    if (isMissing && onMissing) onMissing(chosen);
 }
 
 void SmartButtonController::sendShortcut(const SmartButtonApp& app) {

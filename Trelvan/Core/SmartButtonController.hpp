@@ -12,6 +12,7 @@
 #include "Utilities/PublishedBy.hpp"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -47,13 +48,15 @@ class SmartButtonController final : public SmartButtonMenu {
     /// Makes the content of the editor's window; without one the editor does not open.
     SmartButtonPanels::ContentProvider editorContentProvider;
 
+    /// Told of an application that was chosen and is not there, once the menu is closed.
+    std::function<void(const SmartButtonApp& app)> onMissing;
+
   private:
     /// The screen that shows the menu; none when there is no screen at all.
     [[nodiscard]] std::optional<BottomLeftRect> screenUnder(BottomLeftPoint pointer) const;
     [[nodiscard]] SmartButtonRadialView viewOf(const SmartButtonConfiguration& configuration,
                                                BottomLeftPoint pointer, const BottomLeftRect& screen);
     void launch(const SmartButtonApp& app);
-    void launchApplication(const SmartButtonApp& app);
     void sendShortcut(const SmartButtonApp& app);
     void openApplications();
     void openEditor();

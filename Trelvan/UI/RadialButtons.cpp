@@ -3,9 +3,10 @@
 #include "Core/RadialLayout.hpp"
 
 #include <QAccessible>
+#include <QFontMetricsF>
 #include <QPainter>
-#include <QTextLayout>
 #include <QTransform>
+#include <algorithm>
 #include <utility>
 
 namespace trelvan {
@@ -14,7 +15,14 @@ namespace {
 
 constexpr int captionPixels = 12;
 constexpr int lineHeight = 14;
-constexpr int digitInset = 6;
+constexpr int badgePixels = 12;
+/// How far the badge reaches beyond the plate's corner.
+constexpr double badgeOverhang = 4;
+constexpr int largestCombination = 24;
+constexpr int smallestCombination = 10;
+constexpr double faint = 0.38;
+/// A part of a word that stands alone on its line has at least so many letters.
+constexpr int shortestPart = 3;
 constexpr double plateCorner = 16;
 /// Between a small control and the large one that has a notch for it.
 constexpr double notchGap = 2;
@@ -26,6 +34,36 @@ QFont captionFont() {
     font.setPixelSize(captionPixels);
     font.setWeight(QFont::Medium);
     return font;
+}
+
+/// Scripts without spaces between words go on in the next line without a sign.
+bool takesHyphen(QChar last) {
+    const auto script = last.script();
+    return script != QChar::Script_Han && script != QChar::Script_Hiragana &&
+           script != QChar::Script_Katakana && script != QChar::Script_Hangul && script != QChar::Script_Thai;
+}
+
+/// How much of the text goes onto a first line of that width, and whether a hyphen follows, where a word is
+/// cut that is too long for a line of its own.
+std::pair<qsizetype, bool> firstLine(const QString& text, const QFontMetricsF& metrics, double width) {
+    if (metrics.horizontalAdvance(text) <= width) return {text.size(), false};
+    const auto fits = [&](qsizetype length, const QString& end) {
+        return metrics.horizontalAdvance(text.left(length).trimmed() + end) <= width;
+    };
+    qsizetype space = -1;
+    for (qsizetype at = text.indexOf(' '); at >= 0 && fits(at, {}); at = text.indexOf(' ', at + 1))
+        space = at;
+    const qsizetype wordStart = space + 1;
+    qsizetype wordEnd = text.indexOf(' ', wordStart);
+    if (wordEnd < 0) wordEnd = text.size();
+    const bool isWordLong = metrics.horizontalAdvance(text.mid(wordStart, wordEnd - wordStart)) > width;
+    if (space > 0 && !isWordLong) return {space, false};
+    qsizetype cut = wordEnd - shortestPart;
+    // A letter of two code units is not torn.
+    while (cut > wordStart && (!fits(cut, "-") || text[cut].isLowSurrogate() || text[cut].isMark())) --cut;
+    if (space > 0 && cut - wordStart < shortestPart) return {space, false};
+    cut = std::max<qsizetype>(cut, 1);
+    return {cut, takesHyphen(text[cut - 1])};
 }
 
 /// The symbol in a square of that size around the centre.
@@ -114,6 +152,7 @@ void RadialEntryButton::showIcon(QPixmap icon) {
 
 void RadialEntryButton::drawIcon(QPainter& painter, QPointF centre) const {
     if (!icon_) return;
+    if (icon_->isNull() && !combination_.isEmpty()) return drawCombination(painter, centre);
     if (icon_->isNull()) {
         drawSymbol(painter, symbol_, centre, iconSide * 0.8,
                    isLit() ? theme().accent : theme().secondaryText);
@@ -125,22 +164,62 @@ void RadialEntryButton::drawIcon(QPainter& painter, QPointF centre) const {
 }
 
 void RadialEntryButton::breakLines(const QString& name) {
-    const QFont font = captionFont();
-    const QFontMetricsF metrics(font);
-    QTextLayout layout(name.simplified(), font);
-    QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    layout.setTextOption(option);
-    layout.beginLayout();
-    QTextLine line = layout.createLine();
-    if (line.isValid() && !layout.text().isEmpty()) {
-        line.setLineWidth(width());
-        const QString text = layout.text();
-        lines_ << text.left(line.textLength()).trimmed();
-        const QString rest = text.mid(line.textLength()).trimmed();
-        if (!rest.isEmpty()) lines_ << metrics.elidedText(rest, Qt::ElideRight, width());
+    const QFontMetricsF metrics(captionFont());
+    const QString text = name.simplified();
+    if (text.isEmpty()) return;
+    const auto [length, isCut] = firstLine(text, metrics, width());
+    lines_ << text.left(length).trimmed() + (isCut ? "-" : "");
+    const QString rest = text.mid(length).trimmed();
+    if (!rest.isEmpty()) lines_ << metrics.elidedText(rest, Qt::ElideRight, width());
+}
+
+void RadialEntryButton::markMissing(const QString& hint) {
+    isMissing_ = true;
+    setAccessibleDescription(hint);
+    setToolTip(hint);
+}
+
+void RadialEntryButton::drawCombination(QPainter& painter, QPointF centre) const {
+    QFont font = captionFont();
+    const double room = plateSize - 8;
+    int size = largestCombination;
+    for (; size > smallestCombination; --size) {
+        font.setPixelSize(size);
+        if (QFontMetricsF(font).horizontalAdvance(combination_) <= room) break;
     }
-    layout.endLayout();
+    font.setPixelSize(size);
+    painter.setFont(font);
+    painter.setPen(isLit() ? theme().accent : theme().text);
+    const QRectF place(centre.x() - room / 2, centre.y() - room / 2, room, room);
+    painter.drawText(place, Qt::AlignCenter,
+                     QFontMetricsF(font).elidedText(combination_, Qt::ElideRight, room));
+}
+
+void RadialEntryButton::drawBadge(QPainter& painter, const QRectF& shape) const {
+    const QRectF disc(shape.left() - badgeOverhang, shape.top() - badgeOverhang, badgeSize, badgeSize);
+    painter.setPen(QPen(theme().ring, 1.5));
+    painter.setBrush(isLit() ? theme().accent : theme().badge);
+    painter.drawEllipse(disc);
+    QFont digit = captionFont();
+    digit.setPixelSize(badgePixels);
+    digit.setWeight(QFont::Bold);
+    painter.setFont(digit);
+    painter.setPen(theme().badgeText);
+    painter.drawText(disc, Qt::AlignCenter, QString::number(number_));
+}
+
+void RadialEntryButton::drawMissing(QPainter& painter, const QRectF& shape) const {
+    const QRectF disc(shape.right() + badgeOverhang - badgeSize, shape.bottom() + badgeOverhang - badgeSize,
+                      badgeSize, badgeSize);
+    painter.setPen(QPen(theme().ring, 1.5));
+    painter.setBrush(theme().warning);
+    painter.drawEllipse(disc);
+    QFont sign = captionFont();
+    sign.setPixelSize(badgePixels);
+    sign.setWeight(QFont::Bold);
+    painter.setFont(sign);
+    painter.setPen(theme().ring);
+    painter.drawText(disc, Qt::AlignCenter, "!");
 }
 
 void RadialEntryButton::place(QPointF centre) {
@@ -174,17 +253,14 @@ void RadialEntryButton::paintEvent(QPaintEvent* /*event*/) {
     painter.setBrush(isLit() ? theme().plateHovered : theme().plate);
     painter.drawRoundedRect(shape.adjusted(0.5, 0.5, -0.5, -0.5), plateCorner, plateCorner);
 
+    painter.setOpacity(isMissing_ ? faint : 1.0);
     drawIcon(painter, shape.center());
-
-    QFont digit = captionFont();
-    digit.setPixelSize(captionPixels - 2);
-    painter.setFont(digit);
-    painter.setPen(isLit() ? theme().accent : theme().secondaryText);
-    painter.drawText(shape.adjusted(digitInset, digitInset / 2.0, 0, 0), Qt::AlignLeft | Qt::AlignTop,
-                     QString::number(number_));
+    painter.setOpacity(1.0);
+    drawBadge(painter, shape);
+    if (isMissing_) drawMissing(painter, shape);
 
     painter.setFont(captionFont());
-    painter.setPen(theme().text);
+    painter.setPen(isMissing_ ? theme().secondaryText : theme().text);
     double top = halo + plateSize + captionGap;
     for (const QString& line : lines_) {
         painter.drawText(QRectF(0, top, width(), lineHeight), Qt::AlignHCenter | Qt::AlignVCenter, line);

@@ -39,20 +39,27 @@ class RadialButton : public QPushButton {
     bool isHovered_ = false;
 };
 
-/// An entry: its icon on a plate, in the corner the key that chooses it, and its name below in two lines at
-/// most.
+/// An entry: its icon or combination on a plate, at the corner the key that chooses it, and its name below in
+/// two lines at most.
 class RadialEntryButton final : public RadialButton {
   public:
     static constexpr int plateSize = 64;
     static constexpr int iconSide = 44;
     static constexpr int captionGap = 3;
     static constexpr int captionHeight = 28;
+    static constexpr int badgeSize = 18;
 
     /// `number` 1 to 8 is the key that chooses the entry. The plate is empty until there is an icon.
     RadialEntryButton(const QString& name, const QPainterPath& symbol, int number, int captionWidth,
                       const RadialTheme& theme, QWidget* parent);
 
-    /// Shows the icon; for a null one the symbol.
+    /// A shortcut without an icon shows its combination rather than the symbol; an empty one changes nothing.
+    void showCombination(const QString& combination) { combination_ = combination; }
+    /// The entry's application is not there: it is drawn faintly, with a mark, and a screen reader hears
+    /// `hint` after its name.
+    void markMissing(const QString& hint);
+    [[nodiscard]] bool isMissing() const { return isMissing_; }
+    /// Shows the icon; for a null one the combination or the symbol.
     void showIcon(QPixmap icon);
     /// None before an icon was shown.
     [[nodiscard]] const std::optional<QPixmap>& icon() const { return icon_; }
@@ -71,11 +78,16 @@ class RadialEntryButton final : public RadialButton {
 
   private:
     void breakLines(const QString& name);
+    void drawCombination(QPainter& painter, QPointF centre) const;
+    void drawBadge(QPainter& painter, const QRectF& shape) const;
+    void drawMissing(QPainter& painter, const QRectF& shape) const;
     void drawIcon(QPainter& painter, QPointF centre) const;
     [[nodiscard]] QRectF plate() const;
 
     std::optional<QPixmap> icon_;
     QPainterPath symbol_;
+    QString combination_;
+    bool isMissing_ = false;
     int number_;
     QStringList lines_;
 };

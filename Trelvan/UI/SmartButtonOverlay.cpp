@@ -1,5 +1,6 @@
 #include "UI/SmartButtonOverlay.hpp"
 
+#include "UI/ShortcutText.hpp"
 #include "UI/Symbols/Symbols.hpp"
 
 #include <QAccessibleWidget>
@@ -137,6 +138,9 @@ void SmartButtonOverlay::addEntries() {
         auto* button = new RadialEntryButton(QString::fromStdString(app.name),
                                              isShortcut ? symbols::keyboard() : symbols::window(),
                                              static_cast<int>(index) + 1, width, look_.theme, ring_);
+        if (isShortcut) button->showCombination(shortcutText(app.shortcut));
+        if (look_.isMissing && look_.isMissing(app))
+            button->markMissing(text("Not found", "No se encuentra"));
         const Point centre = layout_.entries[index];
         button->place(QPointF(centre.x, centre.y) - origin);
         connect(button, &QPushButton::clicked, this, [this, index] { choose(index); });

@@ -32,6 +32,8 @@ class SmartButtonOverlay final : public QWidget {
         bool isAnimated = true;
         /// Whether the window can be translucent; if not, it shows a picture of what it covers.
         bool isComposited = true;
+        /// Whether what an entry opens is not there; none: everything is.
+        std::function<bool(const SmartButtonApp& app)> isMissing = {};
         /// Brings the icon of an entry at a side in points and a ratio of pixels to points, a null one for
         /// the drawn symbol; at once or later.
         std::function<void(const SmartButtonApp& app, int side, qreal ratio,

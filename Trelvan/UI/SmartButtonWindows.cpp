@@ -118,9 +118,12 @@ SmartButtonOverlay::Look SmartButtonWindows::look() {
             .language = languageFromSetting(languageSetting(ports_.defaults)),
             .isAnimated = isAnimated(ports_.appearance),
             .isComposited = ports_.appearance.composites(),
-            .loadIcon = [this](const SmartButtonApp& app, int side, qreal ratio, EntryIcons::Done done) {
-                icons_.load(app, side, ratio, std::move(done));
-            }};
+            .isMissing =
+                [this](const SmartButtonApp& app) {
+                    return app.kind == SmartButtonItemKind::application && !ports_.workspace.exists(app.path);
+                },
+            .loadIcon = [this](const SmartButtonApp& app, int side, qreal ratio,
+                               EntryIcons::Done done) { icons_.load(app, side, ratio, std::move(done)); }};
 }
 
 void SmartButtonWindows::activate() {

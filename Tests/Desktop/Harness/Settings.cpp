@@ -27,9 +27,11 @@ Settings& Settings::menuApplication(const std::string& name, const std::string& 
     return menuEntry({{"name", name}, {"path", path}, {"kind", "application"}, {"iconPath", iconPath}});
 }
 
-Settings& Settings::menuShortcut(const std::string& name, int keyCode, unsigned long modifiers) {
-    const nlohmann::json shortcut = {
-        {"keyCode", keyCode}, {"modifiersRawValue", modifiers}, {"displayString", name}};
+Settings& Settings::menuShortcut(const std::string& name, int keyCode, unsigned long modifiers,
+                                 const std::string& display) {
+    const nlohmann::json shortcut = {{"keyCode", keyCode},
+                                     {"modifiersRawValue", modifiers},
+                                     {"displayString", display.empty() ? name : display}};
     return menuEntry({{"name", name}, {"kind", "shortcut"}, {"shortcut", shortcut}});
 }
 

@@ -20,7 +20,8 @@ class Settings {
     /// and modifier flags.
     Settings& menuApplication(const std::string& name, const std::string& path,
                               const std::string& iconPath = {});
-    Settings& menuShortcut(const std::string& name, int keyCode, unsigned long modifiers);
+    Settings& menuShortcut(const std::string& name, int keyCode, unsigned long modifiers,
+                           const std::string& display = {});
     /// Sets one of the plain settings.
     Settings& set(const std::string& key, const nlohmann::json& value);
 
