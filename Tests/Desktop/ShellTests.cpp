@@ -1,5 +1,5 @@
-#include "Desktop/DesktopTest.hpp"
 #include "Desktop/Harness/FakeService.hpp"
+#include "Desktop/ShellTest.hpp"
 
 #include <X11/keysym.h>
 
@@ -11,58 +11,6 @@ namespace {
 constexpr int extra = xButton(3);
 constexpr auto shortcutsRead = "Atajos del escritorio leídos: ";
 constexpr auto kdeShortcuts = "org.kde.kglobalaccel";
-
-/// Actions that the desktop itself performs, on desktops of which only the service asked is there.
-class ShellTest : public DesktopTest {
-  protected:
-    void TearDown() override {
-        DesktopTest::TearDown();
-        std::filesystem::remove_all(desktop().folder() / "config");
-        std::filesystem::create_directory(desktop().folder() / "config");
-        for (const auto* program : {"gsettings", "xdg-screensaver"}) writeProgram(program, "exit 1");
-    }
-
-    void writeProgram(const std::string& name, const std::string& script) {
-        const auto path = desktop().folder() / "bin" / name;
-        writeFile(path, "#!/bin/sh\n" + script + "\n");
-        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-    }
-
-    void writeXfceShortcuts(const std::string& commands, const std::string& windowManager = {}) {
-        const auto path = desktop().folder() / "config/xfce4/xfconf/xfce-perchannel-xml";
-        std::filesystem::create_directories(path);
-        // Replaced whole, as the settings daemon does it.
-        writeFile(path / "new", R"(<channel name="xfce4-keyboard-shortcuts" version="1.0">
-<property name="commands" type="empty"><property name="custom" type="empty">)" +
-                                    commands +
-                                    R"(</property></property>
-<property name="xfwm4" type="empty"><property name="custom" type="empty">)" +
-                                    windowManager + "</property></property></channel>\n");
-        std::filesystem::rename(path / "new", path / "xfce4-keyboard-shortcuts.xml");
-    }
-
-    void startOn(const std::string& currentDesktop, const Settings& settings) {
-        start(settings, {{"XDG_CURRENT_DESKTOP", currentDesktop}});
-    }
-
-    void expectNoKeys() {
-        passSentinel();
-        EXPECT_EQ(client().strokes(), std::vector<KeyStroke>{});
-    }
-
-    int linesWith(const std::string& text) {
-        int count = 0;
-        const auto output = program().output();
-        for (auto at = output.find(text); at != std::string::npos; at = output.find(text, at + 1)) ++count;
-        return count;
-    }
-
-    bool isProperty(const char* name, long value) {
-        auto& connection = client().connection();
-        return waitUntil(
-            [&] { return connection.property(connection.root(), name) == std::vector<long>{value}; });
-    }
-};
 
 std::string xfceEntry(const std::string& accelerator, const std::string& action) {
     return "<property name=\"" + accelerator + "\" type=\"string\" value=\"" + action + "\"/>";
@@ -179,8 +127,21 @@ TEST_F(ShellTest, Kde_ViewsAreInvokedByName) {
     expectNoKeys();
 }
 
-TEST_F(ShellTest, Kde_LaunchpadIsTheApplicationLauncher) {
+TEST_F(ShellTest, Kde_LaunchpadIsTheShellsOwnLauncher) {
+    // Plasma 5.27 has no global shortcut by which its launcher could be invoked.
+    const FakeService shortcuts(desktop(), kdeShortcuts,
+                                {"shortcutNames=list:activate widget 3,show dashboard"});
+    const FakeService shell(desktop(), "org.kde.plasmashell");
+    start(Settings().map(3, "Launchpad"));
+    trackball().click(extra);
+    EXPECT_TRUE(shell.waitForCall("/PlasmaShell activateLauncherMenu"));
+    expectNoKeys();
+    EXPECT_EQ(shell.calls().size(), 1U);
+}
+
+TEST_F(ShellTest, Kde_ShellWithoutTheCallIsAskedByTheShortcutsName) {
     const FakeService kde(desktop(), kdeShortcuts, {"shortcutNames=list:activate application launcher"});
+    const FakeService shell(desktop(), "org.kde.plasmashell", {"activateLauncherMenu=error"});
     start(Settings().map(3, "Launchpad"));
     trackball().click(extra);
     EXPECT_TRUE(kde.waitForCall("/component/plasmashell invokeShortcut activate application launcher"));
@@ -268,16 +229,6 @@ TEST_F(ShellTest, Xfce_DesktopMovesGoByTheWindowManagerNotByKeys) {
 
 // A bare window manager
 
-TEST_F(ShellTest, BareWindowManager_ViewThatNobodyHasIsOneWarningAndNoKeys) {
-    start(Settings().map(3, "Mission Control").map(4, "App Exposé"));
-    for (int press = 0; press < 3; ++press) trackball().click(extra);
-    trackball().click(xButton(4));
-    // The second view is asked for after all of the first.
-    EXPECT_TRUE(program().waitForLine("Este escritorio no ofrece la vista de la aplicación"));
-    EXPECT_EQ(linesWith("Este escritorio no ofrece la vista de ventanas"), 1);
-    expectNoKeys();
-}
-
 TEST_F(ShellTest, BareWindowManager_MovesGoThroughAllFourDesktopsAndStopAtTheEnds) {
     start(Settings().map(3, "Mover escritorio derecha").map(4, "Mover escritorio izquierda"));
     for (const long number : {1, 2, 3, 3}) {
@@ -299,6 +250,18 @@ TEST_F(ShellTest, BareWindowManager_ShowDesktopGoesThereAndBack) {
     EXPECT_TRUE(isProperty("_NET_SHOWING_DESKTOP", 0));
 }
 
+// The file manager
+
+TEST_F(ShellTest, OpenExplorer_IsTheFileManagerThatTheUserHasChosen) {
+    // Any of those installed may have this name.
+    const FakeService another(desktop(), "org.freedesktop.FileManager1");
+    start(Settings().map(3, "Open Explorer"));
+    trackball().click(extra);
+    EXPECT_TRUE(waitUntil([&] { return !desktop().opened().empty(); }));
+    EXPECT_NE(desktop().opened().find((desktop().folder() / "home").string()), std::string::npos);
+    EXPECT_TRUE(another.calls().empty());
+}
+
 // Lock
 
 TEST_F(ShellTest, Lock_AsksTheScreenSaver) {
@@ -317,6 +280,29 @@ TEST_F(ShellTest, Lock_OfADesktopsOwnScreenSaverGoesFirst) {
     EXPECT_TRUE(own.waitForCall("/org/cinnamon/ScreenSaver Lock "));
     expectNoKeys();
     EXPECT_TRUE(common.calls().empty());
+}
+
+TEST_F(ShellTest, Lock_ScreenSaverThatDiesOfItIsNotTheLastThatIsAsked) {
+    // MATE's does outside of a session of MATE.
+    const FakeService dying(desktop(), "org.mate.ScreenSaver", {"Lock=crash"});
+    const FakeService common(desktop(), "org.freedesktop.ScreenSaver");
+    start(Settings().map(3, "Lock Workstation"));
+    trackball().click(extra);
+    EXPECT_TRUE(common.waitForCall("/org/freedesktop/ScreenSaver Lock"));
+}
+
+TEST_F(ShellTest, Lock_OnXfceItsProgramGoesBeforeTheSignalThatNobodyMayHear) {
+    const FakeService logins(desktop(), "org.freedesktop.login1");
+    const auto trace = programThatRecords("xflock4");
+    start(Settings().map(3, "Lock Workstation"),
+          {{"XDG_CURRENT_DESKTOP", "XFCE"},
+           {"DBUS_SYSTEM_BUS_ADDRESS", desktop().environment().at("DBUS_SESSION_BUS_ADDRESS")}});
+    trackball().click(extra);
+    EXPECT_TRUE(waitUntil([&] { return readFile(trace) == "\n"; }));
+    EXPECT_TRUE(logins.calls().empty());
+    writeProgram("xflock4", "exit 1");
+    trackball().click(extra);
+    EXPECT_TRUE(logins.waitForCall("/org/freedesktop/login1/session/auto Lock"));
 }
 
 TEST_F(ShellTest, Lock_WithoutAScreenSaverAsksTheLoginManager) {

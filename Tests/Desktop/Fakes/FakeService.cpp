@@ -3,7 +3,7 @@
 //   desktop-fake-service RECORD NAME [MEMBER=ANSWER...]
 //
 // RECORD gets a line for each call: the path, the member and the arguments. ANSWER is "error", "silence",
-// "true", "false" or "number:N" (in a variant), or a value as below; members that are not named are answered
+// "crash", "true", "false" or "number:N" (in a variant), or a value as below; members that are not named are answered
 // with nothing. A value is "bool:true", "text:T", "path:/P", "list:A,B,C" or "map:KEY=true,KEY=T" (of
 // variants).
 //
@@ -19,6 +19,7 @@
 #include <QStringList>
 #include <QVariantMap>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <string>
 
@@ -62,6 +63,7 @@ class Service : public QDBusVirtualObject {
         QString line = message.path() + ' ' + message.member();
         for (const auto& argument : message.arguments()) line += ' ' + textOf(argument);
         write(line);
+        if (answers.value(message.member()) == "crash") std::_Exit(1);
         if (answers.value(message.member()) != "silence") connection.send(answerTo(message));
         return true;
     }

@@ -5,6 +5,7 @@
 #include <X11/keysym.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 namespace trelvan {
@@ -33,9 +34,17 @@ org.freedesktop.ibus.panel.emoji hotkey ['<Super>period']
         {hotkey::showDesktop, {XK_d, super}},          {hotkey::desktopLeft, {XK_Page_Up, super}},
         {hotkey::desktopRight, {XK_Page_Down, super}}, {hotkey::screenshotFull, {XK_Print, flag::shift}},
         {hotkey::screenshotArea, {XK_Print, 0}},       {hotkey::screenshotTool, {XK_Print, 0}},
-        {hotkey::lockScreen, {XK_l, super}},           {hotkey::emojiPanel, {XK_period, super}},
+        {hotkey::lockScreen, {XK_l, super}},
     };
     EXPECT_EQ(readSettingsList(text, DesktopKind::gnome), expected);
+}
+
+TEST(SettingsListShortcuts, InputMethodsEmojis_AreNotTheDesktops) {
+    // Where a program does not use the input method, the key is typed into it.
+    EXPECT_EQ(
+        readSettingsList("org.freedesktop.ibus.panel.emoji hotkey ['<Super>period']\n", DesktopKind::gnome),
+        ShortcutTable{});
+    EXPECT_EQ(std::ranges::count(shortcutSchemas(DesktopKind::gnome), "org.freedesktop.ibus.panel.emoji"), 0);
 }
 
 TEST(SettingsListShortcuts, DisabledShortcut_LeavesTheNextPlaceOrNone) {

@@ -7,11 +7,6 @@
 
 #include <sys/stat.h>
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QUrl>
 #include <array>
 
 namespace trelvan {
@@ -86,18 +81,9 @@ void LinuxWorkspace::openUrl(std::string_view url) {
 }
 
 void LinuxWorkspace::reveal(std::string_view folder) {
-    mainQueue_.async([folder = std::string(folder)] {
-        if (!QDBusConnection::sessionBus().isConnected()) return openWithDesktop(folder, true);
-        auto call =
-            QDBusMessage::createMethodCall("org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
-                                           "org.freedesktop.FileManager1", "ShowFolders");
-        call << QStringList{QUrl::fromLocalFile(QString::fromStdString(folder)).toString()} << QString();
-        auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call));
-        QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, folder] {
-            if (watcher->isError()) openWithDesktop(folder, true);
-            watcher->deleteLater();
-        });
-    });
+    // Not over the bus: where there are several file managers it is chance which of them answers, and not the
+    // one that the user has chosen.
+    openFolder(folder);
 }
 
 }  // namespace trelvan

@@ -36,7 +36,6 @@ constexpr Place gnomePlaces[]{
     {hotkey::screenshotArea, gnomeShell, "show-screenshot-ui"},
     {hotkey::screenshotTool, gnomeShell, "show-screenshot-ui"},
     {hotkey::lockScreen, gnomeMedia, "screensaver"},
-    {hotkey::emojiPanel, "org.freedesktop.ibus.panel.emoji", "hotkey"},
 };
 
 constexpr std::string_view cinnamonWindows = "org.cinnamon.desktop.keybindings.wm";

@@ -18,6 +18,7 @@ constexpr const char* gnomeShell = "org.gnome.Shell";
 constexpr const char* gnomePath = "/org/gnome/Shell";
 constexpr const char* properties = "org.freedesktop.DBus.Properties";
 constexpr const char* kdeShortcuts = "org.kde.kglobalaccel";
+constexpr const char* plasmaShell = "org.kde.plasmashell";
 constexpr const char* cinnamon = "org.Cinnamon";
 
 void call(const QDBusMessage& message, std::function<void(const BusAnswer&)> answered) {
@@ -75,6 +76,14 @@ void invokeKde(const QString& component, const QStringList& shortcuts, const Oth
     });
 }
 
+/// The shell's own call does what a press of its launcher's button does. Where it has none, its shortcut may
+/// have this name.
+void showKdeLauncher(const Otherwise& otherwise) {
+    call(QDBusMessage::createMethodCall(plasmaShell, "/PlasmaShell", "org.kde.PlasmaShell",
+                                        "activateLauncherMenu"),
+         settle([otherwise] { invokeKde("plasmashell", {"activate application launcher"}, otherwise); }));
+}
+
 void showCinnamon(const char* view, const Otherwise& otherwise) {
     call(QDBusMessage::createMethodCall(cinnamon, "/org/Cinnamon", cinnamon, view), settle(otherwise));
 }
@@ -95,8 +104,7 @@ void ShellViews::show(SystemView view, const Otherwise& otherwise) {
             // GNOME has one overview for both.
             return toggleGnomeOverview([=] { ofKde("kwin", {"ExposeClass"}, otherwise); });
         case SystemView::launchpad:
-            return showGnomeApplications(
-                [=] { ofKde("plasmashell", {"activate application launcher"}, otherwise); });
+            return showGnomeApplications([=] { showKdeLauncher(otherwise); });
         case SystemView::screenshotArea:
             return ofKde("org_kde_spectacle_desktop", {"RectangularRegionScreenShot"}, otherwise);
         case SystemView::screenshotFull:
