@@ -49,6 +49,7 @@ TrelvanApp::TrelvanApp(Platform& platform, SmartButtonPanels& panels, Logger& lo
       micMuteNotifier(
           {.audio = platform.audioInput(), .timers = platform.timers(), .defaults = platform.userDefaults()},
           notificationPoster),
+      missingViewNotifier(platform.systemViews(), notificationPoster),
       platform_(platform),
       logger_(logger),
       alive_(std::make_shared<TrelvanApp*>(this)) {

@@ -6,6 +6,7 @@
 #include "Core/KeepAwakeManager.hpp"
 #include "Core/LaunchAtLoginManager.hpp"
 #include "Core/MicMuteNotifier.hpp"
+#include "Core/MissingViewNotifier.hpp"
 #include "Core/NotificationPoster.hpp"
 #include "Core/PermissionsManager.hpp"
 #include "Core/ProfileManager.hpp"
@@ -49,6 +50,7 @@ class TrelvanApp {
     NotificationPoster notificationPoster;
     CapsLockNotifier capsLockNotifier;
     MicMuteNotifier micMuteNotifier;
+    MissingViewNotifier missingViewNotifier;
 
   private:
     void startNotifiers();

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string_view>
 
 namespace trelvan {
 
@@ -20,6 +21,13 @@ enum class SystemView : std::uint8_t {
     lockScreen,
 };
 
+/// A view that was asked for and that nothing here shows.
+struct MissingView {
+    SystemView view = SystemView::missionControl;
+    /// What shows it once it is installed; empty when nothing is known to.
+    std::string_view program;
+};
+
 /// Asks the desktop by its own protocols rather than by keys, which keeps guessed keystrokes out of the
 /// user's document. Any thread; never waits for the desktop.
 class SystemViews {
@@ -27,7 +35,13 @@ class SystemViews {
     /// Presses the keys that are known for the view; false when none are. Any thread.
     using ByKeys = std::function<bool()>;
 
+    using MissingObserver = std::function<void(const MissingView&)>;
+
     virtual ~SystemViews() = default;
+
+    /// Tells the observer, on the main thread, of each view that neither the desktop nor known keys can show,
+    /// at least once. None: nobody is told. Main thread.
+    virtual void setMissingObserver(MissingObserver observer) = 0;
 
     /// True when this platform took charge: the desktop is asked and, where it cannot be, `byKeys` called;
     /// when neither helps, the log says so. False when only keys can do it, known or guessed: it is the

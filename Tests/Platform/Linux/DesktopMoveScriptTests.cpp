@@ -13,6 +13,7 @@ class RecordedViews : public SystemViews {
         shown.push_back(view);
         return answer;
     }
+    void setMissingObserver(MissingObserver /*observer*/) override {}
     std::vector<SystemView> shown;
     bool answer = true;
 };

@@ -2,17 +2,20 @@
 
 #include <QDBusError>
 #include <QDBusPendingCallWatcher>
+#include <QElapsedTimer>
 #include <utility>
 
 namespace trelvan {
 
 namespace {
 
-BusAnswer answerOf(const QDBusPendingCallWatcher& call) {
+/// For a service that dies the bus answers as the time limit does, only sooner; the limit itself is coarse.
+BusAnswer answerOf(const QDBusPendingCallWatcher& call, bool wasInTime) {
     if (!call.isError()) return {.status = BusAnswer::Status::done, .reply = call.reply(), .error = {}};
     const auto error = call.error();
-    const bool isSilent = error.type() == QDBusError::NoReply || error.type() == QDBusError::Timeout ||
-                          error.type() == QDBusError::TimedOut;
+    const bool isSilent =
+        !wasInTime && (error.type() == QDBusError::NoReply || error.type() == QDBusError::Timeout ||
+                       error.type() == QDBusError::TimedOut);
     return {.status = isSilent ? BusAnswer::Status::silent : BusAnswer::Status::refused,
             .reply = {},
             .error = error.message()};
@@ -29,10 +32,12 @@ void callOverBus(const QDBusConnection& bus, QDBusMessage message,
     }
     message.setAutoStartService(options.startsService);
     const auto patience = static_cast<int>(options.patience.count());
+    QElapsedTimer timer;
+    timer.start();
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message, patience));
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
-                     [watcher, answered = std::move(answered)] {
-                         answered(answerOf(*watcher));
+                     [watcher, timer, patience, answered = std::move(answered)] {
+                         answered(answerOf(*watcher, !timer.hasExpired(patience * 9 / 10)));
                          watcher->deleteLater();
                      });
 }

@@ -11,7 +11,7 @@ namespace trelvan {
 struct BusAnswer {
     enum class Status {
         done,
-        /// The service is not there or refuses: nothing has happened.
+        /// The service is not there, refuses or dies of it: nothing has happened.
         refused,
         /// It did not answer in time, and may still do what it was asked.
         silent,

@@ -4,6 +4,7 @@
 #include "Platform/Linux/ScreenLock.hpp"
 #include "Platform/Linux/ScreenshotProgram.hpp"
 #include "Platform/Linux/ShellViews.hpp"
+#include "Platform/Linux/ViewProgram.hpp"
 #include "Utilities/Logger.hpp"
 
 #include <utility>
@@ -47,7 +48,7 @@ bool LinuxSystemViews::show(SystemView view, ByKeys byKeys) {
 void LinuxSystemViews::showNow(SystemView view, const ByKeys& byKeys) {
     if (showByWindowManager(view)) return;
     const auto otherwise = [this, view, byKeys] { showByKeys(view, byKeys); };
-    if (view == SystemView::lockScreen) return ScreenLock::lock(otherwise);
+    if (view == SystemView::lockScreen) return ScreenLock::lock(desktop_, otherwise);
     ShellViews::show(view, otherwise);
 }
 
@@ -66,9 +67,12 @@ bool LinuxSystemViews::showByWindowManager(SystemView view) {
 
 void LinuxSystemViews::showByKeys(SystemView view, const ByKeys& byKeys) {
     if (takeScreenshot(view) || byKeys()) return;
-    if (view != SystemView::launchpad) return reportMissing(view);
+    const auto byProgram = [this, view] {
+        showByProgram(desktop_, view, [this, view] { reportMissing(view); });
+    };
+    if (view != SystemView::launchpad) return byProgram();
     // Newer versions of GNOME show the grid of applications only to their own programs.
-    ShellViews::showGnomeOverview([this, view] { reportMissing(view); });
+    ShellViews::showGnomeOverview(byProgram);
 }
 
 /// The user's own shortcut goes first, and where there is none its usual key may stand for another kind.
@@ -108,6 +112,7 @@ bool LinuxSystemViews::moveDesktop(bool right) {
 void LinuxSystemViews::reportMissing(SystemView view) {
     if (!reported_.insert(view).second) return;
     AppLogger.warning(ShortText("Este escritorio no ofrece ", nameOf(view)));
+    if (missingObserver_) missingObserver_({.view = view, .program = programToInstall(view)});
 }
 
 }  // namespace trelvan

@@ -7,6 +7,7 @@
 #include "Platform/SystemViews.hpp"
 
 #include <set>
+#include <utility>
 
 namespace trelvan {
 
@@ -19,6 +20,7 @@ class LinuxSystemViews : public SystemViews {
         : properties_(connection), mainQueue_(mainQueue), desktop_(desktop), hotKeys_(hotKeys) {}
 
     [[nodiscard]] bool show(SystemView view, ByKeys byKeys) override;
+    void setMissingObserver(MissingObserver observer) override { missingObserver_ = std::move(observer); }
 
   private:
     void showNow(SystemView view, const ByKeys& byKeys);
@@ -33,6 +35,7 @@ class LinuxSystemViews : public SystemViews {
     MainQueue& mainQueue_;
     DesktopKind desktop_;
     const HotKeyTable& hotKeys_;
+    MissingObserver missingObserver_;
     std::set<SystemView> reported_;
 };
 

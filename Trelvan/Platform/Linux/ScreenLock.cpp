@@ -1,8 +1,8 @@
 #include "Platform/Linux/ScreenLock.hpp"
 
 #include "Platform/Linux/BusCall.hpp"
+#include "Platform/Linux/ProgramRun.hpp"
 
-#include <QProcess>
 #include <array>
 #include <cstddef>
 
@@ -27,18 +27,7 @@ constexpr std::array screenSavers{
 };
 
 void lockByProgram(const std::function<void()>& otherwise) {
-    auto* process = new QProcess;
-    const auto ended = [process, otherwise](bool isLocked) {
-        process->deleteLater();
-        if (!isLocked) otherwise();
-    };
-    QObject::connect(process, &QProcess::finished, process, [ended](int code, QProcess::ExitStatus status) {
-        ended(status == QProcess::NormalExit && code == 0);
-    });
-    QObject::connect(process, &QProcess::errorOccurred, process, [ended](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart) ended(false);
-    });
-    process->start("xdg-screensaver", {"lock"}, QIODevice::NotOpen);
+    runProgram("xdg-screensaver", {"lock"}, otherwise);
 }
 
 void lockByLoginManager(const std::function<void()>& otherwise) {
@@ -50,8 +39,16 @@ void lockByLoginManager(const std::function<void()>& otherwise) {
     });
 }
 
+/// XFCE's program knows which of several lockers runs, and says whether it locked; the login manager's signal
+/// gives no sign of whether anybody heard it.
+void lockByDesktop(DesktopKind desktop, const std::function<void()>& otherwise) {
+    const auto byLoginManager = [otherwise] { lockByLoginManager(otherwise); };
+    if (desktop != DesktopKind::xfce) return byLoginManager();
+    runProgram("xflock4", {}, byLoginManager);
+}
+
 void lockByScreenSaver(std::size_t index, const std::function<void()>& otherwise) {
-    if (index == screenSavers.size()) return lockByLoginManager(otherwise);
+    if (index == screenSavers.size()) return otherwise();
     const auto& [service, path, takesMessage] = screenSavers[index];
     auto lock = QDBusMessage::createMethodCall(service, path, service, "Lock");
     if (takesMessage) lock << QString();
@@ -63,8 +60,8 @@ void lockByScreenSaver(std::size_t index, const std::function<void()>& otherwise
 
 }  // namespace
 
-void ScreenLock::lock(const std::function<void()>& otherwise) {
-    lockByScreenSaver(0, otherwise);
+void ScreenLock::lock(DesktopKind desktop, const std::function<void()>& otherwise) {
+    lockByScreenSaver(0, [desktop, otherwise] { lockByDesktop(desktop, otherwise); });
 }
 
 }  // namespace trelvan

@@ -1,15 +1,17 @@
 #pragma once
 
+#include "Platform/Linux/CurrentDesktop.hpp"
+
 #include <functional>
 
 namespace trelvan {
 
-/// Locks the session by what the desktop offers: its screen saver's interface, else the login manager's
-/// signal to whoever locks, else the program xdg-screensaver. Main thread; nothing waits.
+/// Locks the session by what the desktop offers: its screen saver's interface, else XFCE's own program, else
+/// the login manager's signal to whoever locks, else the program xdg-screensaver. Main thread; nothing waits.
 class ScreenLock {
   public:
     /// Calls `otherwise` when nothing of it is there.
-    static void lock(const std::function<void()>& otherwise);
+    static void lock(DesktopKind desktop, const std::function<void()>& otherwise);
 };
 
 }  // namespace trelvan

@@ -114,6 +114,8 @@ class SimulatedDesktop : public Platform {
     std::map<char32_t, KeyChord> layout;
     /// How the desktop answers when asked for a view; none: it cannot be asked.
     std::function<bool(SystemView, const SystemViews::ByKeys&)> onView;
+    /// Whom the program wants told of views that this desktop does not have.
+    SystemViews::MissingObserver onMissingView;
     std::map<std::string, DefaultsValue, std::less<>> defaults;
     std::map<std::string, SimulatedItem, std::less<>> disk;
     /// What was put aside, by the name it got.

@@ -2,6 +2,8 @@
 
 #include "Platform/Simulated/SimulatedDesktop.hpp"
 
+#include <utility>
+
 namespace trelvan {
 
 std::span<const BottomLeftRect> SimulatedScreens::frames() const {
@@ -98,6 +100,10 @@ std::optional<HotKeyEntry> SimulatedHotKeys::entry(int id) const {
 
 bool SimulatedViews::show(SystemView view, ByKeys byKeys) {
     return desktop_.onView && desktop_.onView(view, byKeys);
+}
+
+void SimulatedViews::setMissingObserver(MissingObserver observer) {
+    desktop_.onMissingView = std::move(observer);
 }
 
 void SimulatedLog::write(const LogRecord& record) {

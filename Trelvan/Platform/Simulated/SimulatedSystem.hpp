@@ -105,6 +105,7 @@ class SimulatedViews final : public SystemViews {
   public:
     explicit SimulatedViews(SimulatedDesktop& desktop) : desktop_(desktop) {}
     [[nodiscard]] bool show(SystemView view, ByKeys byKeys) override;
+    void setMissingObserver(MissingObserver observer) override;
 
   private:
     SimulatedDesktop& desktop_;
