@@ -115,11 +115,6 @@ class Device:
         self._send(MOTION, struct.pack("<I4x", 0) + self._valuators([float(right), float(down)]))
         self._settle()
 
-    def move_to(self, x, y):
-        """From wherever the pointer is: the corner stops it."""
-        self.move(-2 * WIDTH, -2 * HEIGHT)
-        self.move(x, y)
-
     def button(self, number, down):
         self._send(BUTTON, struct.pack("<iiI4x", 0, number, int(down)) + self._valuators())
         self._settle()
