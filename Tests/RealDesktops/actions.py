@@ -82,7 +82,8 @@ ANY_WINDOW = r"."
 
 MISSION_CONTROL = {
     "xfce": arrow("the list of all windows", window(r"xfdesktop")),
-    "mate": arrow("a notification that names what to install", notice("rofi")),
+    "mate": arrow("rofi's list, or a notification that names it",
+                  lambda seen: bool(seen.windows("rofi")) or notice("rofi")(seen)),
     "kde": arrow("the overview", view("overview")),
     "gnome": arrow("the overview", view("overview")),
 }

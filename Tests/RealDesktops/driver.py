@@ -75,9 +75,8 @@ class Driver:
         session = self.start("session", *self.desktop.command, stdin=subprocess.DEVNULL)
         self.observer = Observer(os.environ["HOME"])
         self.wait_for_session(session)
-        # GNOME begins with its overview.
-        self.observer.call("org.gnome.Shell", "/org/gnome/Shell", "org.freedesktop.DBus.Properties", "Set",
-                           "org.gnome.Shell", "OverviewActive", False)
+        if self.desktop.service:
+            self.observer.wait_for_overview()
         self.shell = set(self.observer.processes().values())
         self.start("notifications", "dbus-monitor", "--session",
                    "interface='org.freedesktop.Notifications',member='Notify'", stdin=subprocess.DEVNULL)
@@ -157,6 +156,7 @@ class Driver:
         self.trackball.move(x - place.root_x, y - place.root_y)
 
     def prepare(self, action):
+        self.observer.leave_overview()
         self.move_to(660, 430)
         self.tell_probe("text " + (TEXT if action.prepare != "copy" else ""))
         self.observer.ask_root("_NET_ACTIVE_WINDOW", 2, 0, 0, window=self.probe_window)

@@ -3,6 +3,7 @@
 import os
 import re
 import subprocess
+import time
 from dataclasses import dataclass, field
 from pathlib import Path
 
@@ -10,6 +11,8 @@ import dbus
 from Xlib import X, display, error
 
 PATIENCE = 2.0
+GNOME_SHELL = "org.gnome.Shell"
+GNOME_PATH = "/org/gnome/Shell"
 
 
 @dataclass
@@ -127,7 +130,7 @@ class Observer:
         )
 
     def views(self):
-        if self.read("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell", "OverviewActive"):
+        if self.is_overview():
             yield "overview"
         effects = self.read("org.kde.KWin", "/Effects", "org.kde.kwin.Effects", "activeEffects") or []
         # Those that stay on while nothing is shown are none.
@@ -141,6 +144,27 @@ class Observer:
 
         if "locked" in output("xscreensaver-command", "-time"):
             yield "locked"
+
+    def is_overview(self):
+        return bool(self.read(GNOME_SHELL, GNOME_PATH, GNOME_SHELL, "OverviewActive"))
+
+    def wait_for_overview(self):
+        """GNOME begins with it, some time after the rest is there."""
+        end = time.monotonic() + 20
+        while not self.is_overview() and time.monotonic() < end:
+            time.sleep(0.3)
+
+    def leave_overview(self):
+        if not self.bus.name_has_owner(GNOME_SHELL):
+            return
+        was_away = False
+        for _ in range(20):
+            is_away = not self.is_overview()
+            if is_away and was_away:
+                return
+            was_away = is_away
+            self.call(GNOME_SHELL, GNOME_PATH, dbus.PROPERTIES_IFACE, "Set", GNOME_SHELL, "OverviewActive", False)
+            time.sleep(0.5)
 
     def call(self, service, path, interface, method, *arguments):
         try:
