@@ -88,7 +88,12 @@ class Stage:
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_text(text.replace("{folder}", str(self.folder)))
         return {
+            # All of them: some programs ask the system for the home folder where these are not set.
             "HOME": str(home),
+            "XDG_CONFIG_HOME": str(home / ".config"),
+            "XDG_DATA_HOME": str(home / ".local/share"),
+            "XDG_STATE_HOME": str(home / ".local/state"),
+            "XDG_CACHE_HOME": str(home / ".cache"),
             "USER": os.environ.get("USER", "tester"),
             "LOGNAME": os.environ.get("USER", "tester"),
             "SHELL": "/bin/sh",
