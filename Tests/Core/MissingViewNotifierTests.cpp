@@ -9,11 +9,17 @@ using testing::IsEmpty;
 
 class MissingViewNotifierTest : public test::NotifierFixture {
   protected:
+    /// The desktop cannot show the view.
+    void report(SystemView view, std::string_view program) {
+        desktop.onMissingView({view, program});
+        runFor(0.1);
+    }
+
     MissingViewNotifier notifier{desktop.systemViews(), poster};
 };
 
 TEST_F(MissingViewNotifierTest, MissingViewNamesWhatToInstall) {
-    desktop.onMissingView({SystemView::missionControl, "rofi"});
+    report(SystemView::missionControl, "rofi");
     EXPECT_THAT(desktop.all<trace::Notification>(),
                 ElementsAre(trace::Notification{"Trelvan v1.0",
                                                 "This desktop offers no view of all windows. It will once "
@@ -22,32 +28,32 @@ TEST_F(MissingViewNotifierTest, MissingViewNamesWhatToInstall) {
 
 TEST_F(MissingViewNotifierTest, SpanishTextsForTheSpanishInterface) {
     desktop.defaults["general_language"] = std::string("Español");
-    desktop.onMissingView({SystemView::launchpad, "rofi"});
+    report(SystemView::launchpad, "rofi");
     EXPECT_THAT(bodies(), ElementsAre("Este escritorio no ofrece un lanzador de aplicaciones. Lo hará cuando "
                                       "esté instalado rofi."));
 }
 
 TEST_F(MissingViewNotifierTest, ViewThatNothingHelpsIsOnlySaid) {
-    desktop.onMissingView({SystemView::showDesktop, {}});
+    report(SystemView::showDesktop, "");
     EXPECT_THAT(bodies(), ElementsAre("This desktop offers no way to show the desktop."));
 }
 
 TEST_F(MissingViewNotifierTest, EachViewIsSaidOnce) {
     for (int press = 0; press < 3; ++press) {
-        desktop.onMissingView({SystemView::missionControl, "rofi"});
-        desktop.onMissingView({SystemView::appExpose, "rofi"});
+        report(SystemView::missionControl, "rofi");
+        report(SystemView::appExpose, "rofi");
     }
     EXPECT_EQ(bodies().size(), 2U);
 }
 
 TEST_F(MissingViewNotifierTest, MovesToBothSidesAreOneMatter) {
-    desktop.onMissingView({SystemView::desktopLeft, {}});
-    desktop.onMissingView({SystemView::desktopRight, {}});
+    report(SystemView::desktopLeft, "");
+    report(SystemView::desktopRight, "");
     EXPECT_THAT(bodies(), ElementsAre("This desktop offers no move between desktops."));
 }
 
 TEST_F(MissingViewNotifierTest, WhatFallsToKeysIsNeverMissing) {
-    desktop.onMissingView({SystemView::lockScreen, {}});
+    report(SystemView::lockScreen, "");
     EXPECT_THAT(bodies(), IsEmpty());
 }
 
