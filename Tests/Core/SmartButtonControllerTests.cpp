@@ -29,7 +29,7 @@ class SmartButtonControllerTest : public testing::Test {
                                                         .poster = desktop.eventPoster(),
                                                         .workspace = desktop.workspace(),
                                                         .background = desktop.backgroundQueue(),
-                                                                                                                .mainQueue = desktop.mainQueue(),
+                                                        .mainQueue = desktop.mainQueue(),
                                                         .session = desktop.sessionState()},
                            panels, desktop.logger);
     }

@@ -3,9 +3,9 @@
 //   desktop-fake-service RECORD NAME [MEMBER=ANSWER...]
 //
 // RECORD gets a line for each call: the path, the member and the arguments. ANSWER is "error", "silence",
-// "crash", "true", "false" or "number:N" (in a variant), or a value as below; members that are not named are answered
-// with nothing. A value is "bool:true", "text:T", "path:/P", "list:A,B,C" or "map:KEY=true,KEY=T" (of
-// variants).
+// "crash", "true", "false" or "number:N" (in a variant), or a value as below; members that are not named are
+// answered with nothing. A value is "bool:true", "text:T", "path:/P", "list:A,B,C" or "map:KEY=true,KEY=T"
+// (of variants).
 //
 // The call test.Emit PATH INTERFACE MEMBER VALUE... makes the service send that signal.
 

@@ -15,9 +15,8 @@ namespace trelvan::desktop {
 class FakeService {
   public:
     /// Returns when the service has its name on the bus. `answers` are "Member=answer": "error", "silence",
-    /// "crash", "true", "false" or "number:N" (in a variant), a value ("bool:true", "text:T", "path:/P", "list:A,B",
-    /// "map:KEY=true,KEY=T"); other members are answered with nothing.
-    /// Throws std::runtime_error.
+    /// "crash", "true", "false" or "number:N" (in a variant), a value ("bool:true", "text:T", "path:/P",
+    /// "list:A,B", "map:KEY=true,KEY=T"); other members are answered with nothing. Throws std::runtime_error.
     FakeService(VirtualDesktop& onDesktop, const std::string& busName,
                 const std::vector<std::string>& answers = {});
 

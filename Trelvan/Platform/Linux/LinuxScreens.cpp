@@ -1,7 +1,7 @@
 #include "Platform/Linux/LinuxScreens.hpp"
 
-#include <QGuiApplication>
 #include <QEvent>
+#include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
 
