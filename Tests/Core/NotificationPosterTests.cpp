@@ -12,23 +12,23 @@ class NotificationPosterTest : public test::NotifierFixture {
   protected:
     const NotificationRequest& last() const { return *desktop.notificationState.lastRequest; }
     std::string announced() {
-        poster.announce("english", "spanish");
+        poster.announce("kind", "english", "spanish");
         return last().body;
     }
 };
 
 TEST_F(NotificationPosterTest, RequestIsTimeSensitiveWithAFreshIdentifier) {
-    poster.announce("a", "b");
+    poster.announce("kind", "a", "b");
     EXPECT_EQ(last().level, InterruptionLevel::timeSensitive);
     EXPECT_EQ(static_cast<int>(last().level), 2);
     EXPECT_EQ(last().identifier, sequentialUuid(1).text());
-    poster.announce("a", "b");
+    poster.announce("kind", "a", "b");
     EXPECT_EQ(last().identifier, sequentialUuid(2).text());
 }
 
 TEST_F(NotificationPosterTest, TitleIsTheNameAndTheVersionWithTheirFallbacks) {
     const auto title = [this] {
-        poster.announce("a", "b");
+        poster.announce("kind", "a", "b");
         return last().title;
     };
     desktop.bundle = {{"CFBundleDisplayName", "Trelvan Beta"},
@@ -56,7 +56,7 @@ TEST_F(NotificationPosterTest, EnglishForNoSettingAndTheEnglishOneSpanishForAnyO
 }
 
 TEST_F(NotificationPosterTest, PermissionIsAskedForWhenItNeverWasAndThePostDoesNotWait) {
-    poster.announce("a", "b");
+    poster.announce("kind", "a", "b");
     // Posted at once, and lost: nobody has allowed it yet.
     EXPECT_EQ(last().body, "a");
     EXPECT_EQ(desktop.notificationState.authorizationRequests, 0);
@@ -64,7 +64,7 @@ TEST_F(NotificationPosterTest, PermissionIsAskedForWhenItNeverWasAndThePostDoesN
     runFor(0);
     EXPECT_EQ(desktop.notificationState.authorizationRequests, 1);
     EXPECT_EQ(desktop.notificationState.requestedOptions, 6U);
-    poster.announce("c", "d");
+    poster.announce("kind", "c", "d");
     runFor(0);
     EXPECT_EQ(desktop.notificationState.authorizationRequests, 1);
     EXPECT_THAT(bodies(), ElementsAre("c"));
@@ -73,7 +73,7 @@ TEST_F(NotificationPosterTest, PermissionIsAskedForWhenItNeverWasAndThePostDoesN
 TEST_F(NotificationPosterTest, PermissionThatWasRefusedIsNotAskedForAgain) {
     desktop.notificationState.userAllows = false;
     poster.requestAuthorization();
-    poster.announce("a", "b");
+    poster.announce("kind", "a", "b");
     runFor(0);
     EXPECT_EQ(desktop.notificationState.authorizationRequests, 1);
     EXPECT_THAT(bodies(), IsEmpty());
@@ -81,10 +81,16 @@ TEST_F(NotificationPosterTest, PermissionThatWasRefusedIsNotAskedForAgain) {
 
 TEST_F(NotificationPosterTest, PlainPostKeepsTitleAndBody) {
     poster.requestAuthorization();
-    poster.post("Low Battery", "Low battery detected");
+    poster.post("battery", "Low Battery", "Low battery detected");
     EXPECT_THAT(desktop.all<trace::Notification>(),
                 ElementsAre(trace::Notification{"Low Battery", "Low battery detected"}));
     EXPECT_EQ(last().level, InterruptionLevel::timeSensitive);
+    EXPECT_EQ(last().kind, "battery");
+}
+
+TEST_F(NotificationPosterTest, AnnouncementKeepsItsKind) {
+    poster.announce("caps-lock", "a", "b");
+    EXPECT_EQ(last().kind, "caps-lock");
 }
 
 TEST_F(NotificationPosterTest, OnlyFalseTurnsAKindOfNotificationOff) {

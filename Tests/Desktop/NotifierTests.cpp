@@ -93,6 +93,26 @@ TEST_F(NotifierTest, MicrophoneIsToldOfInSpanishAndNotItsStateAtTheStart) {
     EXPECT_EQ(bodies(daemon), (Bodies{"Microfono con audio", "Microfono en mute"}));
 }
 
+TEST_F(NotifierTest, NewsTakesThePlaceOfTheLastOfItsKindAndOfNoOther) {
+    const NotificationDaemon daemon(desktop());
+    SoundServer server(desktop());
+    start(Settings());
+    toggleCapsLock();
+    EXPECT_TRUE(daemon.waitForCount(1));
+    server.setMute(true);
+    EXPECT_TRUE(daemon.waitForCount(2));
+    toggleCapsLock();
+    EXPECT_TRUE(daemon.waitForCount(3));
+    server.setMute(false);
+    ASSERT_TRUE(daemon.waitForCount(4));
+    const auto shown = daemon.shown();
+    EXPECT_EQ(bodies(daemon), (Bodies{"Caps On", "Microphone muted", "Caps Off", "Microphone unmuted"}));
+    EXPECT_FALSE(shown[0].number.empty());
+    EXPECT_EQ(shown[2].number, shown[0].number);
+    EXPECT_EQ(shown[3].number, shown[1].number);
+    EXPECT_NE(shown[0].number, shown[1].number);
+}
+
 TEST_F(NotifierTest, SoundServerThatComesBackIsHeardAgain) {
     const NotificationDaemon daemon(desktop());
     auto server = std::make_unique<SoundServer>(desktop());

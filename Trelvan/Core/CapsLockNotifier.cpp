@@ -4,6 +4,8 @@ namespace trelvan {
 
 namespace {
 
+constexpr std::string_view notificationKind = "caps-lock";
+
 constexpr bool isCapsLockOn(EventFlags flags) {
     return (flags & flag::alphaShift) != 0;
 }
@@ -39,9 +41,9 @@ void CapsLockNotifier::noteState(EventFlags flags) {
     lastCapsState_ = isOn;
     if (!wantsNotifications(ports_.defaults, settingKey)) return;
     if (isOn) {
-        poster_.announce("Caps On", "Caps activado");
+        poster_.announce(notificationKind, "Caps On", "Caps activado");
     } else {
-        poster_.announce("Caps Off", "Caps desactivado");
+        poster_.announce(notificationKind, "Caps Off", "Caps desactivado");
     }
 }
 

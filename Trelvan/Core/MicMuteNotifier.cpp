@@ -7,6 +7,8 @@ namespace trelvan {
 
 namespace {
 
+constexpr std::string_view notificationKind = "microphone";
+
 /// The whole device, asked twice, then its channels.
 constexpr std::array<std::uint32_t, 4> elements{0, 0, 1, 2};
 /// A device without a mute control counts as muted up to this volume.
@@ -45,9 +47,9 @@ void MicMuteNotifier::pollMicMuteState() {
     lastMutedState_ = isMuted;
     if (!wasKnown) return;
     if (*isMuted) {
-        poster_.announce("Microphone muted", "Microfono en mute");
+        poster_.announce(notificationKind, "Microphone muted", "Microfono en mute");
     } else {
-        poster_.announce("Microphone unmuted", "Microfono con audio");
+        poster_.announce(notificationKind, "Microphone unmuted", "Microfono con audio");
     }
 }
 

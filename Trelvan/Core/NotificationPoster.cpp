@@ -20,7 +20,7 @@ void NotificationPoster::requestAuthorization() {
     ports_.center.requestAuthorization(wantedOptions);
 }
 
-void NotificationPoster::announce(std::string_view english, std::string_view spanish) {
+void NotificationPoster::announce(std::string_view kind, std::string_view english, std::string_view spanish) {
     // The answer may come on any thread and after this object; both ports outlive it.
     ports_.center.getAuthorization(
         [&center = ports_.center, &mainQueue = ports_.mainQueue](Notifications::Authorization state) {
@@ -28,12 +28,13 @@ void NotificationPoster::announce(std::string_view english, std::string_view spa
             mainQueue.async([&center] { center.requestAuthorization(wantedOptions); });
         });
     const AppLanguage language = spanishUnlessEnglish(languageSetting(ports_.defaults));
-    post(programName(ports_.bundle) + " " + versionLabel(ports_.bundle),
+    post(kind, programName(ports_.bundle) + " " + versionLabel(ports_.bundle),
          std::string(localized(language, english, spanish)));
 }
 
-void NotificationPoster::post(std::string title, std::string body) {
+void NotificationPoster::post(std::string_view kind, std::string title, std::string body) {
     ports_.center.add({.identifier = uuids_().text(),
+                       .kind = std::string(kind),
                        .title = std::move(title),
                        .body = std::move(body),
                        .level = InterruptionLevel::timeSensitive});

@@ -29,9 +29,12 @@ class NotificationPoster {
     void requestAuthorization();
     /// Posts the text of the user's language under the program's name and version. Asks for permission if the
     /// user was never asked, without waiting for it.
-    void announce(std::string_view english, std::string_view spanish);
+    ///
+    /// The kind is the poster's own for one subject (see `NotificationRequest`): two that tell of the same
+    /// change in their own words have two kinds, so that neither takes the other's place.
+    void announce(std::string_view kind, std::string_view english, std::string_view spanish);
     /// Posts at once, time-sensitive, with the default sound and a fresh identifier.
-    void post(std::string title, std::string body);
+    void post(std::string_view kind, std::string title, std::string body);
 
   private:
     Ports ports_;

@@ -13,6 +13,9 @@ enum class InterruptionLevel : std::uint8_t { passive = 0, active = 1, timeSensi
 struct NotificationRequest {
     /// A fresh one for each notification: one with the identifier of an earlier one would replace it.
     std::string identifier;
+    /// What the news is of, in this poster's words ("caps-lock"): on a platform whose notifications stay,
+    /// news replaces what is shown of the same kind. Empty: it replaces nothing.
+    std::string kind;
     std::string title;
     /// Plain text; the platform escapes it where its form has markup.
     std::string body;

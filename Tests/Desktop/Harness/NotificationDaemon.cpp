@@ -27,8 +27,9 @@ NotificationDaemon::NotificationDaemon(const VirtualDesktop& desktop)
     : record(desktop.folder() / "notifications") {
     std::filesystem::remove(record);
     const auto script = desktop.folder() / "bin" / "note-notification";
-    writeFile(script, "#!/bin/sh\nprintf '%s\\t%s\\t%s\\t%s\\n' \"$1\" \"$2\" \"$3\" \"$5\" >> '" +
-                          record.string() + "'\n");
+    writeFile(script,
+              "#!/bin/sh\nprintf '%s\\t%s\\t%s\\t%s\\t%s\\n' \"$1\" \"$2\" \"$3\" \"$5\" \"$DUNST_ID\" >> '" +
+                  record.string() + "'\n");
     std::filesystem::permissions(script, std::filesystem::perms::owner_all);
     const auto settings = desktop.folder() / "dunstrc";
     writeFile(settings,
@@ -51,7 +52,7 @@ std::vector<ShownNotification> NotificationDaemon::shown() const {
     for (std::string line; std::getline(lines, line);) {
         std::istringstream fields(line);
         ShownNotification& one = result.emplace_back();
-        for (std::string* field : {&one.program, &one.title, &one.body, &one.urgency})
+        for (std::string* field : {&one.program, &one.title, &one.body, &one.urgency, &one.number})
             std::getline(fields, *field, '\t');
     }
     return result;

@@ -16,6 +16,8 @@ struct ShownNotification {
     std::string title;
     std::string body;
     std::string urgency;
+    /// The daemon's own number: a notification that replaces another has that one's.
+    std::string number;
     friend bool operator==(const ShownNotification&, const ShownNotification&) = default;
 };
 

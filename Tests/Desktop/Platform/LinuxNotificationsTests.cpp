@@ -28,7 +28,7 @@ class LinuxNotificationsTest : public ServerTest {
         return daemon.calls().back().arguments;
     }
 
-    NotificationRequest request{.identifier = "1", .title = "T < U", .body = "a & b <i>c</i>"};
+    NotificationRequest request{.identifier = "1", .kind = {}, .title = "T < U", .body = "a & b <i>c</i>"};
 };
 
 /// Answers with the options it was made with.
@@ -139,6 +139,106 @@ TEST_F(LinuxNotificationsTest, OnlyAnEqualIdentifierReplaces) {
         runUntil([] { return false; }, std::chrono::milliseconds{50});
     }
     EXPECT_EQ(replaced, (std::vector<uint>{0, 0, 7}));
+}
+
+/// A daemon that numbers what is new and keeps the number of what it replaces.
+class NumberingDaemon {
+  public:
+    explicit NumberingDaemon(const std::string& busAddress, uint first = 1)
+        : next_(first), service_(busAddress, serviceName, [this](const RecordingService::Call& call) {
+              return answer(call);
+          }) {}
+
+    /// The titles shown so far, each with the number that it was to replace.
+    using Shown = std::vector<std::pair<std::string, uint>>;
+    [[nodiscard]] const Shown& shown() const { return shown_; }
+
+  private:
+    QVariantList answer(const RecordingService::Call& call) {
+        if (call.method == "GetCapabilities") return {QStringList()};
+        const uint replaces = call.arguments.value(1).toUInt();
+        shown_.emplace_back(call.arguments.value(3).toString().toStdString(), replaces);
+        return {replaces != 0 ? replaces : next_++};
+    }
+
+    uint next_;
+    Shown shown_;
+    RecordingService service_;
+};
+
+/// Posts of several kinds, each with an identifier of its own.
+class NotificationKindTest : public LinuxNotificationsTest {
+  protected:
+    void post(const std::string& kind, const std::string& title) {
+        request.identifier = "id-" + title;
+        request.kind = kind;
+        request.title = title;
+        notifications.add(request);
+    }
+    static bool waitFor(const NumberingDaemon& daemon, std::size_t count) {
+        return runUntil([&] { return daemon.shown().size() >= count; });
+    }
+
+    using Shown = NumberingDaemon::Shown;
+    LinuxNotifications notifications{bus(), [] { return false; }};
+};
+
+TEST_F(NotificationKindTest, NewsOfTheSameKindReplacesWhatWasShownOfIt) {
+    const NumberingDaemon daemon(busAddress());
+    post("caps", "one");
+    ASSERT_TRUE(waitFor(daemon, 1));
+    post("microphone", "two");
+    ASSERT_TRUE(waitFor(daemon, 2));
+    post("caps", "three");
+    ASSERT_TRUE(waitFor(daemon, 3));
+    post("microphone", "four");
+    ASSERT_TRUE(waitFor(daemon, 4));
+    EXPECT_EQ(daemon.shown(), (Shown{{"one", 0}, {"two", 0}, {"three", 1}, {"four", 2}}));
+}
+
+TEST_F(NotificationKindTest, WithoutAKindNothingIsReplaced) {
+    const NumberingDaemon daemon(busAddress());
+    post("", "one");
+    post("", "two");
+    ASSERT_TRUE(waitFor(daemon, 2));
+    EXPECT_EQ(daemon.shown(), (Shown{{"one", 0}, {"two", 0}}));
+}
+
+TEST_F(NotificationKindTest, NewsThatComesBeforeTheDaemonAnsweredDoesNotStackEither) {
+    const NumberingDaemon daemon(busAddress());
+    for (const auto* title : {"one", "two", "three"}) post("caps", title);
+    post("microphone", "other");
+    ASSERT_TRUE(runUntil([&] { return !daemon.shown().empty() && daemon.shown().back().first == "other"; }));
+    // What was overtaken while it waited for its turn is not shown at all.
+    EXPECT_EQ(daemon.shown(), (Shown{{"one", 0}, {"three", 1}, {"other", 0}}));
+}
+
+TEST_F(NotificationKindTest, AnotherDaemonsNumbersAreNotTakenForThisOnes) {
+    {
+        const NumberingDaemon first(busAddress(), 7);
+        post("caps", "one");
+        ASSERT_TRUE(waitFor(first, 1));
+        post("caps", "two");
+        ASSERT_TRUE(waitFor(first, 2));
+        EXPECT_EQ(first.shown().back().second, 7U);
+    }
+    // Its number 7 may be somebody else's notification.
+    const NumberingDaemon second(busAddress(), 3);
+    post("caps", "three");
+    ASSERT_TRUE(waitFor(second, 1));
+    post("caps", "four");
+    ASSERT_TRUE(waitFor(second, 2));
+    EXPECT_EQ(second.shown(), (Shown{{"three", 0}, {"four", 3}}));
+}
+
+TEST_F(NotificationKindTest, NewsThatNobodyCouldShowLeavesTheNextOnesWay) {
+    post("caps", "lost");
+    post("caps", "lost too");
+    runUntil([] { return false; }, std::chrono::milliseconds{100});
+    const NumberingDaemon daemon(busAddress());
+    post("caps", "shown");
+    ASSERT_TRUE(waitFor(daemon, 1));
+    EXPECT_EQ(daemon.shown(), (Shown{{"shown", 0}}));
 }
 
 TEST_F(LinuxNotificationsTest, MissingDaemonIsLoggedOnce) {

@@ -59,40 +59,59 @@ void LinuxNotifications::add(const NotificationRequest& request) {
 }
 
 void LinuxNotifications::show(const NotificationRequest& request, bool withSound) {
+    // What still waits would be replaced as soon as it is shown.
+    if (!request.kind.empty())
+        std::erase_if(waiting_, [&](const auto& one) { return one.request.kind == request.kind; });
+    waiting_.push_back({request, withSound});
+    sendNext();
+}
+
+void LinuxNotifications::sendNext() {
+    if (isSending_ || waiting_.empty()) return;
+    isSending_ = true;
+    const auto posted = std::move(waiting_.front());
+    waiting_.pop_front();
     // Asked anew each time, since the next daemon may be another one.
     call(QDBusMessage::createMethodCall(service, path, service, "GetCapabilities"),
-         [this, request, withSound](const QDBusMessage& reply) {
-             const auto capabilities = reply.arguments().value(0).toStringList();
-             send(request, withSound, capabilities.contains("body-markup"));
+         [this, posted](const QDBusMessage& reply) {
+             if (reply.service() != daemon_) shown_.clear();
+             daemon_ = reply.service();
+             send(posted, reply);
          });
 }
 
-void LinuxNotifications::send(const NotificationRequest& request, bool withSound, bool bodyHasMarkup) {
+void LinuxNotifications::send(const Posted& posted, const QDBusMessage& capabilities) {
+    const auto& request = posted.request;
+    const bool bodyHasMarkup = capabilities.arguments().value(0).toStringList().contains("body-markup");
     const auto body = QString::fromStdString(request.body);
     QVariantMap hints{{"urgency", QVariant::fromValue(urgency(request.level))}, {"desktop-entry", "trelvan"}};
-    if (withSound) {
+    if (posted.withSound) {
         hints.insert("sound-name", "message-new-instant");
     } else {
         hints.insert("suppress-sound", true);
     }
     auto notify = QDBusMessage::createMethodCall(service, path, service, "Notify");
-    notify << "Trelvan" << shownAs(request.identifier) << "input-mouse"
-           << QString::fromStdString(request.title) << (bodyHasMarkup ? body.toHtmlEscaped() : body)
-           << QStringList() << hints << defaultExpiry;
-    call(notify, [this, identifier = request.identifier](const QDBusMessage& reply) {
-        noteShown(identifier, reply.arguments().value(0).toUInt());
+    notify << "Trelvan" << replacedBy(request) << "input-mouse" << QString::fromStdString(request.title)
+           << (bodyHasMarkup ? body.toHtmlEscaped() : body) << QStringList() << hints << defaultExpiry;
+    call(notify, [this, request](const QDBusMessage& reply) {
+        noteShown(request, reply.arguments().value(0).toUInt());
+        isSending_ = false;
+        sendNext();
     });
 }
 
-std::uint32_t LinuxNotifications::shownAs(const std::string& identifier) const {
+std::uint32_t LinuxNotifications::replacedBy(const NotificationRequest& request) const {
     constexpr std::uint32_t replacesNone = 0;
-    const auto known = std::ranges::find(shown_, identifier, &decltype(shown_)::value_type::first);
-    return known == shown_.end() ? replacesNone : known->second;
+    const auto isReplaced = [&](const Shown& one) {
+        return one.identifier == request.identifier || (!one.kind.empty() && one.kind == request.kind);
+    };
+    const auto newest = std::find_if(shown_.rbegin(), shown_.rend(), isReplaced);
+    return newest == shown_.rend() ? replacesNone : newest->number;
 }
 
-void LinuxNotifications::noteShown(const std::string& identifier, std::uint32_t number) {
-    std::erase_if(shown_, [&](const auto& known) { return known.first == identifier; });
-    shown_.emplace_back(identifier, number);
+void LinuxNotifications::noteShown(const NotificationRequest& request, std::uint32_t number) {
+    std::erase_if(shown_, [&](const auto& known) { return known.number == number; });
+    shown_.push_back({request.identifier, request.kind, number});
     if (shown_.size() > mostRemembered) shown_.pop_front();
 }
 
@@ -102,6 +121,10 @@ void LinuxNotifications::call(const QDBusMessage& message, std::function<void(co
                     if (weak.expired()) return;
                     if (answer.status == BusAnswer::Status::done) return onReply(answer.reply);
                     reportMissing(answer.error);
+                    // After a daemon that hung, what waited is old news.
+                    if (answer.status == BusAnswer::Status::silent) waiting_.clear();
+                    isSending_ = false;
+                    sendNext();
                 },
                 // Many desktops start their daemon with the first notification.
                 {.startsService = true, .patience = startPatience});
