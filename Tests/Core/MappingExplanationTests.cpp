@@ -40,7 +40,8 @@ TEST_F(MappingExplanationTest, PrimaryFunctionFiresAndTheShortcutIsNamed) {
     EXPECT_EQ(explanation.function, (ResolvedFunction{ButtonAction::copy, FunctionSlot::primary}));
     EXPECT_THAT(explanation.why, ElementsAre("Active profile: 'Work'", "Held: Shift", "Functions in use: 1",
                                              "Function 1 ('Copy'): asks for no modifier",
-                                             "The press is swallowed and runs 'Copy'", "Sent: Control+C"));
+                                             "The press is swallowed and runs 'Copy'", "Sent: Control+C",
+                                             "In a terminal: Control+Shift+C, or that terminal's own way"));
 }
 
 TEST_F(MappingExplanationTest, ToolOfTheDesktopIsAskedForFirst) {
@@ -50,6 +51,17 @@ TEST_F(MappingExplanationTest, ToolOfTheDesktopIsAskedForFirst) {
               "Se pide al escritorio; si no tiene forma propia, se envía: Command+L");
     EXPECT_EQ(explainPress(ProfileSnapshot(profile), 3, 0, macShortcuts, AppLanguage::english).why.back(),
               "Sent: Control+Command+Q");
+}
+
+TEST_F(MappingExplanationTest, TerminalsAreSaidToGetSomethingElse) {
+    map(3, ButtonAction::cut);
+    map(4, ButtonAction::undo);
+    EXPECT_EQ(explain(3).why.back(), "In a terminal: Control+Shift+C, or that terminal's own way");
+    EXPECT_EQ(explain(4).why.back(), "In a terminal nothing is sent: Control+Z would stop the program in it");
+    EXPECT_EQ(explain(4, 0, AppLanguage::spanish).why.back(),
+              "En un terminal no se envía nada: Control+Z detendría el programa que hay en él");
+    EXPECT_EQ(explainPress(ProfileSnapshot(profile), 4, 0, macShortcuts, AppLanguage::english).why.back(),
+              "Sent: Command+Z");
 }
 
 TEST_F(MappingExplanationTest, SpanishSaysTheSame) {
@@ -73,7 +85,8 @@ TEST_F(MappingExplanationTest, TriggersThatAreNotHeldAreNamedAndHigherSlotsComeF
     EXPECT_THAT(explanation.why, ElementsAre("Active profile: 'Work'", "Held: Shift", "Functions in use: 3",
                                              "Function 3 ('Cut'): Command is not held",
                                              "Function 2 ('Paste'): Shift is held: it fires",
-                                             "The press is swallowed and runs 'Paste'", "Sent: Control+V"));
+                                             "The press is swallowed and runs 'Paste'", "Sent: Control+V",
+                                             "In a terminal: Control+Shift+V, or that terminal's own way"));
 }
 
 TEST_F(MappingExplanationTest, StandInIsSaidToBeOne) {
@@ -87,7 +100,8 @@ TEST_F(MappingExplanationTest, StandInIsSaidToBeOne) {
                             "Function 1 ('Copy'): Alt is not held",
                             "The primary's modifiers are not held: the lowest function without triggers "
                             "stands in",
-                            "The press is swallowed and runs 'Paste'", "Sent: Control+V"));
+                            "The press is swallowed and runs 'Paste'", "Sent: Control+V",
+                            "In a terminal: Control+Shift+V, or that terminal's own way"));
 }
 
 TEST_F(MappingExplanationTest, OwnClickOfTheLeftButtonPasses) {

@@ -84,18 +84,6 @@ TEST_F(ApplicationTest, EntryWhoseProgramIsNotInstalled_IsNamedInTheLog) {
     std::filesystem::remove(entry);
 }
 
-TEST_F(ApplicationTest, NewNote_OpensTheNoteTakerAndSendsControlN) {
-    const auto program = writer("note-taker");
-    std::filesystem::create_directories(desktop().folder() / "data/applications");
-    const auto entry = file("data/applications/org.gnome.Notes.desktop",
-                            "[Desktop Entry]\nType=Application\nExec=" + program.string() + " note\n");
-    start(Settings().map(3, "New Note"));
-    trackball().click(extra);
-    EXPECT_TRUE(client().waitForStroke({XK_n, ControlMask}));
-    EXPECT_TRUE(wrote("note\n"));
-    std::filesystem::remove_all(desktop().folder() / "data/applications");
-}
-
 TEST_F(ApplicationTest, EntryThatTheBusActivates_IsAskedOverTheBus) {
     const FakeService notes(desktop(), "org.example.MyNotes");
     const auto program = writer("not-run");

@@ -60,9 +60,9 @@ void DesktopTest::start(const Settings& settings, const std::map<std::string, st
     client().forget();
 }
 
-void DesktopTest::useClient(Protocol protocol) {
+void DesktopTest::useClient(Protocol protocol, const std::string& windowClass) {
     application.reset();
-    application = std::make_unique<ClientWindow>(desktop().displayName(), protocol);
+    application = std::make_unique<ClientWindow>(desktop().displayName(), protocol, "Client", windowClass);
 }
 
 Position DesktopTest::passSentinel() {

@@ -35,7 +35,7 @@ class DesktopTest : public testing::Test {
     /// The same without waiting for the trackball to be served.
     void launch(const Settings& settings, const std::map<std::string, std::string>& more = {});
     /// Puts another application's window in the place of the present one.
-    void useClient(Protocol protocol);
+    void useClient(Protocol protocol, const std::string& windowClass = "");
     /// Until the next `useClient` there is none.
     void closeClient() { application.reset(); }
     /// Ends the program as a user does.

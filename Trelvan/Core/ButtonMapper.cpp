@@ -86,6 +86,10 @@ bool ButtonMapper::executeAlternate(const ButtonMapping& mapping, EventFlags fla
 }
 
 void ButtonMapper::performAction(ButtonAction action, const ButtonMapping& mapping, FunctionSlot slot) {
+    if (const auto* const terminal =
+            isForText(action) ? terminalOf(ports_.shortcuts.terminals, ports_.screens.frontmostApplication())
+                              : nullptr)
+        return sendToTerminal(action, *terminal);
     if (const auto chord = catalogueShortcut(action, ports_.shortcuts))
         return sendCatalogueShortcut(action, *chord);
     switch (action) {
@@ -181,6 +185,13 @@ void ButtonMapper::sendCatalogueShortcut(ButtonAction action, KeyChord chord) {
     };
     if (tool != nullptr && ports_.views.show(tool->view, byKeys)) return;
     simulateKey(chord);
+}
+
+void ButtonMapper::sendToTerminal(ButtonAction action, const TerminalShortcuts& terminal) {
+    if (const auto chord = shortcutInTerminal(action, terminal)) return simulateKey(*chord);
+    logger_.info(ShortText(
+        "'", rawValue(action), "' no envía nada a ", terminal.windowClass,
+        action == ButtonAction::undo ? ": un terminal no deshace" : ": lo seleccionado ya está copiado"));
 }
 
 void ButtonMapper::sendMediaKey(MediaKey mediaKey) {
@@ -351,12 +362,14 @@ bool ButtonMapper::triggerDesktopMoveViaAppleScript(KeyCode keyCode) {
 
 // Applications, folders, addresses
 
+std::optional<std::string> ButtonMapper::findApp(std::string_view bundleID) const {
+    auto path = ports_.workspace.applicationPath(bundleID);
+    if (!path) logger_.warning(ShortText("App no encontrada: ", bundleID));
+    return path;
+}
+
 void ButtonMapper::openApp(std::string_view bundleID) {
-    if (const auto path = ports_.workspace.applicationPath(bundleID)) {
-        ports_.workspace.openApplication(*path);
-    } else {
-        logger_.warning(ShortText("App no encontrada: ", bundleID));
-    }
+    if (const auto path = findApp(bundleID)) ports_.workspace.openApplication(*path);
 }
 
 void ButtonMapper::openFolder(const std::string& path) {
@@ -369,11 +382,17 @@ void ButtonMapper::openExploreAI() {
 }
 
 void ButtonMapper::createNewNote() {
-    openApp("com.apple.Notes");
-    // The application needs a moment to take the focus.
-    ports_.background.after(Seconds{0.25}, [weak = weak_from_this()] {
+    constexpr std::string_view notes = "com.apple.Notes";
+    const auto type = [weak = weak_from_this()] {
         if (const auto self = weak.lock()) self->simulateKey(self->ports_.shortcuts.newNote);
-    });
+    };
+    if (ports_.shortcuts.typesOnlyInFront) {
+        if (const auto path = findApp(notes)) ports_.workspace.openInFront(*path, type);
+        return;
+    }
+    openApp(notes);
+    // The application needs a moment to take the focus.
+    ports_.background.after(Seconds{0.25}, type);
 }
 
 void ButtonMapper::triggerDictation(const CustomShortcut& shortcut) {

@@ -67,6 +67,7 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
     void simulateKey(KeyCode keyCode, EventFlags flags);
     void simulateKey(KeyChord chord);
     void sendCatalogueShortcut(ButtonAction action, KeyChord chord);
+    void sendToTerminal(ButtonAction action, const TerminalShortcuts& terminal);
     void sendMediaKey(MediaKey mediaKey);
     void simulateMouseClick(std::int64_t button);
 
@@ -86,6 +87,8 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
 
     void openMissionControlApp();
     void openLaunchpadDirectly();
+    /// Where the application is; none when it is nowhere, which the log says then.
+    [[nodiscard]] std::optional<std::string> findApp(std::string_view bundleID) const;
     void openApp(std::string_view bundleID);
     void openFolder(const std::string& path);
     void openExploreAI();

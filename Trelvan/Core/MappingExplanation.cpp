@@ -202,8 +202,22 @@ class Explainer {
                 textOf(*chord));
         } else if (chord) {
             say({"Sent: ", "Se envía: "}, textOf(*chord));
+            if (isForText(function.action) && !shortcuts_.terminals.empty()) sayOfTerminals(function.action);
         } else if (!recorded.empty()) {
             say({"With: ", "Con: "}, recorded);
+        }
+    }
+
+    /// Which application will be in front nobody knows here, so it is said for most of them.
+    void sayOfTerminals(ButtonAction action) {
+        const auto usual = shortcutInTerminal(action, terminal::usual({}));
+        if (usual) {
+            say({"In a terminal: ", "En un terminal: "}, textOf(*usual),
+                {", or that terminal's own way", ", o la forma propia de ese terminal"});
+        } else {
+            say({"In a terminal nothing is sent: ", "En un terminal no se envía nada: "},
+                textOf(*catalogueShortcut(action, shortcuts_)),
+                {" would stop the program in it", " detendría el programa que hay en él"});
         }
     }
 

@@ -100,6 +100,23 @@ std::optional<KeyChord> catalogueShortcut(ButtonAction action, const ActionShort
     }
 }
 
+bool isForText(ButtonAction action) {
+    return action == ButtonAction::copy || action == ButtonAction::paste || action == ButtonAction::cut ||
+           action == ButtonAction::undo;
+}
+
+std::optional<KeyChord> shortcutInTerminal(ButtonAction action, const TerminalShortcuts& terminal) {
+    switch (action) {
+        case ButtonAction::copy:
+        case ButtonAction::cut:
+            return terminal.copy;
+        case ButtonAction::paste:
+            return terminal.paste;
+        default:
+            return std::nullopt;
+    }
+}
+
 const DesktopTool* desktopTool(ButtonAction action) {
     static constexpr std::array desktopTools{
         DesktopTool{ButtonAction::screenshotArea, SystemView::screenshotArea, hotkey::screenshotArea},

@@ -70,6 +70,11 @@ struct ResolvedFunction {
 /// The combination by which the platform knows an action; none for an action that is not one combination.
 [[nodiscard]] std::optional<KeyChord> catalogueShortcut(ButtonAction action,
                                                         const ActionShortcuts& shortcuts);
+/// Whether the action is one of those for text (copy, paste, cut, undo).
+[[nodiscard]] bool isForText(ButtonAction action);
+/// What an action for text sends to a terminal, where cutting is copying; none when it sends nothing there.
+[[nodiscard]] std::optional<KeyChord> shortcutInTerminal(ButtonAction action,
+                                                         const TerminalShortcuts& terminal);
 /// An action that a desktop may have a tool for.
 struct DesktopTool {
     ButtonAction action;

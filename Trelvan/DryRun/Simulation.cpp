@@ -213,7 +213,7 @@ class Simulation::World {
 
     Problem doFrontmost(const Value& line) {
         return with<script::Frontmost>(line, [this](const auto& record) -> Problem {
-            desktop_.frontmost = record.bundle;
+            desktop_.bringToFront(record.bundle);
             return std::nullopt;
         });
     }

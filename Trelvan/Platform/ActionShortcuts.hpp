@@ -1,6 +1,9 @@
 #pragma once
 
 #include "Platform/KeyChord.hpp"
+#include "Platform/TerminalShortcuts.hpp"
+
+#include <span>
 
 namespace trelvan {
 
@@ -21,8 +24,11 @@ struct ActionShortcuts {
     /// Screenshots, emojis and the lock are asked of the desktop, and the combinations are what is left where
     /// it has no way of its own.
     bool desktopGoesFirst = false;
-
-    friend bool operator==(const ActionShortcuts&, const ActionShortcuts&) = default;
+    /// What is typed into an application that was just opened waits until it has the focus, and is left out
+    /// where it does not get it.
+    bool typesOnlyInFront = false;
+    /// Applications in which the combinations for text mean something else; empty where they do nowhere.
+    std::span<const TerminalShortcuts> terminals{};
 };
 
 /// macOS: the catalogue's own combinations.
@@ -45,6 +51,8 @@ inline constexpr ActionShortcuts linuxShortcuts{
     .lockWorkstation = {key::l, flag::command, U'l'},
     .newNote = {key::n, flag::control, U'n'},
     .desktopGoesFirst = true,
+    .typesOnlyInFront = true,
+    .terminals = terminal::known,
 };
 
 }  // namespace trelvan

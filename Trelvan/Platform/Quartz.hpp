@@ -100,6 +100,8 @@ inline constexpr KeyCode f11 = 103;
 inline constexpr KeyCode f13 = 105;
 inline constexpr KeyCode f10 = 109;
 inline constexpr KeyCode f12 = 111;
+/// The place of Insert on a PC keyboard.
+inline constexpr KeyCode help = 114;
 inline constexpr KeyCode leftArrow = 123;
 inline constexpr KeyCode rightArrow = 124;
 inline constexpr KeyCode downArrow = 125;

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Platform/RunLoop.hpp"
+
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +12,9 @@ namespace trelvan {
 /// Applications, folders and addresses of the desktop. Any thread; opening returns at once, with no feedback.
 class Workspace {
   public:
+    /// How long an application that was opened may take to come to the front.
+    static constexpr Seconds focusPatience{5.0};
+
     virtual ~Workspace() = default;
 
     /// The user's home folder, absolute.
@@ -25,6 +31,11 @@ class Workspace {
     [[nodiscard]] virtual std::optional<std::string> applicationIcon(std::string_view path) const = 0;
 
     virtual void openApplication(std::string_view path) = 0;
+    /// Starts or raises the application and calls `inFront` on the main thread once it has the keyboard
+    /// focus, so that what is typed then reaches it and nobody else. Where it does not get the focus within
+    /// `focusPatience` the call is left out, and the log says so; a further call takes the place of one that
+    /// still waits.
+    virtual void openInFront(std::string_view path, std::function<void()> inFront) = 0;
     virtual void openFolder(std::string_view path) = 0;
     virtual void openUrl(std::string_view url) = 0;
     /// Shows a file browser rooted at the folder, with nothing selected.

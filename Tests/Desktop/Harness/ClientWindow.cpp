@@ -61,7 +61,8 @@ std::string describe(const std::vector<ClientEvent>& events) {
     return text.str();
 }
 
-ClientWindow::ClientWindow(const std::string& displayName, Protocol protocol, const std::string& title)
+ClientWindow::ClientWindow(const std::string& displayName, Protocol protocol, const std::string& title,
+                           const std::string& windowClass)
     : server(displayName) {
     XSetWindowAttributes attributes{};
     attributes.background_pixel = 0x16324a;
@@ -73,7 +74,7 @@ ClientWindow::ClientWindow(const std::string& displayName, Protocol protocol, co
     // Otherwise a held key arrives as pairs of release and press.
     XkbSetDetectableAutoRepeat(server.get(), True, nullptr);
     if (protocol == Protocol::xinput2) selectXInput2();
-    appear(title);
+    appear(title, windowClass);
 }
 
 ClientWindow::~ClientWindow() {
@@ -136,7 +137,12 @@ Turn ClientWindow::turn(int device, int maskLength, const unsigned char* mask, c
     return result;
 }
 
-void ClientWindow::appear(const std::string& title) {
+void ClientWindow::appear(const std::string& title, const std::string& windowClass) {
+    if (!windowClass.empty()) {
+        std::string name = windowClass;
+        XClassHint hint{.res_name = name.data(), .res_class = name.data()};
+        XSetClassHint(server.get(), frame, &hint);
+    }
     XStoreName(server.get(), frame, title.c_str());
     XSizeHints hints{};
     hints.flags = USPosition | USSize;

@@ -69,9 +69,9 @@ class ClientWindow {
     using Predicate = std::function<bool(const std::vector<ClientEvent>&)>;
 
     /// Returns when the window is on the screen and has the focus; throws std::runtime_error when it does not
-    /// get there.
+    /// get there. Without a class it is of no known application.
     explicit ClientWindow(const std::string& displayName, Protocol protocol = Protocol::core,
-                          const std::string& title = "Client");
+                          const std::string& title = "Client", const std::string& windowClass = "");
     ~ClientWindow();
     ClientWindow(const ClientWindow&) = delete;
     ClientWindow& operator=(const ClientWindow&) = delete;
@@ -107,7 +107,7 @@ class ClientWindow {
     [[nodiscard]] Window window() const { return frame; }
 
   private:
-    void appear(const std::string& title);
+    void appear(const std::string& title, const std::string& windowClass);
     void selectXInput2();
     void readPending();
     void record(XEvent& event);

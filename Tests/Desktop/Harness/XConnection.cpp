@@ -31,6 +31,25 @@ std::vector<long> XConnection::property(Window window, const char* name) const {
     return values;
 }
 
+void XConnection::activate(Window window) const {
+    constexpr long fromAPager = 2;
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = atom("_NET_ACTIVE_WINDOW");
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = fromAPager;
+    event.xclient.data.l[1] = CurrentTime;
+    XSendEvent(connection, root(), False, SubstructureNotifyMask | SubstructureRedirectMask, &event);
+    XFlush(connection);
+}
+
+void XConnection::setText(Window window, const char* name, const std::string& text) const {
+    XChangeProperty(connection, window, atom(name), atom("UTF8_STRING"), 8, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(text.data()), static_cast<int>(text.size()));
+    XSync(connection, False);
+}
+
 void XConnection::sendToRoot(const char* message, long value) const {
     XEvent event{};
     event.xclient.type = ClientMessage;

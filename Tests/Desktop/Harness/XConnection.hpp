@@ -25,6 +25,10 @@ class XConnection {
 
     /// Sends a request to the window manager, with one value.
     void sendToRoot(const char* message, long value) const;
+    /// Asks the window manager to raise a window and give it the focus, as a task bar does.
+    void activate(Window window) const;
+    /// Gives a window a text property.
+    void setText(Window window, const char* name, const std::string& text) const;
 
   private:
     Display* connection;

@@ -132,6 +132,7 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text) {
         if (key == "Exec") entry.exec = value;
         if (key == "Path") entry.path = value;
         if (key == "TryExec") entry.tryExec = value;
+        if (key == "StartupWMClass") entry.windowClass = value;
         if (key == "DBusActivatable") entry.dbusActivatable = value == "true";
         if (key == "Terminal") entry.terminal = value == "true";
         if (key == "Hidden") entry.hidden = value == "true";

@@ -17,6 +17,8 @@ struct DesktopEntry {
     std::string path;
     /// A program that must be there for the application to be; empty for none.
     std::string tryExec;
+    /// The class that its windows have, where it names one (StartupWMClass).
+    std::string windowClass;
     bool terminal = false;
     /// The application can be asked over the session bus, under the entry's id, to show itself.
     bool dbusActivatable = false;

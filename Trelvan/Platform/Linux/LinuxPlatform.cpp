@@ -140,7 +140,7 @@ struct LinuxPlatform::Parts {
     LinuxScreens screens{pump, tap, origin};
     LinuxSessionState sessionState{QDBusConnection::sessionBus(), QDBusConnection::systemBus(),
                                    furtherConnection(), timers};
-    LinuxWorkspace workspace{mainQueue};
+    LinuxWorkspace workspace{mainQueue, pump, timers};
     LinuxAccessibilityTrust trust{*connection, tap};
     DesktopKind desktop = currentDesktop();
     LinuxHotKeys hotKeys{desktop, timers, [this](unsigned long keysym) { return poster.keyFor(keysym); }};

@@ -3,11 +3,21 @@
 #include "Platform/Linux/ApplicationIcon.hpp"
 #include "Platform/Linux/DesktopEntry.hpp"
 #include "Platform/Linux/HomeFolder.hpp"
+#include "Platform/Linux/NoteApplications.hpp"
 #include "Platform/Linux/ProgramStart.hpp"
+#include "Utilities/Logger.hpp"
+#include "Utilities/Text.hpp"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QUrl>
 #include <array>
+#include <cstdlib>
 
 namespace trelvan {
 
@@ -17,30 +27,6 @@ constexpr std::string_view notesRole = "com.apple.Notes";
 constexpr std::string_view applicationsFolder = "/Applications";
 constexpr std::string_view sharedApplicationsFolder = "/usr/share/applications";
 constexpr std::string_view launcherRole = "com.apple.launchpad.launcher";
-
-/// Note takers first, then plain editors.
-constexpr std::array noteApplications{
-    "org.gnome.Notes",
-    "org.gnome.bijiben",
-    "bijiben",
-    "org.kde.knotes",
-    "xpad",
-    "org.gnome.Gnote",
-    "gnote",
-    "tomboy-ng",
-    "tomboy",
-    "xfce4-notes",
-    "org.gnome.TextEditor",
-    "org.gnome.gedit",
-    "gedit",
-    "org.kde.kwrite",
-    "org.kde.kate",
-    "org.xfce.mousepad",
-    "mousepad",
-    "xed",
-    "pluma",
-    "featherpad",
-};
 
 }  // namespace
 
@@ -56,7 +42,8 @@ bool LinuxWorkspace::exists(std::string_view path) const {
 std::optional<std::string> LinuxWorkspace::applicationPath(std::string_view bundleIdentifier) const {
     if (bundleIdentifier == launcherRole) return std::nullopt;
     if (bundleIdentifier != notesRole) return findDesktopEntry(bundleIdentifier);
-    for (const char* id : noteApplications) {
+    const char* desktops = std::getenv("XDG_CURRENT_DESKTOP");
+    for (const auto id : noteApplications(desktops != nullptr ? desktops : "")) {
         if (auto path = findDesktopEntry(id)) return path;
     }
     return std::nullopt;
@@ -68,6 +55,21 @@ std::optional<std::string> LinuxWorkspace::applicationIcon(std::string_view path
 
 void LinuxWorkspace::openApplication(std::string_view path) {
     mainQueue_.async([path = std::string(path)] { startApplication(path); });
+}
+
+void LinuxWorkspace::openInFront(std::string_view path, std::function<void()> inFront) {
+    mainQueue_.async([this, path = std::string(path), inFront = std::move(inFront)] {
+        auto application = identityOf(path);
+        application.startupId = "trelvan-" + std::to_string(getpid()) + "-" + std::to_string(++starts_);
+        const StartTold told{.startupId = application.startupId,
+                             .started = [this](long process) { focus_.noteProcess(process); }};
+        focus_.begin(std::move(application), focusPatience, inFront, [path] {
+            AppLogger.warning(
+                ShortText(lastPathComponent(path), " no recibió el foco a tiempo: no se le escribe nada"));
+        });
+        if (!startApplication(path, told)) return focus_.cancel();
+        focus_.look();
+    });
 }
 
 void LinuxWorkspace::openFolder(std::string_view path) {

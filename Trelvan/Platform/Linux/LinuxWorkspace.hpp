@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Linux/FocusWait.hpp"
 #include "Platform/RunLoop.hpp"
 #include "Platform/Workspace.hpp"
 
@@ -9,7 +10,8 @@ namespace trelvan {
 /// thread: what starts something hops to the main thread.
 class LinuxWorkspace : public Workspace {
   public:
-    explicit LinuxWorkspace(MainQueue& mainQueue) : mainQueue_(mainQueue) {}
+    LinuxWorkspace(MainQueue& mainQueue, XEventPump& pump, Timers& timers)
+        : mainQueue_(mainQueue), focus_(pump, timers) {}
 
     [[nodiscard]] std::string homeDirectory() const override;
     [[nodiscard]] bool exists(std::string_view path) const override;
@@ -18,12 +20,16 @@ class LinuxWorkspace : public Workspace {
     [[nodiscard]] std::optional<std::string> applicationIcon(std::string_view path) const override;
 
     void openApplication(std::string_view path) override;
+    void openInFront(std::string_view path, std::function<void()> inFront) override;
     void openFolder(std::string_view path) override;
     void openUrl(std::string_view url) override;
     void reveal(std::string_view folder) override;
 
   private:
     MainQueue& mainQueue_;
+    FocusWait focus_;
+    /// How many applications were started with an id.
+    unsigned starts_ = 0;
 };
 
 }  // namespace trelvan

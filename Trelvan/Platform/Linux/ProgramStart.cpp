@@ -15,6 +15,7 @@
 #include <QDBusPendingReply>
 #include <QDesktopServices>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QStandardPaths>
 #include <QUrl>
 #include <array>
@@ -24,8 +25,10 @@ namespace trelvan {
 
 namespace {
 
-void reportFailure(const std::string& path, std::string_view reason) {
+/// Says why something was not opened; false, as the answer of who asked for it.
+bool reportFailure(const std::string& path, std::string_view reason) {
     AppLogger.warning(ShortText("No se pudo abrir ", path, ": ", reason));
+    return false;
 }
 
 /// The terminal emulators that take "-e program arguments", the desktop's own choice first.
@@ -42,7 +45,8 @@ bool prependTerminal(std::vector<std::string>& command) {
 }
 
 /// Qt gives a detached process a session of its own.
-bool startDetached(const std::vector<std::string>& command, const std::string& folder) {
+bool startDetached(const std::vector<std::string>& command, const std::string& folder,
+                   const StartTold& told) {
     QProcess process;
     process.setProgram(QString::fromStdString(command.front()));
     QStringList arguments;
@@ -51,60 +55,75 @@ bool startDetached(const std::vector<std::string>& command, const std::string& f
     }
     process.setArguments(arguments);
     process.setWorkingDirectory(QString::fromStdString(folder));
-    return process.startDetached();
+    if (!told.startupId.empty()) {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("DESKTOP_STARTUP_ID", QString::fromStdString(told.startupId));
+        process.setProcessEnvironment(environment);
+    }
+    qint64 number = 0;
+    if (!process.startDetached(&number)) return false;
+    if (told.started) told.started(static_cast<long>(number));
+    return true;
 }
 
 bool isInstalled(const std::string& program) {
     return !QStandardPaths::findExecutable(QString::fromStdString(program)).isEmpty();
 }
 
-void startByCommand(const DesktopEntry& entry, const std::string& path) {
+bool startByCommand(const DesktopEntry& entry, const std::string& path, const StartTold& told) {
     auto command = commandLine(entry, path);
     if (command.empty()) return reportFailure(path, "no es una aplicación");
     if (!isInstalled(command.front()))
         return reportFailure(path, ShortText("no se encuentra el programa ", command.front()));
     if (entry.terminal && !prependTerminal(command)) return reportFailure(path, "no hay terminal");
-    if (!startDetached(command, entry.path.empty() ? homeFolder() : entry.path)) {
-        reportFailure(path, "no se pudo ejecutar");
-    }
+    return startDetached(command, entry.path.empty() ? homeFolder() : entry.path, told) ||
+           reportFailure(path, "no se pudo ejecutar");
 }
 
 /// Asks the application over the session bus, which starts it where it does not run.
-void startOverBus(const DesktopEntry& entry, const std::string& path) {
-    if (!QDBusConnection::sessionBus().isConnected()) return startByCommand(entry, path);
+bool startOverBus(const DesktopEntry& entry, const std::string& path, const StartTold& told) {
+    if (!QDBusConnection::sessionBus().isConnected()) return startByCommand(entry, path, told);
     const std::string id(desktopEntryId(path));
     auto activate = QDBusMessage::createMethodCall(QString::fromStdString(id),
                                                    QString::fromStdString(applicationObjectPath(id)),
                                                    "org.freedesktop.Application", "Activate");
-    activate << QVariantMap();
+    QVariantMap platformData;
+    if (!told.startupId.empty())
+        platformData.insert("desktop-startup-id", QString::fromStdString(told.startupId));
+    activate << platformData;
     auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(activate));
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, entry, path] {
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, entry, path, told] {
         // One that is slow to answer still comes up.
-        if (watcher->isError() && watcher->error().type() != QDBusError::NoReply) startByCommand(entry, path);
+        if (watcher->isError() && watcher->error().type() != QDBusError::NoReply)
+            startByCommand(entry, path, told);
         watcher->deleteLater();
     });
+    return true;
 }
 
-void startEntry(const std::string& path) {
+bool startEntry(const std::string& path, const StartTold& told) {
     const auto content = readFile(path);
     if (!content.bytes) return reportFailure(path, content.error);
     const auto entry = parseDesktopEntry(*content.bytes);
     if (!entry) return reportFailure(path, "no es una aplicación");
     if (!entry->tryExec.empty() && !isInstalled(entry->tryExec))
         return reportFailure(path, ShortText("no se encuentra el programa ", entry->tryExec));
-    if (entry->dbusActivatable) return startOverBus(*entry, path);
-    startByCommand(*entry, path);
+    if (entry->dbusActivatable) return startOverBus(*entry, path, told);
+    return startByCommand(*entry, path, told);
 }
 
 }  // namespace
 
-void startApplication(const std::string& path) {
+bool startApplication(const std::string& path, const StartTold& told) {
     struct stat info {};
     if (stat(path.c_str(), &info) != 0) return reportFailure(path, "no existe");
-    if (S_ISDIR(info.st_mode)) return openWithDesktop(path, true);
-    if (path.ends_with(".desktop")) return startEntry(path);
+    if (S_ISDIR(info.st_mode)) {
+        openWithDesktop(path, true);
+        return true;
+    }
+    if (path.ends_with(".desktop")) return startEntry(path, told);
     if (access(path.c_str(), X_OK) != 0) return reportFailure(path, "no tiene permiso de ejecución");
-    if (!startDetached({path}, homeFolder())) reportFailure(path, "no se pudo ejecutar");
+    return startDetached({path}, homeFolder(), told) || reportFailure(path, "no se pudo ejecutar");
 }
 
 void openWithDesktop(const std::string& address, bool isLocalPath) {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace trelvan {
 
@@ -14,6 +15,9 @@ namespace {
 struct Items {
     std::unique_ptr<unsigned char, decltype(&XFree)> memory{nullptr, &XFree};
     unsigned long count = 0;
+
+    /// The bytes of a text.
+    std::string text;
 
     [[nodiscard]] unsigned long at(std::size_t index) const {
         return reinterpret_cast<const unsigned long*>(memory.get())[index];
@@ -32,6 +36,7 @@ Items read(Display* display, Window window, Atom property) {
     Items items;
     items.memory.reset(data);
     if (result == x11::success && format == 32) items.count = count;
+    if (result == x11::success && format == 8) items.text.assign(reinterpret_cast<char*>(data), count);
     return items;
 }
 
@@ -70,15 +75,45 @@ void RootProperties::request(const char* property, unsigned long value) {
     XFlush(connection_.display());
 }
 
+namespace {
+
+struct ClassNames {
+    std::string instanceName;
+    std::string className;
+};
+
+ClassNames classNames(Display* display, Window window) {
+    XClassHint hint{};
+    if (!XGetClassHint(display, window, &hint)) return {};
+    ClassNames names{.instanceName = hint.res_name != nullptr ? hint.res_name : "",
+                     .className = hint.res_class != nullptr ? hint.res_class : ""};
+    if (hint.res_name != nullptr) XFree(hint.res_name);
+    if (hint.res_class != nullptr) XFree(hint.res_class);
+    return names;
+}
+
+}  // namespace
+
 std::string RootProperties::applicationClass(unsigned long window) const {
     // The window may be gone by now.
     const XErrorScope scope(connection_.display());
-    XClassHint hint{};
-    if (!XGetClassHint(connection_.display(), window, &hint)) return {};
-    std::string name = hint.res_class != nullptr ? hint.res_class : "";
-    if (hint.res_name != nullptr) XFree(hint.res_name);
-    if (hint.res_class != nullptr) XFree(hint.res_class);
-    return name;
+    return classNames(connection_.display(), window).className;
+}
+
+WindowTraits RootProperties::traits(unsigned long window) const {
+    Display* display = connection_.display();
+    const XErrorScope scope(display);
+    auto [instanceName, className] = classNames(display, window);
+    WindowTraits result{.instanceName = std::move(instanceName), .className = std::move(className)};
+    const auto process = read(display, window, connection_.atom("_NET_WM_PID"));
+    if (process.count > 0) result.process = static_cast<long>(process.at(0));
+    const Atom startupId = connection_.atom("_NET_STARTUP_ID");
+    result.startupId = read(display, window, startupId).text;
+    // Some toolkits name it on the leader of their windows only.
+    const auto leader = read(display, window, connection_.atom("WM_CLIENT_LEADER"));
+    if (result.startupId.empty() && leader.count > 0)
+        result.startupId = read(display, leader.at(0), startupId).text;
+    return result;
 }
 
 }  // namespace trelvan

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Linux/ApplicationIdentity.hpp"
 #include "Platform/Linux/XConnection.hpp"
 
 #include <cstdint>
@@ -25,6 +26,8 @@ class RootProperties {
     void request(const char* property, unsigned long value);
     /// Class of a window's application (second part of WM_CLASS); empty when it has none.
     [[nodiscard]] std::string applicationClass(unsigned long window) const;
+    /// What a window tells about its application; nothing when it is gone.
+    [[nodiscard]] WindowTraits traits(unsigned long window) const;
 
   private:
     XConnection& connection_;

@@ -77,6 +77,11 @@ void SimulatedDesktop::switchCapsLock(bool on, bool monitored) {
              .characters = {}});
 }
 
+void SimulatedDesktop::bringToFront(std::string bundleIdentifier) {
+    frontmost = std::move(bundleIdentifier);
+    parts_->workspace.frontmostChanged();
+}
+
 void SimulatedDesktop::changeLoginItem(LoginItem::Status status) {
     loginStatus = status;
     parts_->loginItem.tellWatchers();

@@ -136,6 +136,8 @@ class SimulatedDesktop : public Platform {
     TapAnswer send(TapEvent event);
     /// One key event, for the monitors; whether a monitor of the program's own windows kept it.
     KeyMonitors::LocalAnswer sendKey(const KeyMonitorEvent& event);
+    /// The application with this bundle identifier comes to the front.
+    void bringToFront(std::string bundleIdentifier);
     /// The user presses Caps Lock; with `monitored` false no monitor is told.
     void switchCapsLock(bool on, bool monitored = true);
     /// The login item is changed by another hand, on a platform that is told so.

@@ -65,6 +65,25 @@ void SimulatedWorkspace::openApplication(std::string_view path) {
     desktop_.tell(trace::Opened{trace::Opened::Kind::application, std::string(path)});
 }
 
+void SimulatedWorkspace::openInFront(std::string_view path, std::function<void()> inFront) {
+    openApplication(path);
+    const auto item = desktop_.disk.find(path);
+    awaitedBundle_ = item != desktop_.disk.end() ? item->second.bundle : std::string();
+    inFront_ = std::move(inFront);
+    patience_ = desktop_.timers().once(focusPatience, [this, path = std::string(path)] {
+        inFront_ = nullptr;
+        desktop_.logger.warning(
+            ShortText(lastPathComponent(path), " no recibió el foco a tiempo: no se le escribe nada"));
+    });
+    frontmostChanged();
+}
+
+void SimulatedWorkspace::frontmostChanged() {
+    if (!inFront_ || awaitedBundle_.empty() || desktop_.frontmost != awaitedBundle_) return;
+    patience_.reset();
+    desktop_.time.async(std::exchange(inFront_, nullptr));
+}
+
 void SimulatedWorkspace::openFolder(std::string_view path) {
     desktop_.tell(trace::Opened{trace::Opened::Kind::folder, std::string(path)});
 }

@@ -2,6 +2,7 @@
 
 #include "Platform/AccessibilityTrust.hpp"
 #include "Platform/HotKeyTable.hpp"
+#include "Platform/RunLoop.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/ScriptRunner.hpp"
 #include "Platform/SessionState.hpp"
@@ -10,6 +11,9 @@
 #include "Platform/Workspace.hpp"
 #include "Utilities/LogSink.hpp"
 
+#include <functional>
+#include <memory>
+#include <string>
 #include <vector>
 
 namespace trelvan {
@@ -61,12 +65,20 @@ class SimulatedWorkspace final : public Workspace {
         return std::nullopt;
     }
     void openApplication(std::string_view path) override;
+    void openInFront(std::string_view path, std::function<void()> inFront) override;
     void openFolder(std::string_view path) override;
     void openUrl(std::string_view url) override;
     void reveal(std::string_view folder) override;
 
+    /// Another application is in front.
+    void frontmostChanged();
+
   private:
     SimulatedDesktop& desktop_;
+    /// The bundle that is waited for, and what for; none: nothing is.
+    std::string awaitedBundle_;
+    std::function<void()> inFront_;
+    std::unique_ptr<Timers::Timer> patience_;
 };
 
 /// Trust as the world says; the prompt is told to the trace.
