@@ -39,6 +39,12 @@ struct Explain {
     bool json = false;
     std::string configDirectory;
 };
+struct Actions {
+    /// None for the language of the settings.
+    std::optional<AppLanguage> language;
+    bool json = false;
+    std::string configDirectory;
+};
 struct ShowHelp {
     /// The subcommand whose help is wanted; empty for that of the program.
     std::string_view subcommand;
@@ -53,7 +59,7 @@ struct BadUsage {
 }  // namespace command
 
 using Command = std::variant<command::Run, command::Simulate, command::Record, command::Explain,
-                             command::ShowHelp, command::ShowVersion, command::BadUsage>;
+                             command::Actions, command::ShowHelp, command::ShowVersion, command::BadUsage>;
 
 /// Exit statuses of the program.
 namespace exitStatus {

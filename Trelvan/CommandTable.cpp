@@ -73,6 +73,8 @@ constexpr std::array explainOptions{
     configOption,
 };
 
+constexpr std::array actionsOptions{languageOption, jsonOption, configOption};
+
 std::int64_t wholeNumber(std::string_view text) {
     std::int64_t number = 0;
     std::from_chars(text.data(), text.data() + text.size(), number);
@@ -106,6 +108,12 @@ Command makeExplain(const GivenArguments& given) {
                             .modifiers = readModifiers(given.text("--modifiers")).flags,
                             .profile = profile ? std::optional<std::string>(*profile) : std::nullopt,
                             .language = languageOf(given),
+                            .json = given.has("--json"),
+                            .configDirectory = given.text("--config")};
+}
+
+Command makeActions(const GivenArguments& given) {
+    return command::Actions{.language = languageOf(given),
                             .json = given.has("--json"),
                             .configDirectory = given.text("--config")};
 }
@@ -179,6 +187,22 @@ constexpr std::array rows{
                                   "explica una pulsación del primer botón extra"},
                .statuses = {},
                .make = makeExplain},
+    CommandRow{.name = "actions",
+               .summary = {"every action, what it sends on this desktop, and whether it can",
+                           "cada acción, qué envía en este escritorio y si puede"},
+               .description =
+                   {"Lists every action by the name that the settings file has for it and by its English "
+                    "name, what it sends on this desktop, and what is missing where it can do nothing here. "
+                    "Asks the desktop and changes nothing.",
+                    "Enumera cada acción por el nombre que tiene en el archivo de ajustes y por su nombre "
+                    "inglés, qué envía en este escritorio y qué falta donde aquí no puede hacer nada. "
+                    "Pregunta al escritorio y no cambia nada."},
+               .options = actionsOptions,
+               .argument = std::nullopt,
+               .example = "trelvan actions --json",
+               .exampleMeaning = {"lists the actions for a program", "enumera las acciones para un programa"},
+               .statuses = {},
+               .make = makeActions},
 };
 
 constexpr OptionRow help{.name = "--help", .letter = 'h', .help = {"shows this text", "muestra este texto"}};

@@ -1,4 +1,5 @@
 #include "CommandLine.hpp"
+#include "DryRun/Actions.hpp"
 #include "DryRun/Explain.hpp"
 #include "DryRun/Recorder.hpp"
 #include "DryRun/RecordingFile.hpp"
@@ -109,6 +110,8 @@ int main(int argc, char** argv) {
         return simulate(dryRun->script, dryRun->linuxShortcuts ? linuxShortcuts : macShortcuts, language);
     if (const auto* question = std::get_if<command::Explain>(&asked))
         return explain(*question, platformShortcuts(), language);
+    if (const auto* listing = std::get_if<command::Actions>(&asked))
+        return listActions(*listing, platformShortcuts(), language);
     if (const auto* recording = std::get_if<command::Record>(&asked))
         return recordEvents(argc, argv, *recording, language);
     return runApplication(argc, argv, std::get<command::Run>(asked), language);

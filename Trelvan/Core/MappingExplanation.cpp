@@ -1,42 +1,18 @@
 #include "Core/MappingExplanation.hpp"
 
+#include "Core/ActionDescription.hpp"
 #include "Core/Model/ButtonNumbers.hpp"
 #include "Core/ModifierNames.hpp"
 #include "Utilities/Text.hpp"
 
 #include <algorithm>
-#include <array>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace trelvan {
 
 namespace {
-
-struct KeyName {
-    KeyCode keyCode;
-    std::string_view english;
-    std::string_view spanish;
-};
-
-/// The keys that the catalogue's shortcuts use.
-constexpr std::array keyNames{
-    KeyName{key::c, "C", "C"},
-    KeyName{key::v, "V", "V"},
-    KeyName{key::x, "X", "X"},
-    KeyName{key::z, "Z", "Z"},
-    KeyName{key::q, "Q", "Q"},
-    KeyName{key::l, "L", "L"},
-    KeyName{key::n, "N", "N"},
-    KeyName{key::digit3, "3", "3"},
-    KeyName{key::digit4, "4", "4"},
-    KeyName{key::digit5, "5", "5"},
-    KeyName{key::period, ".", "."},
-    KeyName{key::space, "Space", "Espacio"},
-    KeyName{key::f13, "Print Screen", "Impr Pant"},
-    KeyName{key::leftArrow, "Left", "Izquierda"},
-    KeyName{key::rightArrow, "Right", "Derecha"},
-};
 
 /// Puts the texts of one explanation together.
 class Explainer {
@@ -169,16 +145,7 @@ class Explainer {
         sayWhatIsSent(mapping, function);
     }
 
-    std::string textOf(KeyChord chord) const {
-        std::string text = namesOf(chord.flags);
-        if (!text.empty()) text += '+';
-        const auto* const name = std::ranges::find(keyNames, chord.keyCode, &KeyName::keyCode);
-        if (name != keyNames.end()) return text.append(pick({name->english, name->spanish}));
-        return text.append(pick({"key ", "tecla "})).append(std::to_string(chord.keyCode));
-    }
-
     void sayWhatIsSent(const ButtonMapping& mapping, ResolvedFunction function) {
-        const auto chord = catalogueShortcut(function.action, shortcuts_);
         std::string recorded;
         switch (function.action) {
             case ButtonAction::customShortcut:
@@ -196,29 +163,9 @@ class Explainer {
             default:
                 break;
         }
-        if (chord && shortcuts_.desktopGoesFirst && desktopTool(function.action) != nullptr) {
-            say({"Asked of the desktop; where it has no way of its own, sent: ",
-                 "Se pide al escritorio; si no tiene forma propia, se envía: "},
-                textOf(*chord));
-        } else if (chord) {
-            say({"Sent: ", "Se envía: "}, textOf(*chord));
-            if (isForText(function.action) && !shortcuts_.terminals.empty()) sayOfTerminals(function.action);
-        } else if (!recorded.empty()) {
-            say({"With: ", "Con: "}, recorded);
-        }
-    }
-
-    /// Which application will be in front nobody knows here, so it is said for most of them.
-    void sayOfTerminals(ButtonAction action) {
-        const auto usual = shortcutInTerminal(action, terminal::usual({}));
-        if (usual) {
-            say({"In a terminal: ", "En un terminal: "}, textOf(*usual),
-                {", or that terminal's own way", ", o la forma propia de ese terminal"});
-        } else {
-            say({"In a terminal nothing is sent: ", "En un terminal no se envía nada: "},
-                textOf(*catalogueShortcut(action, shortcuts_)),
-                {" would stop the program in it", " detendría el programa que hay en él"});
-        }
+        if (!recorded.empty()) return say({"With: ", "Con: "}, recorded);
+        for (auto& sentence : describeAction(function.action, shortcuts_, language_))
+            result_.why.push_back(std::move(sentence));
     }
 
     const ProfileSnapshot& profile_;

@@ -117,6 +117,25 @@ std::optional<KeyChord> shortcutInTerminal(ButtonAction action, const TerminalSh
     }
 }
 
+std::optional<SystemView> systemView(ButtonAction action) {
+    switch (action) {
+        case ButtonAction::missionControl:
+            return SystemView::missionControl;
+        case ButtonAction::appExpose:
+            return SystemView::appExpose;
+        case ButtonAction::launchpad:
+            return SystemView::launchpad;
+        case ButtonAction::showDesktop:
+            return SystemView::showDesktop;
+        case ButtonAction::moveDesktopLeft:
+            return SystemView::desktopLeft;
+        case ButtonAction::moveDesktopRight:
+            return SystemView::desktopRight;
+        default:
+            return std::nullopt;
+    }
+}
+
 const DesktopTool* desktopTool(ButtonAction action) {
     static constexpr std::array desktopTools{
         DesktopTool{ButtonAction::screenshotArea, SystemView::screenshotArea, hotkey::screenshotArea},

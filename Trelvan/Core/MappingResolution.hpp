@@ -75,6 +75,9 @@ struct ResolvedFunction {
 /// What an action for text sends to a terminal, where cutting is copying; none when it sends nothing there.
 [[nodiscard]] std::optional<KeyChord> shortcutInTerminal(ButtonAction action,
                                                          const TerminalShortcuts& terminal);
+/// The view that the desktop shows for an action, or the move between desktops; none for an action that is
+/// none of these.
+[[nodiscard]] std::optional<SystemView> systemView(ButtonAction action);
 /// An action that a desktop may have a tool for.
 struct DesktopTool {
     ButtonAction action;

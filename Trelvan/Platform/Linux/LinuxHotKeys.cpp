@@ -191,4 +191,21 @@ std::optional<HotKeyEntry> LinuxHotKeys::entry(int id) const {
                                       static_cast<std::int64_t>(accelerator.flags | key->flags)}};
 }
 
+ShortcutTable readShortcutsNow(DesktopKind desktop) {
+    if (desktop == DesktopKind::kde) return readKdeShortcuts(firstContent(filesOf(desktop)));
+    if (desktop == DesktopKind::xfce) return readXfceShortcuts(firstContent(filesOf(desktop)));
+    constexpr int patience = 3000;
+    std::string settings;
+    for (const auto schema : shortcutSchemas(desktop)) {
+        QProcess process;
+        process.start(
+            "gsettings",
+            {"list-recursively", QString::fromUtf8(schema.data(), static_cast<qsizetype>(schema.size()))},
+            QIODevice::ReadOnly);
+        if (process.waitForFinished(patience))
+            settings += process.readAllStandardOutput().toStdString() + "\n";
+    }
+    return readSettingsList(settings, desktop);
+}
+
 }  // namespace trelvan

@@ -47,4 +47,8 @@ class LinuxHotKeys : public HotKeyTable {
     ShortcutTable table_;
 };
 
+/// The desktop's shortcuts, read now: waits for the program gsettings where that is asked. Main thread of a
+/// program without a platform.
+[[nodiscard]] ShortcutTable readShortcutsNow(DesktopKind desktop);
+
 }  // namespace trelvan

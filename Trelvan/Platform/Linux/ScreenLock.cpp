@@ -64,4 +64,10 @@ void ScreenLock::lock(DesktopKind desktop, const std::function<void()>& otherwis
     lockByScreenSaver(0, [desktop, otherwise] { lockByDesktop(desktop, otherwise); });
 }
 
+std::vector<std::string_view> ScreenLock::services() {
+    std::vector<std::string_view> result;
+    for (const auto& saver : screenSavers) result.emplace_back(saver.service);
+    return result;
+}
+
 }  // namespace trelvan

@@ -3,6 +3,8 @@
 #include "Platform/Linux/CurrentDesktop.hpp"
 
 #include <functional>
+#include <string_view>
+#include <vector>
 
 namespace trelvan {
 
@@ -12,6 +14,8 @@ class ScreenLock {
   public:
     /// Calls `otherwise` when nothing of it is there.
     static void lock(DesktopKind desktop, const std::function<void()>& otherwise);
+    /// The names on the session bus of the screen savers that are asked, in that order.
+    [[nodiscard]] static std::vector<std::string_view> services();
 };
 
 }  // namespace trelvan

@@ -124,6 +124,20 @@ void ShellViews::show(SystemView view, const Otherwise& otherwise) {
     }
 }
 
+std::vector<std::string_view> ShellViews::services(SystemView view) {
+    switch (view) {
+        case SystemView::missionControl:
+            return {gnomeShell, kdeShortcuts, cinnamon};
+        case SystemView::appExpose:
+        case SystemView::launchpad:
+            return {gnomeShell, kdeShortcuts};
+        case SystemView::lockScreen:
+            return {};
+        default:
+            return {kdeShortcuts};
+    }
+}
+
 void ShellViews::showGnomeOverview(const Otherwise& otherwise) {
     setGnomeOverview(true, otherwise);
 }

@@ -3,6 +3,8 @@
 #include "Platform/SystemViews.hpp"
 
 #include <functional>
+#include <string_view>
+#include <vector>
 
 namespace trelvan {
 
@@ -14,6 +16,8 @@ class ShellViews {
 
     /// Asks the shell that is running for the view; calls `otherwise` when none is, or it has no such view.
     static void show(SystemView view, const Otherwise& otherwise);
+    /// The names on the bus of the shells that may have the view, in the order in which they are asked.
+    [[nodiscard]] static std::vector<std::string_view> services(SystemView view);
     /// GNOME's overview, one step from the grid of its applications.
     static void showGnomeOverview(const Otherwise& otherwise);
 };

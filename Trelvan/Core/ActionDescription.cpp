@@ -1,0 +1,176 @@
+#include "Core/ActionDescription.hpp"
+
+#include "Core/ButtonMapper.hpp"
+#include "Core/MappingResolution.hpp"
+#include "Core/ModifierNames.hpp"
+#include "Utilities/Text.hpp"
+
+#include <algorithm>
+#include <array>
+
+namespace trelvan {
+
+namespace {
+
+struct KeyName {
+    KeyCode keyCode;
+    TextPair name;
+};
+
+/// The keys that the catalogue's shortcuts use.
+constexpr std::array keyNames{
+    KeyName{key::c, {"C", "C"}},
+    KeyName{key::v, {"V", "V"}},
+    KeyName{key::x, {"X", "X"}},
+    KeyName{key::z, {"Z", "Z"}},
+    KeyName{key::q, {"Q", "Q"}},
+    KeyName{key::l, {"L", "L"}},
+    KeyName{key::n, {"N", "N"}},
+    KeyName{key::digit3, {"3", "3"}},
+    KeyName{key::digit4, {"4", "4"}},
+    KeyName{key::digit5, {"5", "5"}},
+    KeyName{key::period, {".", "."}},
+    KeyName{key::space, {"Space", "Espacio"}},
+    KeyName{key::f13, {"Print Screen", "Impr Pant"}},
+    KeyName{key::help, {"Insert", "Insertar"}},
+    KeyName{key::leftArrow, {"Left", "Izquierda"}},
+    KeyName{key::rightArrow, {"Right", "Derecha"}},
+};
+
+/// Puts sentences together in one language.
+class Describer {
+  public:
+    Describer(const ActionShortcuts& shortcuts, AppLanguage language)
+        : shortcuts_(shortcuts), language_(language) {}
+
+    std::vector<std::string> describe(ButtonAction action) {
+        if (const auto chord = catalogueShortcut(action, shortcuts_)) {
+            describeShortcut(action, *chord);
+        } else {
+            describeOther(action);
+        }
+        return std::move(sentences_);
+    }
+
+  private:
+    void say(TextPair before, std::string_view middle = {}, TextPair after = {}) {
+        sentences_.emplace_back(
+            ShortText(localized(language_, before), middle, localized(language_, after)).view());
+    }
+
+    void describeShortcut(ButtonAction action, KeyChord chord) {
+        const auto text = describeChord(chord, language_);
+        if (shortcuts_.desktopGoesFirst && desktopTool(action) != nullptr) {
+            return say({"Asked of the desktop; where it has no way of its own, sent: ",
+                        "Se pide al escritorio; si no tiene forma propia, se envía: "},
+                       text);
+        }
+        say({"Sent: ", "Se envía: "}, text);
+        if (isForText(action) && !shortcuts_.terminals.empty()) describeTerminals(action, text);
+    }
+
+    /// Which terminal will be in front nobody knows here, so it is said for most of them.
+    void describeTerminals(ButtonAction action, std::string_view usual) {
+        if (const auto chord = shortcutInTerminal(action, terminal::usual({}))) {
+            say({"In a terminal: ", "En un terminal: "}, describeChord(*chord, language_),
+                {", or that terminal's own way", ", o la forma propia de ese terminal"});
+        } else {
+            say({"In a terminal nothing is sent: ", "En un terminal no se envía nada: "}, usual,
+                {" would stop the program in it", " detendría el programa que hay en él"});
+        }
+    }
+
+    void describeView() {
+        if (shortcuts_.desktopGoesFirst)
+            return say({"Asked of the desktop; else its shortcut for it, if there is one",
+                        "Se pide al escritorio; si no, su atajo para ello, si lo hay"});
+        say({"The system's shortcut for it; without one, the usual keys or the application",
+             "El atajo del sistema para ello; si no lo hay, las teclas habituales o la aplicación"});
+    }
+
+    void describeNewNote() {
+        const auto chord = describeChord(shortcuts_.newNote, language_);
+        if (shortcuts_.typesOnlyInFront)
+            return say({"Opens the desktop's editor or a note taker and, once it has the focus, sends ",
+                        "Abre el editor del escritorio o una aplicación de notas y, cuando tiene el foco, "
+                        "envía "},
+                       chord);
+        say({"Opens Notes, then sends ", "Abre Notas y luego envía "}, chord);
+    }
+
+    void describeOther(ButtonAction action) {
+        switch (action) {
+            case ButtonAction::none:
+                return say({"Nothing", "Nada"});
+            case ButtonAction::missionControl:
+            case ButtonAction::appExpose:
+            case ButtonAction::launchpad:
+            case ButtonAction::showDesktop:
+            case ButtonAction::moveDesktopLeft:
+            case ButtonAction::moveDesktopRight:
+                return describeView();
+            case ButtonAction::openFolder:
+                return say({"Opens the folder chosen for it, or the home folder",
+                            "Abre la carpeta elegida, o la personal"});
+            case ButtonAction::volumeUp:
+            case ButtonAction::volumeDown:
+            case ButtonAction::mute:
+            case ButtonAction::playPause:
+                return say({"Sent: the media key", "Se envía: la tecla multimedia"});
+            case ButtonAction::openExplorer:
+                return say({"Opens the home folder in the file manager",
+                            "Abre la carpeta personal en el gestor de archivos"});
+            case ButtonAction::newNote:
+                return describeNewNote();
+            case ButtonAction::dictation:
+            case ButtonAction::customShortcut:
+                return say({"Sent: the shortcut recorded for it", "Se envía: el atajo grabado para ello"});
+            case ButtonAction::exploreAI:
+                return say({"Opens ", "Abre "}, ButtonMapper::exploreAIAddress);
+            case ButtonAction::smartButton:
+                return say({"Opens the radial menu at the pointer", "Abre el menú radial en el puntero"});
+            case ButtonAction::leftClick:
+                return say({"A left click at the pointer", "Un clic izquierdo en el puntero"});
+            case ButtonAction::rightClick:
+                return say({"A right click at the pointer", "Un clic derecho en el puntero"});
+            case ButtonAction::middleClick:
+                return say({"A middle click at the pointer", "Un clic medio en el puntero"});
+            case ButtonAction::launchApp:
+                return say({"Opens the application chosen for it", "Abre la aplicación elegida"});
+            // Combinations, described above.
+            case ButtonAction::back:
+            case ButtonAction::forward:
+            case ButtonAction::copy:
+            case ButtonAction::paste:
+            case ButtonAction::cut:
+            case ButtonAction::undo:
+            case ButtonAction::screenshotArea:
+            case ButtonAction::screenshotFull:
+            case ButtonAction::screenshotTool:
+            case ButtonAction::emojiPanel:
+            case ButtonAction::lockWorkstation:
+                return;
+        }
+    }
+
+    const ActionShortcuts& shortcuts_;
+    AppLanguage language_;
+    std::vector<std::string> sentences_;
+};
+
+}  // namespace
+
+std::string describeChord(KeyChord chord, AppLanguage language) {
+    std::string text = namesOf(chord.flags);
+    if (!text.empty()) text += '+';
+    const auto* const known = std::ranges::find(keyNames, chord.keyCode, &KeyName::keyCode);
+    if (known != keyNames.end()) return text.append(localized(language, known->name));
+    return text.append(localized(language, "key ", "tecla ")).append(std::to_string(chord.keyCode));
+}
+
+std::vector<std::string> describeAction(ButtonAction action, const ActionShortcuts& shortcuts,
+                                        AppLanguage language) {
+    return Describer(shortcuts, language).describe(action);
+}
+
+}  // namespace trelvan

@@ -1,0 +1,92 @@
+#include "Core/ActionReport.hpp"
+
+#include "Core/ActionDescription.hpp"
+#include "Core/MappingResolution.hpp"
+#include "Core/ModifierNames.hpp"
+#include "Utilities/Text.hpp"
+
+#include <cstddef>
+#include <utility>
+
+namespace trelvan {
+
+namespace {
+
+using Way = ViewAbility::Way;
+
+/// What the desktop itself is asked for; none for an action that it has no part in.
+std::optional<SystemView> viewOf(ButtonAction action) {
+    if (const auto view = systemView(action)) return view;
+    if (const auto* const tool = desktopTool(action)) return tool->view;
+    return std::nullopt;
+}
+
+const ViewAbility* abilityFor(ButtonAction action, const DesktopAbilities& desktop) {
+    const auto view = viewOf(action);
+    const auto found = view ? desktop.views.find(*view) : desktop.views.end();
+    return found != desktop.views.end() ? &found->second : nullptr;
+}
+
+std::string combination(const ViewAbility& ability) {
+    std::string text = namesOf(ability.flags);
+    if (!text.empty()) text += '+';
+    return text + ability.with;
+}
+
+/// In what way the desktop does it; none when that cannot be told or nothing does.
+std::optional<std::string> wayHere(const ViewAbility& ability, AppLanguage language) {
+    const std::string here(localized(language, "Here: ", "Aquí: "));
+    switch (ability.way) {
+        case Way::unknown:
+        case Way::nothing:
+            return std::nullopt;
+        case Way::windowManager:
+            return here + std::string(localized(language, "the window manager", "el gestor de ventanas"));
+        case Way::shell:
+        case Way::program:
+            return here + ability.with;
+        case Way::shortcut:
+            return here + combination(ability);
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::string> obstacleTo(ButtonAction action, const DesktopAbilities& desktop,
+                                      AppLanguage language) {
+    if (action == ButtonAction::newNote && !desktop.noteApplication)
+        return std::string(localized(language, "No editor and no note taker is installed",
+                                     "No hay ningún editor ni aplicación de notas instalado"));
+    const auto* const ability = abilityFor(action, desktop);
+    // What the desktop has a tool for is sent as a combination where it has none.
+    if (ability == nullptr || ability->way != Way::nothing || desktopTool(action) != nullptr)
+        return std::nullopt;
+    std::string text(
+        localized(language, "Nothing on this desktop does it", "Nada en este escritorio lo hace"));
+    if (!ability->toInstall.empty())
+        text.append(localized(language, "; installed, this would: ", "; instalado, lo haría: "))
+            .append(ability->toInstall);
+    return text;
+}
+
+std::vector<ActionReport> reportActions(const ActionShortcuts& shortcuts, const DesktopAbilities& desktop,
+                                        AppLanguage language) {
+    std::vector<ActionReport> reports;
+    for (std::size_t index = 0; index < RawValueTable<ButtonAction>::rawValues.size(); ++index) {
+        const auto action = static_cast<ButtonAction>(index);
+        ActionReport report{.action = action,
+                            .sends = describeAction(action, shortcuts, language),
+                            .obstacle = obstacleTo(action, desktop, language)};
+        if (const auto* const ability = abilityFor(action, desktop)) {
+            if (auto way = wayHere(*ability, language)) report.sends.push_back(*std::move(way));
+        }
+        if (action == ButtonAction::newNote && desktop.noteApplication)
+            report.sends.push_back(std::string(localized(language, "Here: ", "Aquí: ")) +
+                                   std::string(lastPathComponent(*desktop.noteApplication)));
+        reports.push_back(std::move(report));
+    }
+    return reports;
+}
+
+}  // namespace trelvan

@@ -1,0 +1,134 @@
+#include "Platform/DesktopAbilities.hpp"
+#include "Platform/HotKeyTable.hpp"
+#include "Platform/Linux/DesktopEntry.hpp"
+#include "Platform/Linux/LinuxHotKeys.hpp"
+#include "Platform/Linux/NoteApplications.hpp"
+#include "Platform/Linux/RootProperties.hpp"
+#include "Platform/Linux/ScreenLock.hpp"
+#include "Platform/Linux/ScreenshotProgram.hpp"
+#include "Platform/Linux/ShellViews.hpp"
+#include "Platform/Linux/X11.hpp"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QStandardPaths>
+#include <array>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace trelvan {
+
+namespace {
+
+using Way = ViewAbility::Way;
+
+/// Each view with the symbolic hot key of the desktop's shortcut for it.
+constexpr std::array<std::pair<SystemView, int>, 11> views{{
+    {SystemView::missionControl, hotkey::missionControl},
+    {SystemView::appExpose, hotkey::appWindows},
+    {SystemView::launchpad, hotkey::launchpad},
+    {SystemView::showDesktop, hotkey::showDesktop},
+    {SystemView::desktopLeft, hotkey::desktopLeft},
+    {SystemView::desktopRight, hotkey::desktopRight},
+    {SystemView::screenshotArea, hotkey::screenshotArea},
+    {SystemView::screenshotFull, hotkey::screenshotFull},
+    {SystemView::screenshotTool, hotkey::screenshotTool},
+    {SystemView::emojiPanel, hotkey::emojiPanel},
+    {SystemView::lockScreen, hotkey::lockScreen},
+}};
+
+bool isInstalled(const std::string& program) {
+    return !QStandardPaths::findExecutable(QString::fromStdString(program)).isEmpty();
+}
+
+/// Asks in the order in which the views are asked for themselves.
+class Probe {
+  public:
+    Probe() : desktop_(currentDesktop()), shortcuts_(readShortcutsNow(desktop_)) {
+        auto opened = XConnection::open();
+        if (auto* connection = std::get_if<std::unique_ptr<XConnection>>(&opened))
+            connection_ = std::move(*connection);
+    }
+
+    [[nodiscard]] ViewAbility ability(SystemView view, int hotKey) const {
+        if (isShownByWindowManager(view)) return {.way = Way::windowManager, .with = {}, .toInstall = {}};
+        for (const auto service : services(view)) {
+            if (isOnBus(service)) return {.way = Way::shell, .with = std::string(service), .toInstall = {}};
+        }
+        const auto shortcut = shortcuts_.find(hotKey);
+        if (shortcut == shortcuts_.end()) {
+            const auto command = screenshotCommand(desktop_, view);
+            if (!command.empty() && isInstalled(command.front()))
+                return {.way = Way::program, .with = command.front(), .toInstall = {}};
+        } else {
+            const char* name = XKeysymToString(shortcut->second.keysym);
+            return {.way = Way::shortcut,
+                    .with = name != nullptr ? name : "?",
+                    .flags = shortcut->second.flags,
+                    .toInstall = {}};
+        }
+        if (!connection_ || !QDBusConnection::sessionBus().isConnected()) return {};
+        return {.way = Way::nothing, .with = {}, .toInstall = {}};
+    }
+
+  private:
+    [[nodiscard]] bool isShownByWindowManager(SystemView view) const {
+        const char* const property = windowManagerProperty(view);
+        return connection_ && property != nullptr && RootProperties(*connection_).isSupported(property);
+    }
+
+    static const char* windowManagerProperty(SystemView view) {
+        switch (view) {
+            case SystemView::showDesktop:
+                return "_NET_SHOWING_DESKTOP";
+            case SystemView::desktopLeft:
+            case SystemView::desktopRight:
+                return "_NET_CURRENT_DESKTOP";
+            default:
+                return nullptr;
+        }
+    }
+
+    static std::vector<std::string_view> services(SystemView view) {
+        return view == SystemView::lockScreen ? ScreenLock::services() : ShellViews::services(view);
+    }
+
+    static bool isOnBus(std::string_view service) {
+        const auto bus = QDBusConnection::sessionBus();
+        const auto name = QString::fromUtf8(service.data(), static_cast<qsizetype>(service.size()));
+        return bus.isConnected() && bus.interface()->isServiceRegistered(name);
+    }
+
+    DesktopKind desktop_;
+    ShortcutTable shortcuts_;
+    std::unique_ptr<XConnection> connection_;
+};
+
+}  // namespace
+
+DesktopAbilities desktopAbilities() {
+    // The bus and the programs need one.
+    int count = 1;
+    std::array<char, 8> name{"trelvan"};
+    std::array<char*, 2> arguments{name.data(), nullptr};
+    const QCoreApplication application(count, arguments.data());
+
+    const char* desktops = std::getenv("XDG_CURRENT_DESKTOP");
+    DesktopAbilities result{
+        .desktop = desktops != nullptr ? desktops : "", .views = {}, .noteApplication = {}};
+    const Probe probe;
+    for (const auto& [view, hotKey] : views) result.views[view] = probe.ability(view, hotKey);
+    for (const auto id : noteApplications(result.desktop)) {
+        if (result.noteApplication) break;
+        result.noteApplication = findDesktopEntry(id);
+    }
+    return result;
+}
+
+}  // namespace trelvan
