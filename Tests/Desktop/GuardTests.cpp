@@ -5,9 +5,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
+#include <fstream>
 #include <optional>
 #include <span>
+#include <utility>
+#include <vector>
 
 /// The program hangs, is stopped or is killed at the worst moment: the pointer works and nothing stays held.
 namespace trelvan::desktop {
@@ -86,25 +90,51 @@ class GuardTest : public DesktopTest {
         return count;
     }
 
-    /// The program's window of one point outside the screen.
-    void destroyGrabWindow() {
+    /// The program's windows of one point outside the screen, on it or not.
+    std::vector<std::pair<Window, bool>> grabWindows() {
         Display* display = client().connection().get();
+        std::vector<std::pair<Window, bool>> found;
         Window root = None;
         Window parent = None;
         Window* windows = nullptr;
         unsigned count = 0;
+        // Windows may go while they are looked at.
+        const auto former = XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
         XQueryTree(display, client().connection().root(), &root, &parent, &windows, &count);
-        int destroyed = 0;
         for (const Window window : std::span(windows, count)) {
             XWindowAttributes attributes{};
-            XGetWindowAttributes(display, window, &attributes);
+            if (XGetWindowAttributes(display, window, &attributes) == 0) continue;
             if (attributes.c_class != InputOnly || attributes.x != -1 || attributes.width != 1) continue;
-            XDestroyWindow(display, window);
-            ++destroyed;
+            found.emplace_back(window, attributes.map_state == IsViewable);
         }
-        XFree(windows);
-        XSync(display, False);
-        ASSERT_EQ(destroyed, 1);
+        if (windows != nullptr) XFree(windows);
+        XSetErrorHandler(former);
+        return found;
+    }
+    void destroyGrabWindow() {
+        const auto windows = grabWindows();
+        ASSERT_EQ(windows.size(), 1U);
+        XDestroyWindow(client().connection().get(), windows.front().first);
+        XSync(client().connection().get(), False);
+    }
+    /// Whether the program still holds the devices; to ask moves nothing.
+    bool holdsDevices() {
+        const auto windows = grabWindows();
+        return std::ranges::any_of(windows, [](const auto& window) { return window.second; });
+    }
+    bool losesDevicesSoon() {
+        return waitUntil([&] { return !holdsDevices(); }, std::chrono::milliseconds{3000});
+    }
+    static void pause(std::chrono::milliseconds length) {
+        waitUntil([] { return false; }, length);
+    }
+    /// Another guard than this one.
+    pid_t guardAfter(pid_t former) {
+        EXPECT_TRUE(waitUntil([&] {
+            const auto present = program().guard();
+            return present.has_value() && *present != former;
+        })) << "the program has no new guard";
+        return program().guard().value_or(0);
     }
 
     pid_t guard() {
@@ -357,6 +387,118 @@ TEST_F(GuardTest, ProgramThatLosesItsGuardSaysSoAndGoesOn) {
     ::kill(guard(), SIGKILL);
     EXPECT_TRUE(program().waitForLine("El proceso guardián ha terminado"));
     expectServed();
+}
+
+TEST_F(GuardTest, GuardThatDiedIsReplacedByOneThatServes) {
+    start(longShortcut());
+    const pid_t first = guard();
+    ::kill(first, SIGKILL);
+    const pid_t second = guardAfter(first);
+    // Once it has a connection of its own.
+    pause(std::chrono::milliseconds{300});
+    program().signal(SIGSTOP);
+    moveUntilFree();
+    program().signal(SIGCONT);
+    EXPECT_TRUE(program().waitForLine(takenAgain));
+    passSentinel();
+    stopInTheMiddleOfAShortcut();
+    program().signal(SIGKILL);
+    ASSERT_TRUE(program().waitForEnd().has_value());
+    expectNothingHeld();
+    EXPECT_TRUE(waitUntil([&] { return heldPages() == 0; }));
+    EXPECT_TRUE(waitUntil([&] {
+        endAdopted();
+        return !isAlive(second);
+    }));
+}
+
+TEST_F(GuardTest, GuardThatDiesAgainAndAgainIsReplacedLessAndLessOften) {
+    start(Settings().map(3, "Copiar"));
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds{2500};
+    pid_t last = 0;
+    int guards = 0;
+    while (std::chrono::steady_clock::now() < end) {
+        const auto present = program().guard();
+        if (present.has_value() && *present != last) {
+            last = *present;
+            ++guards;
+            ::kill(last, SIGKILL);
+        }
+        pause(std::chrono::milliseconds{5});
+    }
+    // The first, the one at once, and the one after a second.
+    EXPECT_GE(guards, 2);
+    EXPECT_LE(guards, 3);
+    guardAfter(last);
+    expectServed();
+}
+
+TEST_F(GuardTest, ProgramStoppedSoonAfterAnInputLosesThePointerByTheNextOne) {
+    start(Settings().map(3, "Copiar"));
+    for (const int milliseconds : {50, 150, 250, 350, 450}) {
+        // The guard is at rest.
+        pause(std::chrono::milliseconds{1200});
+        trackball().move(1, 0);
+        pause(std::chrono::milliseconds{milliseconds});
+        program().signal(SIGSTOP);
+        trackball().move(1, 0);
+        EXPECT_TRUE(losesDevicesSoon()) << milliseconds;
+        program().signal(SIGCONT);
+        EXPECT_TRUE(waitUntil([&] {
+            trackball().click(extra);
+            return client().waitForStroke(copy, std::chrono::milliseconds{100});
+        }));
+        client().forget();
+    }
+}
+
+TEST_F(GuardTest, StoppedProgramLosesThePointerByARelease) {
+    start(Settings().map(3, "Copiar"));
+    trackball().press(9);
+    ASSERT_TRUE(client().waitForButton(Kind::buttonPress, 9));
+    pause(std::chrono::milliseconds{1200});
+    program().signal(SIGSTOP);
+    trackball().release(9);
+    EXPECT_TRUE(losesDevicesSoon());
+    program().signal(SIGCONT);
+    EXPECT_TRUE(program().waitForLine(takenAgain));
+    passSentinel();
+}
+
+TEST_F(GuardTest, GuardSleepsWhileNothingMoves) {
+    start(Settings().map(3, "Copiar"));
+    const pid_t process = guard();
+    trackball().move(1, 0);
+    pause(std::chrono::milliseconds{1500});
+    const auto switches = [&] {
+        int count = -1;
+        std::ifstream status("/proc/" + std::to_string(process) + "/status");
+        for (std::string word; status >> word;) {
+            if (word == "voluntary_ctxt_switches:") status >> count;
+        }
+        return count;
+    };
+    const int before = switches();
+    ASSERT_GE(before, 0);
+    pause(std::chrono::milliseconds{1500});
+    // Keys are none of its business as long as no menu is open.
+    desktop().keyboard().keyStroke(client().keyCode(XK_a));
+    pause(std::chrono::milliseconds{300});
+    EXPECT_EQ(switches(), before);
+}
+
+TEST_F(GuardTest, PageThatOthersMayChangeIsNotUsed) {
+    const auto page = desktop().folder() / "run" / ("trelvan-held" + desktop().displayName() + "-0");
+    writeFile(page, "");
+    std::filesystem::permissions(page, static_cast<std::filesystem::perms>(0666));
+    start(Settings().map(3, "Copiar"));
+    const pid_t process = guard();
+    // Memory behind a file that somebody cuts off is no memory any more.
+    std::filesystem::resize_file(page, 0);
+    expectServed();
+    EXPECT_TRUE(program().isRunning());
+    EXPECT_TRUE(isAlive(process));
+    std::filesystem::remove(page);
 }
 
 TEST_F(GuardTest, StoppedGuardDisturbsNobody) {

@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <functional>
+#include <optional>
 
 /// What else can go wrong around a program that holds the pointer.
 namespace trelvan::desktop {
@@ -224,6 +226,30 @@ TEST_F(SafetyTest, LossOfTheServerEndsItWithStatusOneAndIsNamed) {
         endAdopted();
         return ::kill(*guard, 0) != 0;
     }));
+}
+
+TEST_F(SafetyTest, LossOfTheServerLeavesNoPageWhetherTheGuardLivesOrNot) {
+    for (const bool hasGuard : {true, false}) {
+        VirtualDesktop doomed;
+        TrelvanProcess lost(doomed, Settings().map(3, "Copiar"));
+        const auto pages = [&] {
+            int count = 0;
+            for (const auto& entry : std::filesystem::directory_iterator(doomed.folder() / "run"))
+                count += entry.path().filename().string().starts_with("trelvan-held") ? 1 : 0;
+            return count;
+        };
+        EXPECT_EQ(pages(), 1);
+        // A guard that dies again at once is not replaced for a second.
+        for (int round = 0; !hasGuard && round < 2; ++round) {
+            std::optional<pid_t> guard;
+            ASSERT_TRUE(waitUntil([&] { return (guard = lost.guard()).has_value(); }));
+            ::kill(*guard, SIGKILL);
+            ASSERT_TRUE(waitUntil([&] { return lost.guard() != guard; }));
+        }
+        doomed.killServer();
+        EXPECT_TRUE(lost.waitForEnd().has_value());
+        EXPECT_TRUE(waitUntil([&] { return pages() == 0; })) << hasGuard;
+    }
 }
 
 }  // namespace

@@ -23,6 +23,7 @@
 #include "Platform/Workspace.hpp"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 
@@ -72,6 +73,10 @@ struct PlatformOptions {
 /// lives. `argc` and `argv` outlive it (toolkits keep them).
 [[nodiscard]] std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(
     int& argc, char** argv, const PlatformOptions& options);
+
+/// Where this process is a helper that the platform made by starting the program again: its whole life, and
+/// its exit status. None in the program itself. Before anything else.
+[[nodiscard]] std::optional<int> runHelperProcess(int argc, char** argv);
 
 /// The combinations that this platform's applications know, also without a display.
 [[nodiscard]] const ActionShortcuts& platformShortcuts();

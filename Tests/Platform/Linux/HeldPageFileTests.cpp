@@ -1,7 +1,13 @@
+#include "Platform/Linux/GuardWatch.hpp"
 #include "Platform/Linux/HeldPageFile.hpp"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -11,6 +17,9 @@
 
 namespace trelvan {
 namespace {
+
+/// A user that is neither this one nor the superuser.
+constexpr uid_t somebody = 65534;
 
 class HeldPageFileTest : public testing::Test {
   protected:
@@ -109,10 +118,102 @@ TEST_F(HeldPageFileTest, FileOfAnotherVersionOrSize_IsNotRead) {
 
 TEST_F(HeldPageFileTest, FolderThatCannotBe_GivesAPageInMemory) {
     HeldPageFile file("/dev/null/nowhere", ":50");
-    EXPECT_EQ(file.descriptor(), -1);
+    EXPECT_EQ(file.path(), "");
     file.page().byPoster.keys.set(37, true);
     EXPECT_TRUE(owedBy(file.page()).keys.test(37));
     file.remove();
+}
+
+TEST_F(HeldPageFileTest, FolderThatOthersMayWrite_GivesAPageInMemory) {
+    for (const auto mode : {0770, 0707, 0777}) {
+        std::filesystem::permissions(folder, static_cast<std::filesystem::perms>(mode));
+        HeldPageFile file(folder, ":50");
+        EXPECT_EQ(file.path(), "") << mode;
+        EXPECT_EQ(files(), std::set<std::string>{});
+    }
+    if (geteuid() != 0) GTEST_SKIP() << "only the superuser can give a folder away";
+    std::filesystem::permissions(folder, static_cast<std::filesystem::perms>(0755));
+    ASSERT_EQ(chown(folder.c_str(), somebody, somebody), 0);
+    HeldPageFile file(folder, ":50");
+    EXPECT_EQ(file.path(), "");
+}
+
+TEST_F(HeldPageFileTest, FileThatOthersMayChange_IsLeftAlone) {
+    const auto expectLeftAlone = [&](const char* what) {
+        HeldPageFile file(folder, ":50");
+        EXPECT_EQ(file.path(), folder + "/trelvan-held:50-1") << what;
+        EXPECT_FALSE(file.leftOver().any()) << what;
+        file.remove();
+        EXPECT_TRUE(files().contains("trelvan-held:50-0")) << what;
+    };
+    const std::string first = folder + "/trelvan-held:50-0";
+    // A page of the right size that owes something.
+    { HeldPageFile(folder, ":50").page().byPoster.keys.set(37, true); }
+    for (const auto mode : {0620, 0602, 0640, 0604}) {
+        std::filesystem::permissions(first, static_cast<std::filesystem::perms>(mode));
+        expectLeftAlone("permissions");
+    }
+    std::filesystem::permissions(first, static_cast<std::filesystem::perms>(0600));
+    std::filesystem::create_hard_link(first, folder + "/second-name");
+    expectLeftAlone("two names");
+    std::filesystem::remove(first);
+    std::filesystem::create_symlink(folder + "/second-name", first);
+    expectLeftAlone("symbolic link");
+    std::filesystem::remove(first);
+    std::filesystem::create_directory(first);
+    expectLeftAlone("folder");
+    std::filesystem::remove(first);
+    ASSERT_EQ(mkfifo(first.c_str(), 0600), 0);
+    expectLeftAlone("pipe");
+    std::filesystem::remove(first);
+}
+
+TEST_F(HeldPageFileTest, FileOfAnotherUser_IsLeftAlone) {
+    if (geteuid() != 0) GTEST_SKIP() << "only the superuser can give a file away";
+    { HeldPageFile(folder, ":50").page().byPoster.keys.set(37, true); }
+    ASSERT_EQ(chown((folder + "/trelvan-held:50-0").c_str(), somebody, somebody), 0);
+    HeldPageFile file(folder, ":50");
+    EXPECT_EQ(file.path(), folder + "/trelvan-held:50-1");
+    EXPECT_FALSE(file.leftOver().any());
+    EXPECT_TRUE(files().contains("trelvan-held:50-0"));
+}
+
+TEST_F(HeldPageFileTest, PageThatIsHandedOn_IsTheSamePage) {
+    for (const std::string& place : {folder, std::string("/dev/null/nowhere")}) {
+        HeldPageFile file(place, ":50");
+        const auto other = HeldPageFile::handedOn(dup(file.descriptor()), file.path());
+        ASSERT_NE(other, nullptr);
+        file.page().byPoster.keys.set(37, true);
+        EXPECT_TRUE(owedBy(other->page()).keys.test(37));
+        other->remove();
+        EXPECT_EQ(files(), std::set<std::string>{});
+    }
+}
+
+TEST_F(HeldPageFileTest, WhatIsNoPage_IsNotTaken) {
+    const std::string path = folder + "/something";
+    std::ofstream(path) << "short";
+    EXPECT_EQ(HeldPageFile::handedOn(open(path.c_str(), O_RDWR | O_CLOEXEC), path), nullptr);
+    EXPECT_EQ(HeldPageFile::handedOn(-1, path), nullptr);
+    EXPECT_EQ(HeldPageFile::handedOn(open("/dev/null", O_RDWR | O_CLOEXEC), ""), nullptr);
+}
+
+TEST_F(HeldPageFileTest, GuardThatFindsNoServer_RemovesThePageOfAProgramThatHasEnded) {
+    const char* former = std::getenv("DISPLAY");
+    const std::string display = former != nullptr ? former : "";
+    setenv("DISPLAY", ":4999", 1);
+    HeldPageFile file(folder, ":4999");
+    std::array<int, 2> ends{-1, -1};
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()), 0);
+    close(ends[0]);
+    watchOver(file, ends[1]);
+    close(ends[1]);
+    EXPECT_EQ(files(), std::set<std::string>{});
+    if (former != nullptr) {
+        setenv("DISPLAY", display.c_str(), 1);
+    } else {
+        unsetenv("DISPLAY");
+    }
 }
 
 TEST_F(HeldPageFileTest, DisplayWithSlashes_StaysInTheFolder) {

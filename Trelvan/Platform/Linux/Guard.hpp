@@ -2,14 +2,17 @@
 
 #include "Platform/Linux/HeldPageFile.hpp"
 
+#include <optional>
+
 namespace trelvan {
 
 /// The program's guard: a small process of its own, since a thread cannot run in a process that was stopped.
 ///
-/// It asks the main loop twice a second, while the pointer is in use, whether it still runs, and takes the
-/// devices away from it when it does not answer within half a second. When the program ends in whatever way
-/// it releases what the held page says. It holds no grab itself, so that a guard that hangs hurts nobody; it
-/// never wakes while nothing moves, and ends with the program.
+/// It asks the main loop twice a second, while devices are in use, whether it still runs, and takes the
+/// devices, the windows over the screen and the menu's keys away from it when it does not answer within half
+/// a second. When the program ends in whatever way it releases what the held page says. It holds no grab
+/// itself, so that a guard that hangs hurts nobody; it never wakes while nothing moves, and ends with the
+/// program.
 ///
 /// Main thread.
 class Guard {
@@ -29,6 +32,19 @@ class Guard {
     [[nodiscard]] int descriptor() const { return descriptor_; }
     /// The process has ended before the program.
     void noteEnd();
+    /// Starts the process anew in the place of one that has ended, at any time; false when it cannot be.
+    ///
+    /// A copy of this process will not do any more: of its threads only one would be in it, with whatever the
+    /// others had locked, and its connections would outlive this process in the server's eyes. So it is this
+    /// program, executed again.
+    [[nodiscard]] bool restart();
+    /// Windows over the screen or the menu's keys have changed on the page.
+    void wake() const;
+    /// The server is gone, and all that was held with it.
+    void forgetPage() { file_.remove(); }
+
+    /// Where this program was executed as a guard: its whole life, and its exit status.
+    [[nodiscard]] static std::optional<int> runIfAsked(int argc, char** argv);
 
   private:
     HeldPageFile file_;

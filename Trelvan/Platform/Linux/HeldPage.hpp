@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Linux/SharedBits.hpp"
+#include "Platform/Linux/SharedIds.hpp"
 
 #include <atomic>
 #include <cstdint>
@@ -20,7 +21,7 @@ struct Pressed {
 /// entry too many is possible and one too few is not. No pointers, no locks: a process may end anywhere.
 struct HeldPage {
     /// Changes with the layout: a page of another version is not read.
-    static constexpr std::uint64_t currentVersion = 0x5452454C'0002U;
+    static constexpr std::uint64_t currentVersion = 0x5452454C'0003U;
 
     std::atomic<std::uint64_t> version{currentVersion};
     Pressed byTap;
@@ -29,6 +30,11 @@ struct HeldPage {
     SharedBits putBack;
     /// Places of the XTEST pointer that stand in for another button.
     SharedBits lent;
+    /// The program's windows that no window manager knows: such a window over the screen, or a pop-up that
+    /// grabs, stands between the user and everything else when the program hangs.
+    SharedIds covering;
+    /// A resource of the connection that has the menu's keys, 0 while it has none.
+    std::atomic<std::uint32_t> menuKeys{0};
     /// The window that the device grabs are on, 0 when there are none.
     std::atomic<std::uint32_t> grabWindow{0};
     /// The guard's last question that the main loop has answered.

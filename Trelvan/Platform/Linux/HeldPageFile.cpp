@@ -21,10 +21,26 @@ namespace {
 /// Programs at once on one display that have a file each.
 constexpr int mostPages = 8;
 
-void* map(int descriptor) {
-    const int flags = descriptor >= 0 ? MAP_SHARED : MAP_SHARED | MAP_ANONYMOUS;
-    void* memory = mmap(nullptr, sizeof(HeldPage), PROT_READ | PROT_WRITE, flags, descriptor, 0);
-    return memory == MAP_FAILED ? nullptr : memory;
+constexpr mode_t ofOthers = S_IRWXG | S_IRWXO;
+constexpr mode_t changedByOthers = S_IWGRP | S_IWOTH;
+
+HeldPage* map(int descriptor) {
+    void* memory = mmap(nullptr, sizeof(HeldPage), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
+    return memory == MAP_FAILED ? nullptr : std::launder(static_cast<HeldPage*>(memory));
+}
+
+/// Whether the folder is this user's, and nobody else can put files into it.
+bool isPrivateFolder(int folder) {
+    struct stat info {};
+    return fstat(folder, &info) == 0 && S_ISDIR(info.st_mode) && info.st_uid == geteuid() &&
+           (info.st_mode & changedByOthers) == 0;
+}
+
+/// Whether the file is this user's alone, under one name.
+bool isPrivateFile(int file) {
+    struct stat info {};
+    return fstat(file, &info) == 0 && S_ISREG(info.st_mode) && info.st_uid == geteuid() &&
+           (info.st_mode & ofOthers) == 0 && info.st_nlink == 1;
 }
 
 bool isStillAt(const std::string& path, int descriptor) {
@@ -48,14 +64,39 @@ std::string fileName(std::string_view display) {
 
 HeldPageFile::HeldPageFile(const std::string& folder, std::string_view display) {
     std::error_code ignored;
-    std::filesystem::create_directories(folder, ignored);
-    const std::string prefix = folder + "/" + fileName(display);
-    for (int number = 0; number < mostPages; ++number) visit(prefix + std::to_string(number));
-    if (page_ == nullptr) {
-        void* memory = map(-1);
-        if (memory == nullptr) throw std::bad_alloc();
-        page_ = new (memory) HeldPage;
+    const auto parent = std::filesystem::path(folder).parent_path();
+    std::filesystem::create_directories(parent, ignored);
+    mkdir(folder.c_str(), S_IRWXU);
+    const int opened = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (opened >= 0 && isPrivateFolder(opened)) {
+        const std::string prefix = fileName(display);
+        for (int number = 0; number < mostPages; ++number)
+            visit(opened, folder, prefix + std::to_string(number));
     }
+    if (opened >= 0) close(opened);
+    if (page_ == nullptr) useMemory();
+}
+
+HeldPageFile::HeldPageFile(int descriptor, HeldPage* page, std::string path)
+    : path_(std::move(path)), descriptor_(descriptor), page_(page) {}
+
+std::unique_ptr<HeldPageFile> HeldPageFile::handedOn(int descriptor, const std::string& path) {
+    struct stat info {};
+    const bool isWhole = fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode) &&
+                         info.st_size >= static_cast<off_t>(sizeof(HeldPage));
+    HeldPage* page = isWhole ? map(descriptor) : nullptr;
+    if (page != nullptr && page->version.load() == HeldPage::currentVersion)
+        return std::unique_ptr<HeldPageFile>(new HeldPageFile(descriptor, page, path));
+    if (page != nullptr) munmap(page, sizeof(HeldPage));
+    if (descriptor >= 0) close(descriptor);
+    return nullptr;
+}
+
+void HeldPageFile::useMemory() {
+    descriptor_ = memfd_create("trelvan-held", MFD_CLOEXEC);
+    if (descriptor_ >= 0 && ftruncate(descriptor_, sizeof(HeldPage)) == 0) page_ = map(descriptor_);
+    if (page_ == nullptr) throw std::bad_alloc();
+    new (page_) HeldPage;
 }
 
 HeldPageFile::~HeldPageFile() {
@@ -72,25 +113,29 @@ std::string HeldPageFile::defaultFolder() {
     return homeFolder() + "/.cache/trelvan";
 }
 
-void HeldPageFile::visit(const std::string& path) {
+void HeldPageFile::visit(int folder, const std::string& folderPath, const std::string& name) {
     const int create = page_ == nullptr ? O_CREAT : 0;
-    const int descriptor = open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | create, 0600);
+    // A pipe or a device in its place must not hold the start up either.
+    const int descriptor = openat(folder, name.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | create,
+                                  S_IRUSR | S_IWUSR);
     if (descriptor < 0) return;
     // The lock belongs to the open file, which the guard shares: it is free when both have ended. Whoever had
     // it before may have removed the file meanwhile; then the next number will do.
-    if (flock(descriptor, LOCK_EX | LOCK_NB) == 0 && isStillAt(path, descriptor) && claim(path, descriptor))
+    if (isPrivateFile(descriptor) && flock(descriptor, LOCK_EX | LOCK_NB) == 0 &&
+        isStillAt(folderPath + "/" + name, descriptor) && claim(folder, name, descriptor)) {
+        path_ = folderPath + "/" + name;
         return;
+    }
     close(descriptor);
 }
 
-bool HeldPageFile::claim(const std::string& path, int descriptor) {
+bool HeldPageFile::claim(int folder, const std::string& name, int descriptor) {
     struct stat info {};
     if (fstat(descriptor, &info) != 0) return false;
     // All of it now: where the disk is full, the memory behind a hole would be missing later.
     if (posix_fallocate(descriptor, 0, sizeof(HeldPage)) != 0) return false;
-    void* memory = map(descriptor);
-    if (memory == nullptr) return false;
-    auto* found = std::launder(static_cast<HeldPage*>(memory));
+    HeldPage* found = map(descriptor);
+    if (found == nullptr) return false;
     if (info.st_size == sizeof(HeldPage) && found->version.load() == HeldPage::currentVersion) {
         const Owed debts = owedBy(*found);
         leftOver_.buttons |= debts.buttons;
@@ -98,18 +143,17 @@ bool HeldPageFile::claim(const std::string& path, int descriptor) {
         leftOver_.lent |= debts.lent;
     }
     if (page_ != nullptr) {
-        munmap(memory, sizeof(HeldPage));
-        unlink(path.c_str());
+        munmap(found, sizeof(HeldPage));
+        unlinkat(folder, name.c_str(), 0);
         return false;
     }
-    page_ = new (memory) HeldPage;
+    page_ = new (found) HeldPage;
     descriptor_ = descriptor;
-    path_ = path;
     return true;
 }
 
 void HeldPageFile::remove() {
-    if (descriptor_ >= 0 && isStillAt(path_, descriptor_)) unlink(path_.c_str());
+    if (!path_.empty() && isStillAt(path_, descriptor_)) unlink(path_.c_str());
 }
 
 }  // namespace trelvan

@@ -1,8 +1,10 @@
 #include "Platform/Linux/LinuxPlatform.hpp"
 
+#include "Platform/Linux/CoveringWindows.hpp"
 #include "Platform/Linux/DesktopMoveScript.hpp"
 #include "Platform/Linux/EscapeHold.hpp"
 #include "Platform/Linux/Guard.hpp"
+#include "Platform/Linux/GuardKeeper.hpp"
 #include "Platform/Linux/HeldRelease.hpp"
 #include "Platform/Linux/JournalSink.hpp"
 #include "Platform/Linux/LastWish.hpp"
@@ -37,7 +39,6 @@
 #include <unistd.h>
 
 #include <QApplication>
-#include <QSocketNotifier>
 #include <QWindow>
 #include <cstdlib>
 #include <filesystem>
@@ -94,22 +95,13 @@ struct LinuxPlatform::Parts {
                    [this](std::function<void()> job) { mainQueue.async(std::move(job)); }),
           poster(std::move(posting), tap, guard->page(), origin),
           loginItem(LinuxLoginItem::present(startArguments(options))) {
-        setLastWish([this] { defaults.flush(); });
+        setLastWish([this] {
+            defaults.flush();
+            guard->forgetPage();
+        });
         tap.onRunaway = [this] { background.after(Seconds{0}, [this] { poster.releaseAll(); }); };
-        watchGuard();
     }
     ~Parts() { setLastWish(nullptr); }
-
-    void watchGuard() {
-        if (guard->descriptor() < 0) return;
-        guardEnd = std::make_unique<QSocketNotifier>(guard->descriptor(), QSocketNotifier::Read);
-        QObject::connect(guardEnd.get(), &QSocketNotifier::activated, guardEnd.get(), [this] {
-            guardEnd->setEnabled(false);
-            guard->noteEnd();
-            AppLogger.warning(
-                "El proceso guardián ha terminado: si Trelvan se bloquea, nadie liberará los dispositivos");
-        });
-    }
 
     void escape() {
         tap.yield(!tap.isYielding());
@@ -149,12 +141,13 @@ struct LinuxPlatform::Parts {
     LinuxNotifications notifications{QDBusConnection::sessionBus(),
                                      [] { return QGuiApplication::focusWindow() != nullptr; }};
     LinuxKeyMonitors keyMonitors{pump, modifiers};
+    CoveringWindows covering{*guard};
     PulseAudioInput audio;
     LinuxLoginItem loginItem;
     LinuxBundleInfo bundle;
     LinuxAppearance look{*connection, QDBusConnection::sessionBus()};
     LinuxIdleInhibitor inhibitor{QDBusConnection::sessionBus(), QDBusConnection::systemBus(), *connection};
-    std::unique_ptr<QSocketNotifier> guardEnd;
+    GuardKeeper guardKeeper{*guard, timers};
     TerminationSignals termination{[] { QCoreApplication::quit(); }};
     WorkerQueue background;
 };
@@ -269,6 +262,10 @@ std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(int& argc,
         std::get<std::unique_ptr<XConnection>>(std::move(posting)), options);
     if (leftOver.any()) AppLogger.info("Se soltó lo que una ejecución anterior dejó pulsado");
     return platform;
+}
+
+std::optional<int> runHelperProcess(int argc, char** argv) {
+    return Guard::runIfAsked(argc, argv);
 }
 
 const ActionShortcuts& platformShortcuts() {
