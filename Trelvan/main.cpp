@@ -42,7 +42,8 @@ SmartButtonWindows menuWindows(Platform& platform) {
                                .appearance = platform.appearance(),
                                .workspace = platform.workspace(),
                                .defaults = platform.userDefaults(),
-                               .timers = platform.timers()});
+                               .timers = platform.timers(),
+                               .input = platform.menuInput()});
 }
 
 int runApplication(int& argc, char** argv, const command::Run& options, AppLanguage language) {

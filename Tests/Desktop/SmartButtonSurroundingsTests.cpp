@@ -313,16 +313,13 @@ TEST_F(SmartButtonOutputsTest, PointerInTheUppermostRow_IsOnItsOutput) {
     EXPECT_TRUE(isClosedAt(half));
 }
 
-TEST_F(SmartButtonOutputsTest, ClickOnTheOtherOutput_ClosesTheMenuAndReachesNoApplication) {
+TEST_F(SmartButtonOutputsTest, ClickOnTheOtherOutput_ClosesTheMenu) {
     start(twoShortcuts());
     client().warpPointer({half + 360, 440});
     press();
     EXPECT_TRUE(isOpenAt(half));
-    client().forget();
     clickAt({300, 440});
     EXPECT_TRUE(isClosedAt(half));
-    passSentinel();
-    EXPECT_EQ(buttonsArrived(), std::vector<unsigned>{});
     expectKeyboardFree();
 }
 

@@ -29,7 +29,7 @@ TEST_F(SmartButtonTest, ClickOnAShortcutTypesItIntoTheApplication) {
     EXPECT_TRUE(isClosed());
     EXPECT_EQ(focus(), before);
     EXPECT_EQ(buttonsArrived(), std::vector<unsigned>{});
-    EXPECT_EQ(strokes(), (std::vector<KeyStroke>{{XK_c, ControlMask}}));
+    EXPECT_EQ(client().strokes(), (std::vector<KeyStroke>{{XK_c, ControlMask}}));
 }
 
 TEST_F(SmartButtonTest, EveryCornerHasTheWholeMenu) {
@@ -78,7 +78,7 @@ TEST_F(SmartButtonTest, KeysChooseAnEntryAlthoughTheApplicationKeepsTheFocus) {
     desktop().keyboard().keyStroke(client().keyCode(XK_Return));
     EXPECT_TRUE(client().waitForStroke({XK_c, ControlMask}));
     EXPECT_TRUE(isClosed());
-    EXPECT_EQ(strokes(), (std::vector<KeyStroke>{{XK_c, ControlMask}}));
+    EXPECT_EQ(client().strokes(), (std::vector<KeyStroke>{{XK_c, ControlMask}}));
     expectKeyboardFree();
 }
 
@@ -88,7 +88,7 @@ TEST_F(SmartButtonTest, EscapeClosesTheMenu) {
     desktop().keyboard().keyStroke(client().keyCode(XK_Escape));
     EXPECT_TRUE(isClosed());
     expectKeyboardFree();
-    EXPECT_EQ(strokes(), (std::vector<KeyStroke>{{XK_a, 0}}));
+    EXPECT_EQ(client().strokes(), (std::vector<KeyStroke>{{XK_a, 0}}));
 }
 
 TEST_F(SmartButtonTest, ClickOutsideClosesTheMenuAndReachesNoApplication) {

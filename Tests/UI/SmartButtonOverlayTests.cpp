@@ -1,3 +1,4 @@
+#include "Platform/Simulated/SimulatedInput.hpp"
 #include "Platform/Simulated/VirtualTime.hpp"
 #include "UI/ShortcutText.hpp"
 #include "UI/SmartButtonOverlay.hpp"
@@ -7,7 +8,6 @@
 #include <QAccessible>
 #include <QCoreApplication>
 #include <QGuiApplication>
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QScreen>
@@ -26,7 +26,10 @@ class SmartButtonOverlayTest : public testing::Test {
     void open(const std::vector<std::string>& names, AppLanguage language = AppLanguage::english) {
         SmartButtonRadialView view;
         for (const auto& name : names) view.apps.emplace_back().name = name;
-        view.onLaunch = [this](const SmartButtonApp& app) { launched.push_back(app.name); };
+        view.onLaunch = [this](const SmartButtonApp& app) {
+            launched.push_back(app.name);
+            if (onLaunch) onLaunch();
+        };
         view.onEdit = [this] { ++edits; };
         view.onOpenApplications = [this] { ++folders; };
         view.onDismiss = [this] { ++dismissals; };
@@ -37,6 +40,7 @@ class SmartButtonOverlayTest : public testing::Test {
         layout = RadialLayout::make({area.width / 2, area.height / 2}, area, names.size());
         overlay = std::make_unique<SmartButtonOverlay>(std::move(view), layout, screen,
                                                        SmartButtonOverlay::Look{.timers = time,
+                                                                                .input = input,
                                                                                 .theme = RadialTheme::light(),
                                                                                 .language = language,
                                                                                 .isAnimated = false,
@@ -45,14 +49,10 @@ class SmartButtonOverlayTest : public testing::Test {
                                                                                 .loadIcon = loadIcon});
         overlay->appear();
     }
-    void sendKey(QEvent::Type type, int key, bool isRepeat = false) {
-        QKeyEvent event(type, key, Qt::NoModifier, QString(), isRepeat);
-        QCoreApplication::sendEvent(overlay.get(), &event);
-    }
     /// Down and up again.
-    void press(int key) {
-        sendKey(QEvent::KeyPress, key);
-        sendKey(QEvent::KeyRelease, key);
+    void press(MenuKey key) {
+        input.keyDown(key);
+        input.keyUp(key);
         time.runFor(releaseTime);
     }
     void enter(RadialButton* button) {
@@ -74,9 +74,11 @@ class SmartButtonOverlayTest : public testing::Test {
     static constexpr Seconds releaseTime = SmartButtonOverlay::releaseTime;
 
     VirtualTime time;
+    SimulatedMenuInput input;
     RadialLayout layout;
     std::unique_ptr<SmartButtonOverlay> overlay;
     std::vector<std::string> launched;
+    std::function<void()> onLaunch;
     int edits = 0;
     int folders = 0;
     int dismissals = 0;
@@ -194,25 +196,26 @@ TEST_F(SmartButtonOverlayTest, ClickOnAnEntryLaunchesIt) {
 
 TEST_F(SmartButtonOverlayTest, NumberKeysLaunchTheirEntries) {
     open(numbered(8));
-    press(Qt::Key_1);
-    press(Qt::Key_8);
+    press(MenuKey::entry1);
+    EXPECT_EQ(launched, Names{"Entry 1"});
+    open(numbered(8));
+    press(MenuKey::entry8);
     EXPECT_EQ(launched, (Names{"Entry 1", "Entry 8"}));
 }
 
 TEST_F(SmartButtonOverlayTest, NumberKeyWithoutAnEntryDoesNothing) {
     open(numbered(2));
-    press(Qt::Key_3);
-    press(Qt::Key_9);
+    press(MenuKey::entry3);
     EXPECT_EQ(launched, Names{});
 }
 
 TEST_F(SmartButtonOverlayTest, KeyThatChooses_DoesSoOnceItIsReleased) {
     open(numbered(2));
-    sendKey(QEvent::KeyPress, Qt::Key_2);
+    input.keyDown(MenuKey::entry2);
     time.runFor(Seconds{10});
     EXPECT_EQ(launched, Names{});
     EXPECT_TRUE(overlay->entries()[1]->isDown());
-    sendKey(QEvent::KeyRelease, Qt::Key_2);
+    input.keyUp(MenuKey::entry2);
     EXPECT_EQ(launched, Names{});
     time.runFor(releaseTime);
     EXPECT_EQ(launched, Names{"Entry 2"});
@@ -221,24 +224,23 @@ TEST_F(SmartButtonOverlayTest, KeyThatChooses_DoesSoOnceItIsReleased) {
 
 TEST_F(SmartButtonOverlayTest, RepetitionOfAHeldKey_IsNoRelease) {
     open(numbered(2));
-    sendKey(QEvent::KeyPress, Qt::Key_2);
+    input.keyDown(MenuKey::entry2);
     for (int count = 0; count < 20; ++count) {
-        // Marked as what it is or not: that depends on how soon the second event comes.
-        sendKey(QEvent::KeyRelease, Qt::Key_2, count % 2 == 0);
+        input.keyUp(MenuKey::entry2);
         time.runFor(Seconds{0.002});
-        sendKey(QEvent::KeyPress, Qt::Key_2, count % 2 == 0);
+        input.keyDown(MenuKey::entry2);
         time.runFor(Seconds{0.028});
     }
     EXPECT_EQ(launched, Names{});
-    sendKey(QEvent::KeyRelease, Qt::Key_2);
+    input.keyUp(MenuKey::entry2);
     time.runFor(releaseTime);
     EXPECT_EQ(launched, Names{"Entry 2"});
 }
 
 TEST_F(SmartButtonOverlayTest, ReleaseOfAKeyThatWasDownBefore_DoesNothing) {
     open(numbered(2));
-    sendKey(QEvent::KeyRelease, Qt::Key_Escape);
-    sendKey(QEvent::KeyRelease, Qt::Key_1);
+    input.keyUp(MenuKey::leave);
+    input.keyUp(MenuKey::entry1);
     time.runFor(releaseTime);
     EXPECT_EQ(dismissals, 0);
     EXPECT_EQ(launched, Names{});
@@ -246,22 +248,22 @@ TEST_F(SmartButtonOverlayTest, ReleaseOfAKeyThatWasDownBefore_DoesNothing) {
 
 TEST_F(SmartButtonOverlayTest, AnotherKeyPressedMeanwhile_TakesTheFirstBack) {
     open(numbered(2));
-    sendKey(QEvent::KeyPress, Qt::Key_1);
-    sendKey(QEvent::KeyPress, Qt::Key_Escape);
+    input.keyDown(MenuKey::entry1);
+    input.keyDown(MenuKey::leave);
     EXPECT_FALSE(overlay->entries()[0]->isDown());
-    sendKey(QEvent::KeyRelease, Qt::Key_1);
+    input.keyUp(MenuKey::entry1);
     time.runFor(releaseTime);
     EXPECT_EQ(launched, Names{});
-    sendKey(QEvent::KeyRelease, Qt::Key_Escape);
+    input.keyUp(MenuKey::leave);
     time.runFor(releaseTime);
     EXPECT_EQ(dismissals, 1);
 }
 
 TEST_F(SmartButtonOverlayTest, AnotherKeyRightAfterTheRelease_FindsItDone) {
     open(numbered(2));
-    sendKey(QEvent::KeyPress, Qt::Key_1);
-    sendKey(QEvent::KeyRelease, Qt::Key_1);
-    sendKey(QEvent::KeyPress, Qt::Key_2);
+    input.keyDown(MenuKey::entry1);
+    input.keyUp(MenuKey::entry1);
+    input.keyDown(MenuKey::entry2);
     EXPECT_EQ(launched, Names{"Entry 1"});
     time.runFor(releaseTime);
     EXPECT_EQ(launched, Names{"Entry 1"});
@@ -269,8 +271,8 @@ TEST_F(SmartButtonOverlayTest, AnotherKeyRightAfterTheRelease_FindsItDone) {
 
 TEST_F(SmartButtonOverlayTest, MenuThatGoesRightAfterARelease_ChoosesNothing) {
     open(numbered(1));
-    sendKey(QEvent::KeyPress, Qt::Key_1);
-    sendKey(QEvent::KeyRelease, Qt::Key_1);
+    input.keyDown(MenuKey::entry1);
+    input.keyUp(MenuKey::entry1);
     overlay->vanish();
     time.runFor(releaseTime);
     EXPECT_EQ(launched, Names{});
@@ -278,47 +280,44 @@ TEST_F(SmartButtonOverlayTest, MenuThatGoesRightAfterARelease_ChoosesNothing) {
 
 TEST_F(SmartButtonOverlayTest, ArrowsMoveTheChoiceAndReturnLaunchesIt) {
     open(numbered(4));
-    press(Qt::Key_Return);
+    press(MenuKey::choose);
     EXPECT_EQ(launched, Names{});
-    press(Qt::Key_Right);
+    press(MenuKey::right);
     EXPECT_EQ(overlay->current(), 1U);
     EXPECT_TRUE(overlay->entries()[1]->isCurrent());
-    press(Qt::Key_Down);
+    press(MenuKey::down);
     EXPECT_EQ(overlay->current(), 2U);
     EXPECT_FALSE(overlay->entries()[1]->isCurrent());
     // Nothing lies below.
-    press(Qt::Key_Down);
+    press(MenuKey::down);
     EXPECT_EQ(overlay->current(), 2U);
-    press(Qt::Key_Enter);
+    press(MenuKey::choose);
     EXPECT_EQ(launched, Names{"Entry 3"});
 }
 
 TEST_F(SmartButtonOverlayTest, ArrowTowardsNothing_ChoosesTheFirstEntry) {
     open(numbered(1));
-    press(Qt::Key_Down);
+    press(MenuKey::down);
     EXPECT_EQ(overlay->current(), 0U);
 }
 
-TEST_F(SmartButtonOverlayTest, TabGoesThroughEntriesAndControlsBothWays) {
+TEST_F(SmartButtonOverlayTest, TabGoesThroughEntriesAndControls) {
     open(numbered(2));
     for (const std::size_t expected : {0U, 1U, 2U, 3U, 4U, 0U}) {
-        press(Qt::Key_Tab);
+        press(MenuKey::next);
         EXPECT_EQ(overlay->current(), expected);
     }
-    press(Qt::Key_Backtab);
+    for (int count = 0; count < 4; ++count) press(MenuKey::next);
     EXPECT_EQ(overlay->current(), 4U);
-    press(Qt::Key_Space);
+    press(MenuKey::choose);
     EXPECT_EQ(edits, 1);
-    open(numbered(2));
-    press(Qt::Key_Backtab);
-    EXPECT_EQ(overlay->current(), 4U);
 }
 
 TEST_F(SmartButtonOverlayTest, KeyboardAndPointer_DoNotBothShowAChoice) {
     open(numbered(4));
     enter(overlay->entries()[2]);
     EXPECT_TRUE(overlay->entries()[2]->isHovered());
-    press(Qt::Key_Up);
+    press(MenuKey::up);
     EXPECT_FALSE(overlay->entries()[2]->isHovered());
     EXPECT_TRUE(overlay->entries()[0]->isCurrent());
     enter(overlay->entries()[3]);
@@ -328,7 +327,7 @@ TEST_F(SmartButtonOverlayTest, KeyboardAndPointer_DoNotBothShowAChoice) {
 
 TEST_F(SmartButtonOverlayTest, EscapeDismisses) {
     open(numbered(1));
-    press(Qt::Key_Escape);
+    press(MenuKey::leave);
     EXPECT_EQ(dismissals, 1);
 }
 
@@ -447,14 +446,46 @@ TEST_F(SmartButtonOverlayTest, WindowTakesNoFocus) {
     EXPECT_EQ(overlay->geometry(), QGuiApplication::primaryScreen()->geometry());
 }
 
-TEST_F(SmartButtonOverlayTest, VanishedOverlayTellsNothingAndHoldsNoKeyboard) {
+TEST_F(SmartButtonOverlayTest, ClickBesideTheWindowDismisses) {
+    open(numbered(1));
+    input.clickElsewhere();
+    EXPECT_EQ(dismissals, 1);
+}
+
+TEST_F(SmartButtonOverlayTest, KeyWhoseReleaseWasLost_ChoosesWhenItIsPressedAgain) {
     open(numbered(2));
-    EXPECT_EQ(QWidget::keyboardGrabber(), overlay.get());
-    overlay->vanish();
+    input.keyDown(MenuKey::entry1);
+    input.keyDown(MenuKey::entry1);
+    input.keyUp(MenuKey::entry1);
+    time.runFor(releaseTime);
+    EXPECT_EQ(launched, Names{"Entry 1"});
+}
+
+TEST_F(SmartButtonOverlayTest, NothingIsGrabbedFromOtherPrograms) {
+    open(numbered(2));
+    EXPECT_TRUE(input.isOpen());
     EXPECT_EQ(QWidget::keyboardGrabber(), nullptr);
+    EXPECT_EQ(QWidget::mouseGrabber(), nullptr);
+    EXPECT_NE(overlay->windowType(), Qt::Popup);
+}
+
+TEST_F(SmartButtonOverlayTest, KeysAreGivenBackBeforeAnEntryIsLaunched) {
+    open(numbered(2));
+    bool wasOpen = true;
+    onLaunch = [&] { wasOpen = input.isOpen(); };
+    press(MenuKey::entry2);
+    EXPECT_EQ(launched, Names{"Entry 2"});
+    EXPECT_FALSE(wasOpen);
+}
+
+TEST_F(SmartButtonOverlayTest, VanishedOverlayTellsNothingAndHasNoKeys) {
+    open(numbered(2));
+    EXPECT_TRUE(input.isOpen());
+    overlay->vanish();
+    EXPECT_FALSE(input.isOpen());
     EXPECT_FALSE(overlay->isVisible());
-    press(Qt::Key_1);
-    press(Qt::Key_Escape);
+    press(MenuKey::entry1);
+    press(MenuKey::leave);
     overlay->entries()[0]->click();
     EXPECT_EQ(launched, Names{});
     EXPECT_EQ(dismissals, 0);

@@ -38,7 +38,8 @@ class SmartButtonWindowsTest : public testing::Test {
                                 .appearance = desktop.appearance(),
                                 .workspace = desktop.workspace(),
                                 .defaults = desktop.userDefaults(),
-                                .timers = desktop.timers()}};
+                                .timers = desktop.timers(),
+                                .input = desktop.menuInput()}};
 };
 
 TEST_F(SmartButtonWindowsTest, OverlayGoesWithItsPanelAndGivesItsMemoryBack) {

@@ -12,6 +12,7 @@
 #include "Platform/InputState.hpp"
 #include "Platform/KeyMonitors.hpp"
 #include "Platform/LoginItem.hpp"
+#include "Platform/MenuInput.hpp"
 #include "Platform/Notifications.hpp"
 #include "Platform/PlatformFailure.hpp"
 #include "Platform/RunLoop.hpp"
@@ -52,6 +53,7 @@ class Platform {
     virtual SystemViews& systemViews() = 0;
     virtual Notifications& notifications() = 0;
     virtual KeyMonitors& keyMonitors() = 0;
+    virtual MenuInput& menuInput() = 0;
     virtual AudioInput& audioInput() = 0;
     virtual LoginItem& loginItem() = 0;
     virtual const BundleInfo& bundleInfo() = 0;

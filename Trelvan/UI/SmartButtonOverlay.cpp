@@ -4,11 +4,9 @@
 #include "UI/Symbols/Symbols.hpp"
 
 #include <QAccessibleWidget>
-#include <QCursor>
 #include <QElapsedTimer>
 #include <QGraphicsOpacityEffect>
 #include <QGuiApplication>
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
@@ -16,7 +14,6 @@
 #include <QRadialGradient>
 #include <QScreen>
 #include <QTimer>
-#include <QWindow>
 #include <algorithm>
 #include <utility>
 
@@ -197,9 +194,10 @@ void SmartButtonOverlay::appear() {
     if (look_.isAnimated) fadeIn();
     show();
     raise();
-    // Where another program holds one of them already, the menu works with the other.
-    grabKeyboard();
-    windowHandle()->setMouseGrabEnabled(true);
+    input_ = look_.input.open(winId(), entries_.size(),
+                              {.keyDown = [this](MenuKey key) { keyDown(key); },
+                               .keyUp = [this](MenuKey key) { keyUp(key); },
+                               .leave = [this] { call(view_.onDismiss); }});
     tellScreenReader(this, QAccessible::PopupMenuStart);
 }
 
@@ -221,18 +219,9 @@ void SmartButtonOverlay::vanish() {
     if (std::exchange(isGone_, true)) return;
     released_.reset();
     if (isVisible()) tellScreenReader(this, QAccessible::PopupMenuEnd);
-    releaseKeyboard();
-    if (QWindow* window = windowHandle()) window->setMouseGrabEnabled(false);
+    input_.reset();
     hide();
     behind_ = {};
-}
-
-void SmartButtonOverlay::giveInputBack() {
-    releaseKeyboard();
-    windowHandle()->setMouseGrabEnabled(false);
-    // A question on the toolkit's own connection: with the answer the server has done what was asked before,
-    // and no event was handled meanwhile.
-    QCursor::pos();
 }
 
 void SmartButtonOverlay::call(const std::function<void()>& function) {
@@ -244,7 +233,8 @@ void SmartButtonOverlay::call(const std::function<void()>& function) {
 
 void SmartButtonOverlay::choose(std::size_t entry) {
     if (isGone_ || entry >= entries_.size()) return;
-    giveInputBack();
+    // What is typed for the entry may be one of the menu's own keys.
+    input_.reset();
     call([this, entry] { view_.onLaunch(view_.apps[entry]); });
 }
 
@@ -265,64 +255,55 @@ void SmartButtonOverlay::moveBy(Arrow arrow) {
     if (next) setCurrent(next);
 }
 
-void SmartButtonOverlay::step(std::size_t distance) {
-    const std::size_t count = buttons_.size();
-    // Before the first one when there is none.
-    const std::size_t from = current_.value_or(count - 1);
-    setCurrent(!current_ && distance != 1 ? count - 1 : (from + distance) % count);
+void SmartButtonOverlay::stepOn() {
+    setCurrent(current_ ? (*current_ + 1) % buttons_.size() : 0);
 }
 
-std::optional<std::size_t> SmartButtonOverlay::buttonOf(int key) const {
-    if (key >= Qt::Key_1 && key <= Qt::Key_8) {
-        const auto entry = static_cast<std::size_t>(key - Qt::Key_1);
-        return entry < entries_.size() ? std::optional(entry) : std::nullopt;
-    }
-    const bool isChoice = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
-    return isChoice ? current_ : std::nullopt;
+std::optional<std::size_t> SmartButtonOverlay::buttonOf(MenuKey key) const {
+    if (const auto entry = entryOf(key)) return *entry < entries_.size() ? entry : std::nullopt;
+    return key == MenuKey::choose ? current_ : std::nullopt;
 }
 
-void SmartButtonOverlay::keyPressEvent(QKeyEvent* event) {
-    const int key = event->key();
+void SmartButtonOverlay::keyDown(MenuKey key) {
     if (released_) {
         // It was never released, or another key came quickly after it.
         if (key == heldKey_) return released_.reset();
         finishKey();
-        if (isGone_) return;
     }
+    if (isGone_) return;
     switch (key) {
-        case Qt::Key_Left:
+        case MenuKey::left:
             return moveBy(Arrow::left);
-        case Qt::Key_Right:
+        case MenuKey::right:
             return moveBy(Arrow::right);
-        case Qt::Key_Up:
+        case MenuKey::up:
             return moveBy(Arrow::up);
-        case Qt::Key_Down:
+        case MenuKey::down:
             return moveBy(Arrow::down);
-        case Qt::Key_Tab:
-            return step(1);
-        case Qt::Key_Backtab:
-            return step(buttons_.size() - 1);
+        case MenuKey::next:
+            return stepOn();
         default:
             break;
     }
-    if (event->isAutoRepeat()) return;
+    if (key == heldKey_) return;
     const auto button = buttonOf(key);
-    if (!button && key != Qt::Key_Escape) return;
+    if (!button && key != MenuKey::leave) return;
     heldKey_ = key;
     if (button) setCurrent(button);
     for (std::size_t each = 0; each < buttons_.size(); ++each) buttons_[each]->setDown(button == each);
 }
 
-void SmartButtonOverlay::keyReleaseEvent(QKeyEvent* event) {
-    if (event->isAutoRepeat() || heldKey_ == 0 || event->key() != heldKey_) return;
+void SmartButtonOverlay::keyUp(MenuKey key) {
+    if (isGone_ || heldKey_ != key) return;
     released_ = look_.timers.once(releaseTime, [this] { finishKey(); });
 }
 
 void SmartButtonOverlay::finishKey() {
     const auto timer = std::move(released_);
-    const int key = std::exchange(heldKey_, 0);
-    if (key == Qt::Key_Escape) return call(view_.onDismiss);
-    const auto button = buttonOf(key);
+    const auto key = std::exchange(heldKey_, std::nullopt);
+    if (!key) return;
+    if (key == MenuKey::leave) return call(view_.onDismiss);
+    const auto button = buttonOf(*key);
     for (RadialButton* each : buttons_) each->setDown(false);
     if (button) buttons_[*button]->click();
 }

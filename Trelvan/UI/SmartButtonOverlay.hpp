@@ -2,6 +2,7 @@
 
 #include "Core/Model/AppLanguage.hpp"
 #include "Core/SmartButtonPanels.hpp"
+#include "Platform/MenuInput.hpp"
 #include "Platform/RunLoop.hpp"
 #include "UI/RadialButtons.hpp"
 #include "UI/RadialNavigation.hpp"
@@ -18,14 +19,15 @@ class QScreen;
 
 namespace trelvan {
 
-/// The overlay of the radial menu: a window over a whole screen that takes the focus from nobody. It holds
-/// keyboard and pointer while it is shown, so that the menu can be used with keys all the same and a click on
-/// another screen closes it. What a key or a button chooses happens when it is released, so that neither its
-/// release nor its repetition reaches the application in front. Main thread.
+/// The overlay of the radial menu: a window over a whole screen that takes the focus from nobody and grabs
+/// nothing. Its keys and the clicks beside it come from the platform. What a key or a button chooses happens
+/// when it is released, so that neither its release nor its repetition reaches the application in front. Main
+/// thread.
 class SmartButtonOverlay final : public QWidget {
   public:
     struct Look {
         Timers& timers;
+        MenuInput& input;
         RadialTheme theme;
         AppLanguage language = AppLanguage::english;
         /// Whether the menu fades in.
@@ -52,10 +54,9 @@ class SmartButtonOverlay final : public QWidget {
     SmartButtonOverlay(SmartButtonRadialView view, const RadialLayout& layout, QScreen* screen, Look look);
     ~SmartButtonOverlay() override;
 
-    /// Puts the window over its screen, ahead of the others, and takes the keyboard.
+    /// Puts the window over its screen, ahead of the others, and takes the menu's keys.
     void appear();
-    /// Takes the window away at once and gives keyboard and pointer back; no function of the view is called
-    /// after it.
+    /// Gives the keys back and takes the window away at once; no function of the view is called after it.
     void vanish();
     /// Whether it is in the middle of calling a function of the view, and so must not be deleted.
     [[nodiscard]] bool isCalling() const { return calls_ > 0; }
@@ -69,8 +70,6 @@ class SmartButtonOverlay final : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
-    void keyReleaseEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
@@ -83,18 +82,18 @@ class SmartButtonOverlay final : public QWidget {
     void loadIcons(std::size_t from);
     void fadeIn();
     void watchScreen(const QScreen* screen);
+    void keyDown(MenuKey key);
+    void keyUp(MenuKey key);
     /// The key that was held is up: does what it chooses.
     void finishKey();
     /// What the key chooses at its release; none when it is no key that chooses.
-    [[nodiscard]] std::optional<std::size_t> buttonOf(int key) const;
+    [[nodiscard]] std::optional<std::size_t> buttonOf(MenuKey key) const;
     void moveBy(Arrow arrow);
-    void step(std::size_t distance);
+    void stepOn();
     void setCurrent(std::optional<std::size_t> index);
     void choose(std::size_t entry);
     /// Calls a function of the view, which may take this window away.
     void call(const std::function<void()>& function);
-    /// Gives keyboard and pointer back and waits until the server has done so: what comes next is for others.
-    void giveInputBack();
     [[nodiscard]] QString text(std::string_view english, std::string_view spanish) const;
 
     SmartButtonRadialView view_;
@@ -106,8 +105,10 @@ class SmartButtonOverlay final : public QWidget {
     std::vector<RadialControl*> controls_;
     std::vector<RadialButton*> buttons_;
     std::optional<std::size_t> current_;
-    /// The key that was pressed here and not yet released; 0 for none.
-    int heldKey_ = 0;
+    /// Has the menu's keys while it is shown.
+    std::unique_ptr<MenuInput::Session> input_;
+    /// The key that was pressed here and not yet released.
+    std::optional<MenuKey> heldKey_;
     /// Runs from the held key's release until it counts.
     std::unique_ptr<Timers::Timer> released_;
     bool isPressed_ = false;

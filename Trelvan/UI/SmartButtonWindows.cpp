@@ -114,6 +114,7 @@ QScreen* SmartButtonWindows::screenOf(const BottomLeftRect& frame) const {
 
 SmartButtonOverlay::Look SmartButtonWindows::look() {
     return {.timers = ports_.timers,
+            .input = ports_.input,
             .theme = isDark(ports_.defaults, ports_.appearance) ? RadialTheme::dark() : RadialTheme::light(),
             .language = languageFromSetting(languageSetting(ports_.defaults)),
             .isAnimated = isAnimated(ports_.appearance),

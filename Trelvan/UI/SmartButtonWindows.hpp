@@ -2,6 +2,7 @@
 
 #include "Core/SmartButtonPanels.hpp"
 #include "Platform/Appearance.hpp"
+#include "Platform/MenuInput.hpp"
 #include "Platform/RunLoop.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/UserDefaults.hpp"
@@ -23,6 +24,7 @@ class SmartButtonWindows final : public SmartButtonPanels {
         const Workspace& workspace;
         const UserDefaults& defaults;
         Timers& timers;
+        MenuInput& input;
     };
 
     /// The settings content, as a widget without a parent.

@@ -28,7 +28,8 @@ class InputServerTest : public ServerTest {
     HeldPage page;
     EventOrigin origin;
     LinuxEventTap tap{pump, modifiers, activity, timers, page, origin};
-    LinuxEventPoster poster{connect(), tap, page, origin};
+    MenuKeyGrabs menuKeys{page};
+    LinuxEventPoster poster{connect(), tap, menuKeys, page, origin};
     LinuxInputState input{pump, modifiers, activity, timers, poster};
 };
 

@@ -61,9 +61,10 @@ bool isMotion(EventType type) {
 }  // namespace
 
 LinuxEventPoster::LinuxEventPoster(std::unique_ptr<XConnection> connection, LinuxEventTap& tap,
-                                   HeldPage& page, const EventOrigin& origin)
+                                   MenuKeyGrabs& menuKeys, HeldPage& page, const EventOrigin& origin)
     : connection_(std::move(connection)),
       tap_(tap),
+      menuKeys_(menuKeys),
       origin_(origin),
       ledger_(connection_->display(), page.byPoster),
       held_(connection_->display(), ledger_, page.putBack),
@@ -138,6 +139,7 @@ void LinuxEventPoster::post(const KeyEvent& event, TapLocation /*at*/) {
 }
 
 void LinuxEventPoster::pressKey(int keycode, EventFlags flags) {
+    const MenuKeyGrabs::Gap gap = menuKeys_.letThrough(keycode);
     const unsigned wanted = map_.modifiers(flags);
     held_.settle();
     held_.suspendAllBut(wanted, map_);
@@ -149,6 +151,7 @@ void LinuxEventPoster::pressKey(int keycode, EventFlags flags) {
     }
     held_.forgetBeforePress(keycode);
     ledger_.key(keycode, true);
+    if (gap.isOpen()) XSync(connection_->display(), x11::no);
 }
 
 void LinuxEventPoster::pressMissing(int keycode, unsigned wanted) {

@@ -4,6 +4,7 @@
 #include "Platform/Linux/HeldModifiers.hpp"
 #include "Platform/Linux/LinuxEventTap.hpp"
 #include "Platform/Linux/MediaKeycodes.hpp"
+#include "Platform/Linux/MenuKeyGrabs.hpp"
 #include "Platform/Linux/XConnection.hpp"
 
 #include <array>
@@ -24,9 +25,9 @@ namespace trelvan {
 /// Any thread; a lock is held for each call. `postCopy` is the tap's, on the main thread.
 class LinuxEventPoster : public EventPoster {
   public:
-    /// The page and the origin must outlive the poster.
-    LinuxEventPoster(std::unique_ptr<XConnection> connection, LinuxEventTap& tap, HeldPage& page,
-                     const EventOrigin& origin);
+    /// Tap, menu keys, page and origin must outlive the poster. What is posted is none of the menu's keys.
+    LinuxEventPoster(std::unique_ptr<XConnection> connection, LinuxEventTap& tap, MenuKeyGrabs& menuKeys,
+                     HeldPage& page, const EventOrigin& origin);
     ~LinuxEventPoster() override;
 
     [[nodiscard]] std::optional<KeyEvent> makeKey(EventSourceState source, KeyCode keyCode, bool down,
@@ -68,6 +69,7 @@ class LinuxEventPoster : public EventPoster {
     std::atomic<std::chrono::steady_clock::time_point> lastPost_{};
     std::unique_ptr<XConnection> connection_;
     LinuxEventTap& tap_;
+    MenuKeyGrabs& menuKeys_;
     const EventOrigin& origin_;
     XTestLedger ledger_;
     HeldModifiers held_;

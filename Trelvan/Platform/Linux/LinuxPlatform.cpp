@@ -18,6 +18,7 @@
 #include "Platform/Linux/LinuxInputState.hpp"
 #include "Platform/Linux/LinuxKeyMonitors.hpp"
 #include "Platform/Linux/LinuxLoginItem.hpp"
+#include "Platform/Linux/LinuxMenuInput.hpp"
 #include "Platform/Linux/LinuxNotifications.hpp"
 #include "Platform/Linux/LinuxScreens.hpp"
 #include "Platform/Linux/LinuxSessionState.hpp"
@@ -93,7 +94,7 @@ struct LinuxPlatform::Parts {
           connection(std::move(main)),
           defaults(options.configDirectory.empty() ? SettingsFile::defaultFolder() : options.configDirectory,
                    [this](std::function<void()> job) { mainQueue.async(std::move(job)); }),
-          poster(std::move(posting), tap, guard->page(), origin),
+          poster(std::move(posting), tap, menuKeys, guard->page(), origin),
           loginItem(LinuxLoginItem::present(startArguments(options))) {
         setLastWish([this] {
             defaults.flush();
@@ -126,6 +127,7 @@ struct LinuxPlatform::Parts {
     ModifierState modifiers{pump};
     EventOrigin origin;
     LinuxEventTap tap{pump, modifiers, activity, timers, guard->page(), origin};
+    MenuKeyGrabs menuKeys{guard->page()};
     LinuxEventPoster poster;
     LinuxInputState inputState{pump, modifiers, activity, timers, poster};
     EscapeHold escapeHold{pump, timers, [this] { escape(); }};
@@ -141,6 +143,7 @@ struct LinuxPlatform::Parts {
     LinuxNotifications notifications{QDBusConnection::sessionBus(),
                                      [] { return QGuiApplication::focusWindow() != nullptr; }};
     LinuxKeyMonitors keyMonitors{pump, modifiers};
+    LinuxMenuInput menuInput{pump, menuKeys};
     CoveringWindows covering{*guard};
     PulseAudioInput audio;
     LinuxLoginItem loginItem;
@@ -211,6 +214,9 @@ Notifications& LinuxPlatform::notifications() {
 }
 KeyMonitors& LinuxPlatform::keyMonitors() {
     return parts_->keyMonitors;
+}
+MenuInput& LinuxPlatform::menuInput() {
+    return parts_->menuInput;
 }
 AudioInput& LinuxPlatform::audioInput() {
     return parts_->audio;

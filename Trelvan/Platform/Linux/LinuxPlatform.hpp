@@ -36,6 +36,7 @@ class LinuxPlatform : public Platform {
     SystemViews& systemViews() override;
     Notifications& notifications() override;
     KeyMonitors& keyMonitors() override;
+    MenuInput& menuInput() override;
     AudioInput& audioInput() override;
     LoginItem& loginItem() override;
     const BundleInfo& bundleInfo() override;

@@ -40,6 +40,7 @@ struct SimulatedDesktop::Parts {
     SimulatedViews views;
     SimulatedNotifications notifications;
     SimulatedKeyMonitors keyMonitors;
+    SimulatedMenuInput menuInput;
     SimulatedAudioInput audioInput;
     SimulatedLoginItem loginItem;
     SimulatedBundleInfo bundleInfo;
@@ -147,6 +148,9 @@ Notifications& SimulatedDesktop::notifications() {
 }
 KeyMonitors& SimulatedDesktop::keyMonitors() {
     return parts_->keyMonitors;
+}
+SimulatedMenuInput& SimulatedDesktop::menuInput() {
+    return parts_->menuInput;
 }
 AudioInput& SimulatedDesktop::audioInput() {
     return parts_->audioInput;

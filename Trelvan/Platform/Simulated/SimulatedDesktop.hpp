@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Platform.hpp"
+#include "Platform/Simulated/SimulatedInput.hpp"
 #include "Platform/Simulated/Trace.hpp"
 #include "Platform/Simulated/VirtualTime.hpp"
 #include "Utilities/Logger.hpp"
@@ -171,6 +172,7 @@ class SimulatedDesktop : public Platform {
     SystemViews& systemViews() override;
     Notifications& notifications() override;
     KeyMonitors& keyMonitors() override;
+    SimulatedMenuInput& menuInput() override;
     AudioInput& audioInput() override;
     LoginItem& loginItem() override;
     const BundleInfo& bundleInfo() override;

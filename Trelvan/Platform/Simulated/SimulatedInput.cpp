@@ -114,4 +114,55 @@ bool SimulatedPoster::postCopy(const TapEvent& changed, TapLocation at) {
     return true;
 }
 
+// Menu
+
+class SimulatedMenuInput::Opened final : public Session {
+  public:
+    Opened(SimulatedMenuInput& owner, std::size_t count, Handlers given)
+        : handlers(std::move(given)), entries(count), owner_(owner) {}
+    Opened(const Opened&) = delete;
+    Opened& operator=(const Opened&) = delete;
+    ~Opened() override {
+        if (owner_.opened_ == this) owner_.opened_ = nullptr;
+    }
+
+    const Handlers handlers;
+    const std::size_t entries;
+
+  private:
+    SimulatedMenuInput& owner_;
+};
+
+std::unique_ptr<MenuInput::Session> SimulatedMenuInput::open(std::uintptr_t /*window*/, std::size_t entries,
+                                                             Handlers handlers) {
+    auto session = std::make_unique<Opened>(*this, entries, std::move(handlers));
+    opened_ = session.get();
+    return session;
+}
+
+bool SimulatedMenuInput::has(MenuKey key) const {
+    if (opened_ == nullptr) return false;
+    const auto entry = entryOf(key);
+    return !entry || *entry < opened_->entries;
+}
+
+void SimulatedMenuInput::keyDown(MenuKey key) {
+    if (!has(key)) return;
+    // A copy, like the others below: the handler may let go of the session.
+    const auto handler = opened_->handlers.keyDown;
+    if (handler) handler(key);
+}
+
+void SimulatedMenuInput::keyUp(MenuKey key) {
+    if (!has(key)) return;
+    const auto handler = opened_->handlers.keyUp;
+    if (handler) handler(key);
+}
+
+void SimulatedMenuInput::clickElsewhere() {
+    if (opened_ == nullptr) return;
+    const auto handler = opened_->handlers.leave;
+    if (handler) handler();
+}
+
 }  // namespace trelvan

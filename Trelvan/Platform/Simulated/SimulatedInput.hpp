@@ -3,6 +3,7 @@
 #include "Platform/EventPoster.hpp"
 #include "Platform/EventTap.hpp"
 #include "Platform/InputState.hpp"
+#include "Platform/MenuInput.hpp"
 #include "Platform/RunLoop.hpp"
 
 #include <array>
@@ -83,6 +84,27 @@ class SimulatedPoster final : public EventPoster {
     SimulatedDesktop& desktop_;
     SimulatedTap& tap_;
     SimulatedInputState& input_;
+};
+
+/// The input of an open menu, which the test gives it.
+class SimulatedMenuInput final : public MenuInput {
+  public:
+    [[nodiscard]] std::unique_ptr<Session> open(std::uintptr_t window, std::size_t entries,
+                                                Handlers handlers) override;
+
+    /// A key of the menu on some keyboard; nothing where no menu is open or it has no such key.
+    void keyDown(MenuKey key);
+    void keyUp(MenuKey key);
+    void clickElsewhere();
+
+    [[nodiscard]] bool isOpen() const { return opened_ != nullptr; }
+
+  private:
+    class Opened;
+
+    [[nodiscard]] bool has(MenuKey key) const;
+
+    Opened* opened_ = nullptr;
 };
 
 }  // namespace trelvan
