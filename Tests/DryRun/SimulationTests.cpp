@@ -160,7 +160,7 @@ TEST_F(SimulationTest, TextsThatNeedItAreEscaped) {
     run(R"({"do":"start"})");
     trace.clear();
     run(R"({"do":"call","operation":"rename","profile":0,"name":"a\"b\u0001ñ"})");
-    EXPECT_THAT(trace.front(), HasSubstr(R"(Perfil renombrado: 'a\"b\u0001ñ')"));
+    EXPECT_THAT(trace.front(), HasSubstr(R"(Perfil renombrado: 'a\"b\\x01ñ')"));
 }
 
 TEST_F(SimulationTest, TwoRunsGiveTheSameIdentifiers) {
