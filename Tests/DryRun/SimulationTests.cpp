@@ -143,6 +143,21 @@ TEST_F(SimulationTest, CallsAndPrintsNeedAStartedProgram) {
     EXPECT_THAT(run(R"({"do":"print","what":"weather"})"), HasSubstr("what: "));
 }
 
+TEST_F(SimulationTest, SavesThatFailKeepWhatWasStoredBefore) {
+    run(R"({"do":"start"})");
+    run(R"({"do":"call","operation":"addExtraButtonMapping","button":20})");
+    run(R"({"do":"fail","what":"save","on":true})");
+    run(R"({"do":"call","operation":"addExtraButtonMapping","button":21})");
+    run(R"({"do":"print","what":"defaults"})");
+    EXPECT_THAT(trace.back(), HasSubstr(R"("buttonNumber":20)"));
+    EXPECT_THAT(trace.back(), testing::Not(HasSubstr(R"("buttonNumber":21)")));
+    run(R"({"do":"fail","what":"save","on":false})");
+    run(R"({"do":"call","operation":"addExtraButtonMapping","button":22})");
+    run(R"({"do":"print","what":"defaults"})");
+    EXPECT_THAT(trace.back(), HasSubstr(R"("buttonNumber":21)"));
+    EXPECT_THAT(trace.back(), HasSubstr(R"("buttonNumber":22)"));
+}
+
 TEST_F(SimulationTest, EventsBeforeStartReachNoTap) {
     EXPECT_EQ(run(R"({"do":"event","type":25,"button":3})"), "");
     EXPECT_THAT(trace, IsEmpty());

@@ -138,6 +138,7 @@ class Simulation::World {
     Problem doDefaults(const Value& line) {
         const Value* set = json::member(line, "set");
         if (set == nullptr || !set->is_object()) return wrong("set", "must be an object");
+        desktop_.settleDefaults();
         for (const auto& [key, value] : set->items()) {
             if (key == ProfileManager::storageKey && !value.is_string()) {
                 desktop_.defaults[key] = Data{json::serialize(value)};
@@ -261,6 +262,7 @@ class Simulation::World {
                  {"save", &desktop_.failures.save}}};
             for (const auto& [name, failure] : switches) {
                 if (name != record.what) continue;
+                desktop_.settleDefaults();
                 *failure = record.on;
                 return std::nullopt;
             }
@@ -349,6 +351,7 @@ class Simulation::World {
     Problem doPrint(const Value& line) {
         return with<script::Print>(line, [this](const auto& record) -> Problem {
             if (!app_) return CodingError{"", "print before start"};
+            desktop_.settleDefaults();
             const auto state = stateOf(*app_, desktop_, menu_, record.what);
             if (!state)
                 return wrong("what", "\"" + record.what + "\" is not a state that can be printed here");

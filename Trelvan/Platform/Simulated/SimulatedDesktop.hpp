@@ -111,7 +111,9 @@ class SimulatedDesktop : public Platform {
     std::map<char32_t, KeyChord> layout;
     /// How the desktop answers when asked for a view; none: it cannot be asked.
     std::function<bool(SystemView, const SystemViews::ByKeys&)> onView;
+    /// To be read after `settleDefaults`, where values may have been set lazily.
     std::map<std::string, DefaultsValue, std::less<>> defaults;
+    std::map<std::string, UserDefaults::Maker> unmadeDefaults;
     std::map<std::string, SimulatedItem, std::less<>> disk;
     /// What was put aside, by the name it got.
     std::map<std::string, std::string> asides;
@@ -125,6 +127,10 @@ class SimulatedDesktop : public Platform {
     }
     /// Writes into the trace.
     Logger logger;
+
+    /// Makes the values that were set lazily: before `defaults` is read, and before `failures.save` is
+    /// switched.
+    void settleDefaults();
 
     /// One event of the hardware (or of another program) at the tap; what became of it, which is `deliver`
     /// for types that are not tapped.

@@ -35,6 +35,7 @@ class SimulatedDefaults final : public UserDefaults {
     explicit SimulatedDefaults(SimulatedDesktop& desktop) : desktop_(desktop) {}
     [[nodiscard]] std::optional<DefaultsValue> object(std::string_view key) const override;
     void set(std::string_view key, DefaultsValue value) override;
+    void setLazily(std::string_view key, Maker make) override;
     void remove(std::string_view key) override;
     [[nodiscard]] std::optional<std::string> putAside(std::string_view key, const Data& data) override;
 
