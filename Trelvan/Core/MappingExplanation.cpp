@@ -42,8 +42,8 @@ constexpr std::array keyNames{
 class Explainer {
   public:
     Explainer(const ProfileSnapshot& profile, EventFlags flags, const ActionShortcuts& shortcuts,
-              AppLanguage language)
-        : profile_(profile), flags_(flags), shortcuts_(shortcuts), language_(language) {}
+              AppLanguage language, const NamedHotKeys& hotKeys)
+        : profile_(profile), flags_(flags), shortcuts_(shortcuts), language_(language), hotKeys_(hotKeys) {}
 
     MappingExplanation explain(std::int64_t buttonNumber) {
         result_.buttonNumber = buttonNumber;
@@ -75,7 +75,8 @@ class Explainer {
 
     std::string_view pick(Pair pair) const { return localized(language_, pair.english, pair.spanish); }
     void say(Pair before, std::string_view middle = {}, Pair after = {}) {
-        result_.why.emplace_back(ShortText(pick(before), middle, pick(after)).view());
+        // Names and paths of the user's are among them.
+        result_.why.push_back(visible(ShortText(pick(before), middle, pick(after))));
     }
     std::string labelOf(ButtonAction action) const { return std::string(label(action, rawValue(language_))); }
 
@@ -169,6 +170,41 @@ class Explainer {
         sayWhatIsSent(mapping, function);
     }
 
+    /// Of a view or tool: the desktop comes first where it can be asked, then the hot key, then the
+    /// catalogue's combination.
+    void sayWhatTheDesktopDoes(const DesktopTool& tool, std::optional<KeyChord> chord) {
+        const auto hotKey = hotKeyOf(tool);
+        if (!shortcuts_.desktopGoesFirst) {
+            if (!hotKey.empty()) return say({"Sent: its hot key ", "Se envía: su atajo "}, hotKey);
+            return say({"It has no hot key: its usual keys or application are tried",
+                        "No tiene atajo: se prueban sus teclas o su aplicación habituales"});
+        }
+        constexpr Pair asked{"Asked of the desktop; where it has no way of its own, ",
+                             "Se pide al escritorio; si no tiene forma propia, "};
+        std::string text(pick(asked));
+        if (!hotKey.empty()) {
+            text.append(pick({"sent: its hot key ", "se envía: su atajo "})).append(hotKey);
+        } else if (chord) {
+            text.append(pick({"sent: ", "se envía: "})).append(textOf(*chord));
+        } else {
+            text.append(pick({"nothing is sent: it has no hot key", "no se envía nada: no tiene atajo"}));
+        }
+        say({text, text});
+    }
+
+    /// The first hot key that the tool has; empty when it has none.
+    std::string hotKeyOf(const DesktopTool& tool) const {
+        if (!hotKeys_) return {};
+        for (const int id : tool.hotKeys) {
+            const auto named = hotKeys_(id);
+            if (!named) continue;
+            std::string text = namesOf(named->flags);
+            if (!text.empty()) text += '+';
+            return text + named->key;
+        }
+        return {};
+    }
+
     std::string textOf(KeyChord chord) const {
         std::string text = namesOf(chord.flags);
         if (!text.empty()) text += '+';
@@ -196,10 +232,9 @@ class Explainer {
             default:
                 break;
         }
-        if (chord && shortcuts_.desktopGoesFirst && desktopTool(function.action) != nullptr) {
-            say({"Asked of the desktop; where it has no way of its own, sent: ",
-                 "Se pide al escritorio; si no tiene forma propia, se envía: "},
-                textOf(*chord));
+        const auto* const tool = desktopTool(function.action);
+        if (tool != nullptr && (shortcuts_.desktopGoesFirst || !chord)) {
+            sayWhatTheDesktopDoes(*tool, chord);
         } else if (chord) {
             say({"Sent: ", "Se envía: "}, textOf(*chord));
         } else if (!recorded.empty()) {
@@ -211,14 +246,26 @@ class Explainer {
     EventFlags flags_;
     const ActionShortcuts& shortcuts_;
     AppLanguage language_;
+    const NamedHotKeys& hotKeys_;
     MappingExplanation result_;
 };
 
 }  // namespace
 
+NamedHotKeys namedHotKeys(const HotKeyTable& table) {
+    return [&table](int id) -> std::optional<NamedHotKey> {
+        const auto chord = combinationOf(table.entry(id));
+        if (!chord) return std::nullopt;
+        const auto* const name = std::ranges::find(keyNames, chord->keyCode, &KeyName::keyCode);
+        return NamedHotKey{chord->flags, name != keyNames.end() ? std::string(name->english)
+                                                                : "key " + std::to_string(chord->keyCode)};
+    };
+}
+
 MappingExplanation explainPress(const ProfileSnapshot& profile, std::int64_t buttonNumber, EventFlags flags,
-                                const ActionShortcuts& shortcuts, AppLanguage language) {
-    return Explainer(profile, flags, shortcuts, language).explain(buttonNumber);
+                                const ActionShortcuts& shortcuts, AppLanguage language,
+                                const NamedHotKeys& hotKeys) {
+    return Explainer(profile, flags, shortcuts, language, hotKeys).explain(buttonNumber);
 }
 
 }  // namespace trelvan

@@ -4,8 +4,11 @@
 #include "Core/Model/AppLanguage.hpp"
 #include "Core/Model/ProfileSnapshot.hpp"
 #include "Platform/ActionShortcuts.hpp"
+#include "Platform/HotKeyTable.hpp"
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,10 +24,16 @@ struct MappingExplanation {
     std::vector<std::string> why;
 };
 
+/// The combination of a symbolic hot key by its identifier; none where it has none.
+using NamedHotKeys = std::function<std::optional<NamedHotKey>(int id)>;
+/// Those of a table, which must live as long; their keys by the names of the catalogue's.
+[[nodiscard]] NamedHotKeys namedHotKeys(const HotKeyTable& table);
+
 /// Explains a press of the button with these modifiers held. The verdict is that of the resolution itself;
-/// the texts say what it looked at. Reads only; any thread.
+/// the texts say what it looked at and what is sent, which for the desktop's views and tools may be one of
+/// the hot keys. Reads only; any thread.
 [[nodiscard]] MappingExplanation explainPress(const ProfileSnapshot& profile, std::int64_t buttonNumber,
                                               EventFlags flags, const ActionShortcuts& shortcuts,
-                                              AppLanguage language);
+                                              AppLanguage language, const NamedHotKeys& hotKeys = {});
 
 }  // namespace trelvan

@@ -2,12 +2,16 @@
 
 #include "Platform/Linux/DurableFile.hpp"
 #include "Platform/Linux/HomeFolder.hpp"
+#include "Platform/Platform.hpp"
 #include "Utilities/Logger.hpp"
 
 #include <sys/stat.h>
+#include <xkbcommon/xkbcommon.h>
 
 #include <QFileSystemWatcher>
 #include <QProcess>
+#include <array>
+#include <cctype>
 #include <cstdlib>
 #include <utility>
 
@@ -189,6 +193,45 @@ std::optional<HotKeyEntry> LinuxHotKeys::entry(int id) const {
     return HotKeyEntry{.enabled = true,
                        .parameters = {characterOf(accelerator.keysym), key->keyCode,
                                       static_cast<std::int64_t>(accelerator.flags | key->flags)}};
+}
+
+namespace {
+
+/// What the settings program prints for a schema; nothing where it is not installed.
+std::string settingsOf(std::string_view schema) {
+    QProcess process;
+    process.start(
+        "gsettings",
+        {"list-recursively", QString::fromUtf8(schema.data(), static_cast<qsizetype>(schema.size()))},
+        QIODevice::ReadOnly);
+    return process.waitForFinished() ? process.readAllStandardOutput().toStdString() + "\n" : std::string();
+}
+
+ShortcutTable readShortcuts(DesktopKind desktop) {
+    if (desktop == DesktopKind::kde) return readKdeShortcuts(firstContent(filesOf(desktop)));
+    if (desktop == DesktopKind::xfce) return readXfceShortcuts(firstContent(filesOf(desktop)));
+    std::string settings;
+    for (const auto schema : shortcutSchemas(desktop)) settings += settingsOf(schema);
+    return readSettingsList(settings, desktop);
+}
+
+/// What a person calls the key; a letter is written large.
+std::string keyName(unsigned long keysym) {
+    std::array<char, 64> name{};
+    if (xkb_keysym_get_name(static_cast<xkb_keysym_t>(keysym), name.data(), name.size()) <= 0) return "?";
+    std::string text(name.data());
+    if (text.size() == 1)
+        text.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(text.front())));
+    return text;
+}
+
+}  // namespace
+
+std::map<int, NamedHotKey> desktopHotKeys() {
+    std::map<int, NamedHotKey> result;
+    for (const auto& [id, accelerator] : readShortcuts(currentDesktop()))
+        result[id] = {accelerator.flags, keyName(accelerator.keysym)};
+    return result;
 }
 
 }  // namespace trelvan

@@ -7,6 +7,7 @@
 #include "Platform/SystemViews.hpp"
 
 #include <set>
+#include <vector>
 
 namespace trelvan {
 
@@ -19,6 +20,7 @@ class LinuxSystemViews : public SystemViews {
         : properties_(connection), mainQueue_(mainQueue), desktop_(desktop), hotKeys_(hotKeys) {}
 
     [[nodiscard]] bool show(SystemView view, ByKeys byKeys) override;
+    [[nodiscard]] std::vector<SystemView> offered() const override;
 
   private:
     void showNow(SystemView view, const ByKeys& byKeys);

@@ -3,6 +3,7 @@
 #include "Platform/Linux/BusCall.hpp"
 
 #include <QProcess>
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -65,6 +66,13 @@ void lockByScreenSaver(std::size_t index, const std::function<void()>& otherwise
 
 void ScreenLock::lock(const std::function<void()>& otherwise) {
     lockByScreenSaver(0, otherwise);
+}
+
+bool ScreenLock::isOffered() {
+    return isOnBus(QDBusConnection::systemBus(), "org.freedesktop.login1") ||
+           std::ranges::any_of(screenSavers, [](const ScreenSaver& saver) {
+               return isOnBus(QDBusConnection::sessionBus(), saver.service);
+           });
 }
 
 }  // namespace trelvan

@@ -10,6 +10,8 @@ class ScreenLock {
   public:
     /// Calls `otherwise` when nothing of it is there.
     static void lock(const std::function<void()>& otherwise);
+    /// Whether a screen saver or the login manager runs. Waits for the buses, not for them.
+    [[nodiscard]] static bool isOffered();
 };
 
 }  // namespace trelvan

@@ -3,6 +3,7 @@
 #include "Platform/SystemViews.hpp"
 
 #include <functional>
+#include <vector>
 
 namespace trelvan {
 
@@ -14,6 +15,8 @@ class ShellViews {
 
     /// Asks the shell that is running for the view; calls `otherwise` when none is, or it has no such view.
     static void show(SystemView view, const Otherwise& otherwise);
+    /// The views of the shell that is running. Waits for the bus, not for the shell.
+    [[nodiscard]] static std::vector<SystemView> offered();
     /// GNOME's overview, one step from the grid of its applications.
     static void showGnomeOverview(const Otherwise& otherwise);
 };

@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <variant>
@@ -89,6 +90,8 @@ class SimulatedDesktop : public Platform {
     std::string frontmost = "com.example.app";
     EventFlags modifierFlags = 0;
     bool capsLock = false;
+    /// Whether pointer events that the program posts end the idle time, as on macOS; under X they do not.
+    bool postedCountsAsActivity = false;
     SimulatedMicrophone microphone;
     SimulatedNotificationState notificationState;
     LoginItem::Status loginStatus = LoginItem::Status::notRegistered;
@@ -111,6 +114,9 @@ class SimulatedDesktop : public Platform {
     std::map<char32_t, KeyChord> layout;
     /// How the desktop answers when asked for a view; none: it cannot be asked.
     std::function<bool(SystemView, const SystemViews::ByKeys&)> onView;
+    /// The views that a desktop which can be asked has: those of a bare window manager.
+    std::set<SystemView> offeredViews{SystemView::showDesktop, SystemView::desktopLeft,
+                                      SystemView::desktopRight};
     /// To be read after `settleDefaults`, where values may have been set lazily.
     std::map<std::string, DefaultsValue, std::less<>> defaults;
     std::map<std::string, UserDefaults::Maker> unmadeDefaults;
@@ -173,6 +179,8 @@ class SimulatedDesktop : public Platform {
     IdleInhibitor& idleInhibitor() override;
     const Appearance& appearance() override;
     const ActionShortcuts& actionShortcuts() override { return shortcuts_; }
+    /// Also for what has been handed `actionShortcuts` before.
+    void setActionShortcuts(const ActionShortcuts& shortcuts) { shortcuts_ = shortcuts; }
     /// Nothing happens by itself here: returns at once.
     int run() override { return 0; }
 

@@ -108,6 +108,10 @@ bool SimulatedViews::show(SystemView view, ByKeys byKeys) {
     return desktop_.onView && desktop_.onView(view, byKeys);
 }
 
+std::vector<SystemView> SimulatedViews::offered() const {
+    return {desktop_.offeredViews.begin(), desktop_.offeredViews.end()};
+}
+
 void SimulatedLog::write(const LogRecord& record) {
     // The copy is made for the trace only: without one, a log line costs what it costs elsewhere.
     if (!desktop_.onTrace) return;

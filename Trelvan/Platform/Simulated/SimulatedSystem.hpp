@@ -99,6 +99,7 @@ class SimulatedViews final : public SystemViews {
   public:
     explicit SimulatedViews(SimulatedDesktop& desktop) : desktop_(desktop) {}
     [[nodiscard]] bool show(SystemView view, ByKeys byKeys) override;
+    [[nodiscard]] std::vector<SystemView> offered() const override;
 
   private:
     SimulatedDesktop& desktop_;
