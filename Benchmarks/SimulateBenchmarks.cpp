@@ -43,5 +43,23 @@ void simulatePresses(benchmark::State& state) {
 }
 BENCHMARK(simulatePresses);
 
+/// Scripts of so many operations, each of which adds a mapping; with twice as many it should take twice as
+/// long.
+void simulateAddedMappings(benchmark::State& state) {
+    StandardFiles files;
+    for (auto _ : state) {
+        Simulation simulation(macShortcuts, files, [](std::string_view /*line*/) {});
+        (void)simulation.runLine(R"({"do":"start"})");
+        for (std::int64_t number = 0; number < state.range(0); ++number) {
+            const auto error =
+                simulation.runLine(R"({"do":"call","operation":"addExtraButtonMapping","button":)" +
+                                   std::to_string(number + 10) + "}");
+            if (error) state.SkipWithError(error->c_str());
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(simulateAddedMappings)->Arg(1000)->Arg(5000)->Arg(10000)->Unit(benchmark::kMillisecond);
+
 }  // namespace
 }  // namespace trelvan

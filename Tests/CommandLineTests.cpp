@@ -58,7 +58,8 @@ TEST(CommandLineTest, SimulateTakesOneScriptAndAShortcutTable) {
     const auto parsed = parse({"simulate", "--shortcuts", "linux", "a.jsonl"});
     ASSERT_TRUE(std::holds_alternative<command::Simulate>(parsed));
     EXPECT_EQ(std::get<command::Simulate>(parsed).script, "a.jsonl");
-    EXPECT_TRUE(std::get<command::Simulate>(parsed).linuxShortcuts);
+    EXPECT_EQ(std::get<command::Simulate>(parsed).shortcuts, &linuxShortcuts);
+    EXPECT_EQ(std::get<command::Simulate>(parse({"simulate", "a.jsonl"})).shortcuts, nullptr);
     EXPECT_EQ(std::get<command::Simulate>(parse({"simulate", "-"})).script, "-");
     EXPECT_EQ(complaint(parse({"simulate"})), "simulate needs a script");
     EXPECT_EQ(complaint(parse({"simulate", "a", "b"})), "unexpected argument 'b'");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Model/AppLanguage.hpp"
+#include "Platform/ActionShortcuts.hpp"
 #include "Platform/Quartz.hpp"
 
 #include <cstdint>
@@ -21,8 +22,8 @@ struct Run {
 struct Simulate {
     /// A file's path, or "-" for standard input.
     std::string script;
-    /// Whether the catalogue's shortcuts are those of Linux rather than those of macOS.
-    bool linuxShortcuts = false;
+    /// The platform whose shortcuts and rules hold whatever the script says; null for the script's.
+    const ActionShortcuts* shortcuts = nullptr;
 };
 struct Record {
     /// Where the script goes, a file that does not exist yet; empty for a free name in the working folder.

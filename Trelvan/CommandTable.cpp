@@ -39,8 +39,10 @@ constexpr std::array simulateOptions{
     OptionRow{.name = "--shortcuts",
               .kind = ValueKind::choice,
               .valueName = {"macos|linux", "macos|linux"},
-              .help = {"whose key combinations the actions send; macos is the default",
-                       "de quién son los atajos que envían las acciones; lo habitual es macos"},
+              .help = {"whose key combinations the actions send, and whose desktop's rules hold; otherwise "
+                       "those that the script names, or macos",
+                       "de quién son los atajos que envían las acciones y las reglas del escritorio; si no, "
+                       "los que nombra el guion, o macos"},
               .choices = systems},
 };
 
@@ -93,8 +95,10 @@ Command makeRun(const GivenArguments& given) {
 }
 
 Command makeSimulate(const GivenArguments& given) {
+    const auto asked = given.value("--shortcuts");
+    const ActionShortcuts* shortcuts = asked == "linux" ? &linuxShortcuts : &macShortcuts;
     return command::Simulate{.script = std::string(given.argument().value_or("")),
-                             .linuxShortcuts = given.value("--shortcuts") == "linux"};
+                             .shortcuts = asked ? shortcuts : nullptr};
 }
 
 Command makeRecord(const GivenArguments& given) {

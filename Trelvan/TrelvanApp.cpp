@@ -98,7 +98,8 @@ void TrelvanApp::setupMonitor() {
         return mapper->execute(buttonNumber, flags);
     };
     smartButtonController->onMissing = [this](const SmartButtonApp& app) {
-        notificationPoster.announce("Smart Button: " + app.name + " was not found (" + app.path + ")",
+        notificationPoster.announce("smart-button-missing",
+                                    "Smart Button: " + app.name + " was not found (" + app.path + ")",
                                     "Smart Button: no se encontró " + app.name + " (" + app.path + ")");
     };
     permissions.refresh();

@@ -64,16 +64,19 @@ int recordEvents(int& argc, char** argv, const command::Record& options, AppLang
         print(stderr, "trelvan: " + std::string(reason) + "'" + options.script + "'\n");
         return exitStatus::badUsage;
     }
-    const auto privacy = localized(
-        language,
-        ": recording pointer events, modifier states and your profiles; no key press is recorded. "
-        "Control+C ends it.\n",
-        ": se graban eventos del puntero, estados de modificadores y tus perfiles; no se graba ninguna "
-        "tecla pulsada. Control+C termina.\n");
+    const auto privacy =
+        localized(language,
+                  ": recording pointer events, modifier states and what your active profile does; no key "
+                  "press and none "
+                  "of your names and paths is recorded. Control+C ends it.\n",
+                  ": se graban eventos del puntero, estados de modificadores y lo que hace tu perfil activo; "
+                  "no se graba "
+                  "ninguna tecla pulsada ni ninguno de tus nombres y rutas. Control+C termina.\n");
     print(stderr, file->path() + std::string(privacy));
     Recorder recorder(
         {platform->eventTap(), platform->inputState(), platform->screens(), platform->userDefaults(),
-         platform->hotKeyTable(), platform->clock(), platform->sessionState()},
+         platform->hotKeyTable(), platform->clock(), platform->systemViews(), platform->workspace(),
+         platform->actionShortcuts(), platform->sessionState()},
         [&file](std::string_view line) { file->write(line); });
     int status = exitStatus::ok;
     {
@@ -109,9 +112,9 @@ int main(int argc, char** argv) {
         return exitStatus::ok;
     }
     if (const auto* dryRun = std::get_if<command::Simulate>(&asked))
-        return simulate(dryRun->script, dryRun->linuxShortcuts ? linuxShortcuts : macShortcuts, language);
+        return simulate(dryRun->script, dryRun->shortcuts, language);
     if (const auto* question = std::get_if<command::Explain>(&asked))
-        return explain(*question, platformShortcuts(), language);
+        return explain(*question, platformShortcuts(), &desktopHotKeys, language);
     if (const auto* listing = std::get_if<command::Actions>(&asked))
         return listActions(*listing, platformShortcuts(), language);
     if (const auto* recording = std::get_if<command::Record>(&asked))

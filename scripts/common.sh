@@ -9,7 +9,7 @@ readonly packages=(
     g++ cmake ninja-build ccache pkg-config
     qt6-base-dev libqt6svg6
     libx11-dev libxcb1-dev libxkbcommon-dev libxi-dev libxtst-dev libxss-dev libxrandr-dev libxfixes-dev libxft-dev
-    nlohmann-json3-dev libutf8proc-dev libsystemd-dev libpulse-dev
+    nlohmann-json3-dev libutf8proc-dev libpulse-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     xserver-xorg-core xserver-xorg-video-dummy xserver-xorg-dev x11-xkb-utils xkb-data
     openbox xterm x11-utils x11-xserver-utils x11-apps imagemagick fonts-dejavu-core

@@ -64,6 +64,36 @@ TEST_F(MappingExplanationTest, TerminalsAreSaidToGetSomethingElse) {
               "Sent: Command+Z");
 }
 
+TEST_F(MappingExplanationTest, HotKeyOfTheDesktopIsWhatItSendsWhereItIsNotAskedItself) {
+    map(3, ButtonAction::lockWorkstation);
+    map(4, ButtonAction::showDesktop);
+    const NamedHotKeys known = [](int id) -> std::optional<NamedHotKey> {
+        if (id == hotkey::lockScreen) return NamedHotKey{flag::control | flag::option, "L"};
+        if (id == 37) return NamedHotKey{flag::command, "D"};
+        return std::nullopt;
+    };
+    const auto last = [&](std::int64_t button, AppLanguage language) {
+        return explainPress(ProfileSnapshot(profile), button, 0, linuxShortcuts, language, known).why.back();
+    };
+    EXPECT_EQ(last(3, AppLanguage::english),
+              "Asked of the desktop; where it has no way of its own, sent: its hot key Control+Alt+L");
+    EXPECT_EQ(last(4, AppLanguage::spanish),
+              "Se pide al escritorio; si no tiene forma propia, se envía: su atajo Command+D");
+}
+
+TEST_F(MappingExplanationTest, ViewWithoutAHotKeySendsNothingOnLinux) {
+    map(3, ButtonAction::missionControl);
+    EXPECT_EQ(explain(3).why.back(),
+              "Asked of the desktop; where it has no way of its own, nothing is sent: it has no hot key");
+    EXPECT_EQ(explainPress(ProfileSnapshot(profile), 3, 0, macShortcuts, AppLanguage::english).why.back(),
+              "It has no hot key: its usual keys or application are tried");
+}
+
+TEST_F(MappingExplanationTest, NamesCannotSteerATerminal) {
+    profile.name = "a\n\x1b[2J";
+    EXPECT_EQ(explain(3).why.front(), R"(Active profile: 'a\n\x1b[2J')");
+}
+
 TEST_F(MappingExplanationTest, SpanishSaysTheSame) {
     map(3, ButtonAction::back);
     EXPECT_THAT(explain(3, 0, AppLanguage::spanish).why,

@@ -47,9 +47,10 @@ void DesktopTest::TearDown() {
     application.reset();
 }
 
-void DesktopTest::launch(const Settings& settings, const std::map<std::string, std::string>& more) {
+void DesktopTest::launch(const Settings& settings, const std::map<std::string, std::string>& more,
+                         const std::vector<std::string>& command) {
     running.reset();
-    running = std::make_unique<TrelvanProcess>(desktop(), settings, more);
+    running = std::make_unique<TrelvanProcess>(desktop(), settings, more, command);
 }
 
 void DesktopTest::start(const Settings& settings, const std::map<std::string, std::string>& more) {

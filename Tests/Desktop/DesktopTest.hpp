@@ -33,7 +33,8 @@ class DesktopTest : public testing::Test {
     /// desktop's own.
     void start(const Settings& settings, const std::map<std::string, std::string>& more = {});
     /// The same without waiting for the trackball to be served.
-    void launch(const Settings& settings, const std::map<std::string, std::string>& more = {});
+    void launch(const Settings& settings, const std::map<std::string, std::string>& more = {},
+                const std::vector<std::string>& command = {});
     /// Puts another application's window in the place of the present one.
     void useClient(Protocol protocol, const std::string& windowClass = "");
     /// Until the next `useClient` there is none.

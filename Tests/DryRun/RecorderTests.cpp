@@ -1,4 +1,7 @@
+#include "Core/MappingResolution.hpp"
+#include "DryRun/DesktopRules.hpp"
 #include "DryRun/Recorder.hpp"
+#include "DryRun/RecordingFile.hpp"
 #include "DryRun/RecordingPanels.hpp"
 #include "DryRun/SimulatedMenu.hpp"
 #include "DryRun/Simulation.hpp"
@@ -6,8 +9,14 @@
 #include "TrelvanApp.hpp"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -31,6 +40,7 @@ class RecorderTest : public testing::Test {
         recorder = std::make_unique<Recorder>(
             Recorder::Ports{desktop.eventTap(), desktop.inputState(), desktop.screens(),
                             desktop.userDefaults(), desktop.hotKeyTable(), desktop.clock(),
+                            desktop.systemViews(), desktop.workspace(), desktop.actionShortcuts(),
                             desktop.sessionState()},
             [this](std::string_view line) { script.emplace_back(line); });
         panels = std::make_unique<RecordingPanels>(menu, *recorder);
@@ -47,8 +57,7 @@ class RecorderTest : public testing::Test {
     [[nodiscard]] std::vector<std::string> replay() const {
         std::vector<std::string> trace;
         StandardFiles files;
-        Simulation simulation(macShortcuts, files,
-                              [&trace](std::string_view line) { trace.emplace_back(line); });
+        Simulation simulation(files, [&trace](std::string_view line) { trace.emplace_back(line); });
         for (const auto& line : script) {
             const auto error = simulation.runLine(line);
             EXPECT_FALSE(error) << line << *error;
@@ -62,12 +71,21 @@ class RecorderTest : public testing::Test {
             const auto kind = line.find("\"trace\":");
             if (line.find("\"trace\":\"event\"") != std::string::npos ||
                 line.find("\"trace\":\"post\"") != std::string::npos ||
+                line.find("\"trace\":\"open\"") != std::string::npos ||
+                line.find("\"trace\":\"view\"") != std::string::npos ||
                 line.find("\"trace\":\"menu\"") != std::string::npos ||
                 line.find("Ejecutando") != std::string::npos) {
-                result.push_back(line.substr(kind));
+                result.push_back(withoutNames(line.substr(kind)));
             }
         }
         return result;
+    }
+
+    /// Without what a recording gives other names: labels, entries of the menu, paths.
+    static std::string withoutNames(std::string text) {
+        static const std::regex label("para scroll '[^']*'");
+        static const std::regex path("(\"(application|folder|name)\":)\"[^\"]*\"");
+        return std::regex_replace(std::regex_replace(text, label, "para scroll"), path, "$1");
     }
 
     TestDesktop desktop;
@@ -166,18 +184,109 @@ TEST_F(RecorderTest, LockedScreenIsReplayed) {
     EXPECT_EQ(decisions(replay()), decisions(live));
 }
 
-TEST_F(RecorderTest, HeadHoldsTheSettingsBeforeTheStart) {
+TEST_F(RecorderTest, HeadHoldsPlatformAndSettingsBeforeTheStart) {
     desktop.defaults["trackball_profiles"] = Data{std::string(profiles)};
     desktop.defaults["general_language"] = std::string("Español");
     desktop.defaults["something_private"] = std::string("secret");
     desktop.hotKeyEntries[79] = {.enabled = true, .parameters = {65535, 123, std::nullopt}};
     start();
-    ASSERT_GE(script.size(), 3U);
-    EXPECT_THAT(script[0], HasSubstr("\"trackball_profiles\":[{"));
-    EXPECT_THAT(script[0], HasSubstr("Español"));
-    EXPECT_THAT(script[0], Not(HasSubstr("secret")));
-    EXPECT_THAT(script[1], HasSubstr(R"("79":{"enabled":true,"value":{"parameters":[65535,123,null]}})"));
+    ASSERT_GE(script.size(), 4U);
+    EXPECT_EQ(script[0], "{\"at\":0,\"do\":\"platform\",\"name\":\"macos\"}\n");
+    EXPECT_THAT(script[1], HasSubstr("\"trackball_profiles\":[{"));
+    EXPECT_THAT(script[1], HasSubstr("Español"));
+    EXPECT_THAT(script[1], Not(HasSubstr("secret")));
+    EXPECT_THAT(script[2], HasSubstr(R"("79":{"enabled":true,"value":{"parameters":[65535,123,null]}})"));
     EXPECT_THAT(script.back(), HasSubstr(R"("do":"start")"));
+}
+
+TEST_F(RecorderTest, EveryHotKeyThatAnActionLooksUpIsWritten) {
+    for (int id = 0; id <= 1100; ++id) desktop.hotKeyEntries[id] = {.enabled = true, .parameters = {0, 1, 2}};
+    start();
+    const auto line = std::ranges::find_if(
+        script, [](const auto& each) { return each.find(R"("do":"hotKeys")") != std::string::npos; });
+    ASSERT_NE(line, script.end());
+    for (const auto& tool : desktopTools()) {
+        for (const int id : tool.hotKeys)
+            EXPECT_THAT(*line, HasSubstr("\"" + std::to_string(id) + "\":{")) << rawValue(tool.action);
+    }
+    EXPECT_THAT(*line, Not(HasSubstr("\"1\":{")));
+}
+
+TEST_F(RecorderTest, LinuxDesktopIsReplayedByItsOwnRules) {
+    desktop.setActionShortcuts(linuxShortcuts);
+    desktop.offeredViews = {SystemView::showDesktop};
+    const auto rules = std::make_unique<DesktopRules>(desktop, linuxShortcuts, true);
+    desktop.hotKeyEntries[hotkey::lockScreen] = {.enabled = true, .parameters = {65535, 37, 0x100000}};
+    desktop.defaults["trackball_profiles"] =
+        Data{R"([{"name":"P","mappings":[{"buttonNumber":3,"buttonLabel":"","action":"Copiar"},)"
+             R"({"buttonNumber":4,"buttonLabel":"","action":"Mostrar Escritorio"},)"
+             R"({"buttonNumber":5,"buttonLabel":"","action":"Lock Workstation"},)"
+             R"({"buttonNumber":6,"buttonLabel":"","action":"Mission Control"}]}])"};
+    std::vector<std::string> live;
+    TraceWriter writer([&live](std::string_view line) { live.emplace_back(line); });
+    desktop.onTrace = [&writer](const TraceEntry& entry) { writer.write(entry); };
+    start();
+    for (const std::int64_t button : {3, 4, 5, 6}) {
+        send({.type = EventType::otherMouseDown, .buttonNumber = button});
+        send({.type = EventType::otherMouseUp, .buttonNumber = button});
+    }
+    desktop.time.runUntilBackgroundIsEmpty();
+    desktop.onTrace = nullptr;
+    EXPECT_THAT(script[0], HasSubstr(R"("name":"linux")"));
+    EXPECT_THAT(script[1], HasSubstr(R"("offered":["showDesktop"])"));
+    EXPECT_THAT(decisions(live), Contains(HasSubstr(R"("trace":"view")")));
+    EXPECT_GT(decisions(live).size(), 15U);
+    EXPECT_EQ(decisions(replay()), decisions(live));
+}
+
+TEST_F(RecorderTest, NamesPathsAndApplicationsStayWithTheUser) {
+    desktop.disk["/home/secret/App"] = {SimulatedItem::Kind::application, ""};
+    desktop.disk["/home/secret/Folder"] = {SimulatedItem::Kind::folder, ""};
+    desktop.frontmost = "secret.bank";
+    desktop.defaults["trackball_active_profile"] = std::string("00000000-0000-4000-8000-000000000002");
+    desktop.defaults["trackball_profiles"] = Data{
+        R"([{"id":"00000000-0000-4000-8000-000000000001","name":"secret other","mappings":[]},)"
+        R"({"id":"00000000-0000-4000-8000-000000000002","name":"secret name","mappings":[)"
+        R"({"buttonNumber":3,"buttonLabel":"secret label","action":"Abrir Aplicación","appPath":"/home/secret/App"},)"
+        R"({"buttonNumber":4,"buttonLabel":"","action":"Abrir carpeta","folderPath":"/home/secret/Folder"},)"
+        R"({"buttonNumber":5,"buttonLabel":"","action":"Abrir carpeta","folderPath":"/home/secret/Folder"},)"
+        R"({"buttonNumber":6,"buttonLabel":"","action":"Atajo Personalizado","shortcutName":"secret",)"
+        R"("shortcut":{"keyCode":0,"modifiersRawValue":0,"displayString":"secret"}}],)"
+        R"("smartButton":{"apps":[{"name":"secret","path":"/home/secret/App","iconPath":"/home/secret/icon"}]}}])"};
+    std::vector<std::string> live;
+    TraceWriter writer([&live](std::string_view line) { live.emplace_back(line); });
+    desktop.onTrace = [&writer](const TraceEntry& entry) { writer.write(entry); };
+    start();
+    for (const std::int64_t button : {3, 4, 5, 6}) {
+        desktop.frontmost = "secret." + std::to_string(button);
+        send({.type = EventType::otherMouseDown, .buttonNumber = button});
+        send({.type = EventType::otherMouseUp, .buttonNumber = button});
+    }
+    desktop.time.runUntilBackgroundIsEmpty();
+    desktop.onTrace = nullptr;
+    for (const auto& line : script) EXPECT_THAT(line, Not(HasSubstr("secret")));
+    EXPECT_THAT(decisions(live), Contains(HasSubstr(R"("trace":"open","folder")")));
+    EXPECT_GT(decisions(live).size(), 12U);
+    EXPECT_EQ(decisions(replay()), decisions(live));
+}
+
+TEST(RecordingFileTest, OnlyItsOwnerCanReadARecordingAndNoneIsWrittenOver) {
+    std::string folder = testing::TempDir() + "recording-XXXXXX";
+    ASSERT_NE(mkdtemp(folder.data()), nullptr);
+    const std::string path = folder + "/script.jsonl";
+    const auto before = umask(0);
+    auto file = RecordingFile::create(path);
+    umask(before);
+    ASSERT_TRUE(file);
+    struct stat info {};
+    ASSERT_EQ(stat(path.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777U, 0600U);
+    EXPECT_FALSE(RecordingFile::create(path));
+    // Not through a link that somebody laid there either.
+    const std::string link = folder + "/link.jsonl";
+    ASSERT_EQ(symlink((folder + "/elsewhere").c_str(), link.c_str()), 0);
+    EXPECT_FALSE(RecordingFile::create(link));
+    std::filesystem::remove_all(folder);
 }
 
 TEST_F(RecorderTest, OwnCopiesAreNotWritten) {

@@ -163,6 +163,111 @@ TEST_F(SimulationTest, CallsAndPrintsNeedAStartedProgram) {
     EXPECT_THAT(run(R"({"do":"print","what":"weather"})"), HasSubstr("what: "));
 }
 
+/// A script may name its platform, unless that is fixed from outside.
+class PlatformLineTest : public testing::Test {
+  protected:
+    static std::string run(Simulation& simulation, std::string_view line) {
+        return simulation.runLine(line).value_or("");
+    }
+    /// Runs a press of a button with the action, on the platform that the line names.
+    static std::string press(Simulation& simulation, const std::string& platform, const std::string& action) {
+        std::string errors = platform.empty() ? "" : run(simulation, platform);
+        errors += run(simulation, R"({"do":"defaults","set":{"trackball_profiles":[{"name":"P","mappings":[)"
+                                  R"({"buttonNumber":3,"buttonLabel":"","action":")" +
+                                      action + R"("}]}]}})");
+        errors += run(simulation, R"({"do":"start"})");
+        errors += run(simulation, R"({"do":"event","type":25,"button":3})");
+        errors += run(simulation, R"({"do":"event","type":26,"button":3})");
+        simulation.finish();
+        return errors;
+    }
+    [[nodiscard]] bool contains(std::string_view part) const {
+        for (const auto& line : trace) {
+            if (line.find(part) != std::string::npos) return true;
+        }
+        return false;
+    }
+
+    std::vector<std::string> trace;
+    StandardFiles files;
+    TraceWriter::Output output = [this](std::string_view line) { trace.emplace_back(line); };
+};
+
+constexpr auto controlC = R"("keyCode":8,"down":true,"flags":262144)";
+constexpr auto commandC = R"("keyCode":8,"down":true,"flags":1048576)";
+
+TEST_F(PlatformLineTest, LinuxSendsItsOwnCombinations) {
+    Simulation simulation(files, output);
+    EXPECT_EQ(press(simulation, R"({"do":"platform","name":"linux"})", "Copiar"), "");
+    EXPECT_TRUE(contains(controlC));
+}
+
+TEST_F(PlatformLineTest, WithoutTheLineItIsMacos) {
+    Simulation simulation(files, output);
+    EXPECT_EQ(press(simulation, "", "Copiar"), "");
+    EXPECT_TRUE(contains(commandC));
+}
+
+TEST_F(PlatformLineTest, WhatIsFixedFromOutsideGoesFirst) {
+    Simulation simulation(macShortcuts, files, output);
+    EXPECT_EQ(
+        press(simulation, R"({"do":"platform","name":"linux","postedCountsAsActivity":true})", "Copiar"), "");
+    EXPECT_TRUE(contains(commandC));
+}
+
+TEST_F(PlatformLineTest, KeysAreChecked) {
+    Simulation simulation(files, output);
+    EXPECT_EQ(run(simulation, R"({"do":"platform"})"), "name: required key is missing");
+    EXPECT_EQ(run(simulation, R"({"do":"platform","name":"dos"})"), "name: must be macos or linux");
+    EXPECT_THAT(run(simulation, R"({"do":"platform","name":"linux","postedCountsAsActivity":1})"),
+                HasSubstr("postedCountsAsActivity: "));
+    EXPECT_THAT(run(simulation, R"({"do":"views","offered":["window"]})"),
+                HasSubstr("offered[0]: \"window\" is not a view of the desktop"));
+    run(simulation, R"({"do":"start"})");
+    EXPECT_EQ(run(simulation, R"({"do":"platform","name":"linux"})"), "platform after start");
+}
+
+TEST_F(PlatformLineTest, LinuxDesktopIsAskedBeforeItsHotKeys) {
+    Simulation simulation(files, output);
+    run(simulation,
+        R"({"do":"hotKeys","table":{"36":{"enabled":true,"value":{"parameters":[65535,2,1048576]}}}})");
+    EXPECT_EQ(press(simulation, R"({"do":"platform","name":"linux"})", "Mostrar Escritorio"), "");
+    EXPECT_TRUE(contains(R"("trace":"view","name":"showDesktop")"));
+    EXPECT_FALSE(contains(R"("trace":"post")"));
+}
+
+TEST_F(PlatformLineTest, ViewThatTheLinuxDesktopHasNotIsItsHotKey) {
+    Simulation simulation(files, output);
+    run(simulation, R"({"do":"views","offered":[]})");
+    run(simulation,
+        R"({"do":"hotKeys","table":{"36":{"enabled":true,"value":{"parameters":[65535,2,1048576]}}}})");
+    EXPECT_EQ(press(simulation, R"({"do":"platform","name":"linux"})", "Mostrar Escritorio"), "");
+    EXPECT_TRUE(contains(R"("keyCode":2,"down":true,"flags":1048576)"));
+    EXPECT_FALSE(contains(R"("trace":"view")"));
+}
+
+TEST_F(PlatformLineTest, ViewThatNobodyHasOnLinuxIsOneWarningAndNoKeys) {
+    Simulation simulation(files, output);
+    EXPECT_EQ(press(simulation, R"({"do":"platform","name":"linux"})", "Mission Control"), "");
+    EXPECT_TRUE(contains("Este escritorio no ofrece la vista de ventanas"));
+    EXPECT_FALSE(contains(R"("trace":"post")"));
+}
+
+TEST_F(SimulationTest, SavesThatFailKeepWhatWasStoredBefore) {
+    run(R"({"do":"start"})");
+    run(R"({"do":"call","operation":"addExtraButtonMapping","button":20})");
+    run(R"({"do":"fail","what":"save","on":true})");
+    run(R"({"do":"call","operation":"addExtraButtonMapping","button":21})");
+    run(R"({"do":"print","what":"defaults"})");
+    EXPECT_THAT(trace.back(), HasSubstr(R"("buttonNumber":20)"));
+    EXPECT_THAT(trace.back(), testing::Not(HasSubstr(R"("buttonNumber":21)")));
+    run(R"({"do":"fail","what":"save","on":false})");
+    run(R"({"do":"call","operation":"addExtraButtonMapping","button":22})");
+    run(R"({"do":"print","what":"defaults"})");
+    EXPECT_THAT(trace.back(), HasSubstr(R"("buttonNumber":21)"));
+    EXPECT_THAT(trace.back(), HasSubstr(R"("buttonNumber":22)"));
+}
+
 TEST_F(SimulationTest, EventsBeforeStartReachNoTap) {
     EXPECT_EQ(run(R"({"do":"event","type":25,"button":3})"), "");
     EXPECT_THAT(trace, IsEmpty());
@@ -180,7 +285,7 @@ TEST_F(SimulationTest, TextsThatNeedItAreEscaped) {
     run(R"({"do":"start"})");
     trace.clear();
     run(R"({"do":"call","operation":"rename","profile":0,"name":"a\"b\u0001ñ"})");
-    EXPECT_THAT(trace.front(), HasSubstr(R"(Perfil renombrado: 'a\"b\u0001ñ')"));
+    EXPECT_THAT(trace.front(), HasSubstr(R"(Perfil renombrado: 'a\"b\\x01ñ')"));
 }
 
 TEST_F(SimulationTest, TwoRunsGiveTheSameIdentifiers) {

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -32,8 +33,33 @@ std::vector<fs::path> scripts() {
     return result;
 }
 
+/// A script, and the platform whose rules it runs by.
+struct Scenario {
+    fs::path script;
+    bool isLinux = false;
+
+    /// The golden trace; where Linux' is no other than macOS', there is one for both.
+    [[nodiscard]] fs::path golden() const {
+        const auto ofLinux = fs::path(script).replace_extension(".linux.trace");
+        return isLinux && fs::exists(ofLinux) ? ofLinux : fs::path(script).replace_extension(".trace");
+    }
+};
+
+void PrintTo(const Scenario& scenario, std::ostream* out) {
+    *out << scenario.script.stem().string() << (scenario.isLinux ? " on Linux" : " on macOS");
+}
+
+std::vector<Scenario> scenarios() {
+    std::vector<Scenario> result;
+    for (const auto& script : scripts()) {
+        result.push_back({.script = script, .isLinux = false});
+        result.push_back({.script = script, .isLinux = true});
+    }
+    return result;
+}
+
 /// Runs in a folder of its own, with what is in `files`, so that scripts may name files.
-class ScenarioTest : public testing::TestWithParam<fs::path> {
+class ScenarioTest : public testing::TestWithParam<Scenario> {
   protected:
     void SetUp() override {
         std::string name = testing::TempDir() + "scenario-XXXXXX";
@@ -55,10 +81,10 @@ class ScenarioTest : public testing::TestWithParam<fs::path> {
 TEST_P(ScenarioTest, TraceIsTheGoldenOne) {
     std::vector<std::string> trace;
     StandardFiles files;
-    Simulation simulation(macShortcuts, files, [&trace](std::string_view line) {
-        trace.emplace_back(line.substr(0, line.size() - 1));
-    });
-    const auto script = linesOf(GetParam());
+    Simulation simulation(
+        GetParam().isLinux ? linuxShortcuts : macShortcuts, files,
+        [&trace](std::string_view line) { trace.emplace_back(line.substr(0, line.size() - 1)); });
+    const auto script = linesOf(GetParam().script);
     ASSERT_FALSE(script.empty());
     EXPECT_TRUE(script.front().starts_with(R"({"note": ")")) << "the first line does not say what it shows";
     for (std::size_t number = 0; number < script.size(); ++number) {
@@ -67,7 +93,7 @@ TEST_P(ScenarioTest, TraceIsTheGoldenOne) {
     }
     simulation.finish();
 
-    const auto golden = linesOf(fs::path(GetParam()).replace_extension(".trace"));
+    const auto golden = linesOf(GetParam().golden());
     ASSERT_FALSE(golden.empty()) << "there is no golden trace";
     const auto [found, expected] = std::ranges::mismatch(trace, golden);
     const bool same = found == trace.end() && expected == golden.end();
@@ -76,13 +102,13 @@ TEST_P(ScenarioTest, TraceIsTheGoldenOne) {
                       << "\n  golden: " << (expected != golden.end() ? *expected : "(the end)");
 }
 
-std::string nameOf(const testing::TestParamInfo<fs::path>& info) {
-    std::string name = info.param.stem().string();
+std::string nameOf(const testing::TestParamInfo<Scenario>& info) {
+    std::string name = info.param.script.stem().string() + (info.param.isLinux ? "_linux" : "_macos");
     std::ranges::replace(name, '-', '_');
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Scenarios, ScenarioTest, testing::ValuesIn(scripts()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Scenarios, ScenarioTest, testing::ValuesIn(scenarios()), nameOf);
 
 }  // namespace
 }  // namespace trelvan

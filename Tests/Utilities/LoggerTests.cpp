@@ -21,10 +21,14 @@ class KeptLines final : public LogSink {
         lines.emplace_back(record.line);
         messages.emplace_back(record.message);
         levels.push_back(record.level);
+        files.emplace_back(record.file);
+        lineNumbers.push_back(record.lineNumber);
     }
     std::vector<std::string> lines;
     std::vector<std::string> messages;
     std::vector<LogLevel> levels;
+    std::vector<std::string> files;
+    std::vector<unsigned> lineNumbers;
 };
 
 /// 7 ms past a full second, at a local time of day that the test reads back from the system.
@@ -97,6 +101,25 @@ TEST_F(LoggerTest, LongMessageIsWrittenWhole) {
     const std::string message(3000, 'm');
     logger.info(message);
     EXPECT_THAT(output.lines, ElementsAre(EndsWith("] " + message)));
+}
+
+TEST_F(LoggerTest, NamesCannotForgeALineNorSteerATerminal) {
+    logger.info("Perfil activo: 'a'\n[00:00:00.000] ❌ ERROR [X.cpp:1] forged\x1b[2J'", "File.cpp", 1);
+    ASSERT_EQ(output.lines.size(), 1U);
+    EXPECT_EQ(output.lines[0].find_first_of("\n\x1b"), std::string::npos);
+    EXPECT_THAT(output.messages,
+                ElementsAre(R"(Perfil activo: 'a'\n[00:00:00.000] ❌ ERROR [X.cpp:1] forged\x1b[2J')"));
+    EXPECT_THAT(output.lines, ElementsAre(EndsWith(output.messages[0])));
+    EXPECT_EQ(unified.lines, output.lines);
+    EXPECT_EQ(unified.messages, output.messages);
+}
+
+TEST_F(LoggerTest, UnifiedLogIsToldThePlaceOfTheCall) {
+    logger.info("x", "/a/b/File.cpp", 12);
+    logger.info("x");
+    const unsigned here = __LINE__ - 1;
+    EXPECT_THAT(unified.files, ElementsAre("File.cpp", "LoggerTests.cpp"));
+    EXPECT_THAT(unified.lineNumbers, ElementsAre(12U, here));
 }
 
 TEST_F(LoggerTest, SharedInstanceIsTheEverydayName) {

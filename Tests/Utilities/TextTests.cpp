@@ -42,6 +42,33 @@ TEST(TextTest, LastPathComponentIgnoresTrailingSlashes) {
     EXPECT_EQ(lastPathComponent(""), "");
 }
 
+TEST(TextTest, ControlCharactersAreWrittenVisibly) {
+    EXPECT_EQ(visible("a\nb\rc\td"), R"(a\nb\rc\td)");
+    EXPECT_EQ(visible("\x1b[31mred\x1b[0m"), R"(\x1b[31mred\x1b[0m)");
+    EXPECT_EQ(visible(std::string_view("\0\a\x7f", 3)), R"(\x00\x07\x7f)");
+    // The second set of control characters, as a terminal may take it in UTF-8 and as bare bytes.
+    EXPECT_EQ(visible("\u0085\u009b"), R"(\x85\x9b)");
+    EXPECT_EQ(visible("\x9b\xff"), R"(\x9b\xff)");
+    EXPECT_EQ(visible("\u2028\u2029"), R"(\u2028\u2029)");
+    EXPECT_EQ(visible("\u202ecod\u2066x\u200f\u061c"), R"(\u202ecod\u2066x\u200f\u061c)");
+}
+
+TEST(TextTest, EverythingElseStaysVisibleAsItIs) {
+    for (const char* text : {"", "plain", "Botón 3 — “ñ” ✅ ⌃C", R"(back\slash "quotes")",
+                             "👩‍💻 🇪🇸", "\u00A0", "e\u0301"})
+        EXPECT_EQ(visible(text), text);
+}
+
+TEST(TextTest, LongTextsAreWrittenVisiblyToTheEnd) {
+    std::string text;
+    std::string expected;
+    for (int number = 0; number < 400; ++number) {
+        text += "ab\n";
+        expected += "ab\\n";
+    }
+    EXPECT_EQ(visible(text), expected);
+}
+
 TEST(ShortTextTest, JoinsTextsAndNumbersWithoutBlanks) {
     EXPECT_EQ(ShortText("a", -101, "b", std::numeric_limits<std::int64_t>::min()).view(),
               "a-101b-9223372036854775808");

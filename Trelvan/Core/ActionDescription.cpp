@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace trelvan {
 
@@ -40,11 +41,15 @@ constexpr std::array keyNames{
 /// Puts sentences together in one language.
 class Describer {
   public:
-    Describer(const ActionShortcuts& shortcuts, AppLanguage language)
-        : shortcuts_(shortcuts), language_(language) {}
+    Describer(const ActionShortcuts& shortcuts, AppLanguage language, const NamedHotKeys& hotKeys)
+        : shortcuts_(shortcuts), language_(language), hotKeys_(hotKeys) {}
 
     std::vector<std::string> describe(ButtonAction action) {
-        if (const auto chord = catalogueShortcut(action, shortcuts_)) {
+        const auto chord = catalogueShortcut(action, shortcuts_);
+        const auto* const tool = desktopTool(action);
+        if (tool != nullptr && (shortcuts_.desktopGoesFirst || !chord)) {
+            describeTool(*tool, chord);
+        } else if (chord) {
             describeShortcut(action, *chord);
         } else {
             describeOther(action);
@@ -60,11 +65,6 @@ class Describer {
 
     void describeShortcut(ButtonAction action, KeyChord chord) {
         const auto text = describeChord(chord, language_);
-        if (shortcuts_.desktopGoesFirst && desktopTool(action) != nullptr) {
-            return say({"Asked of the desktop; where it has no way of its own, sent: ",
-                        "Se pide al escritorio; si no tiene forma propia, se envía: "},
-                       text);
-        }
         say({"Sent: ", "Se envía: "}, text);
         if (isForText(action) && !shortcuts_.terminals.empty()) describeTerminals(action, text);
     }
@@ -80,12 +80,40 @@ class Describer {
         }
     }
 
-    void describeView() {
-        if (shortcuts_.desktopGoesFirst)
-            return say({"Asked of the desktop; else its shortcut for it, if there is one",
-                        "Se pide al escritorio; si no, su atajo para ello, si lo hay"});
-        say({"The system's shortcut for it; without one, the usual keys or the application",
-             "El atajo del sistema para ello; si no lo hay, las teclas habituales o la aplicación"});
+    /// The desktop comes first where it can be asked, then the hot key, then the catalogue's combination.
+    void describeTool(const DesktopTool& tool, std::optional<KeyChord> chord) {
+        const auto hotKey = hotKeyOf(tool);
+        if (!shortcuts_.desktopGoesFirst) {
+            if (!hotKey.empty()) return say({"Sent: its hot key ", "Se envía: su atajo "}, hotKey);
+            return say({"It has no hot key: its usual keys or application are tried",
+                        "No tiene atajo: se prueban sus teclas o su aplicación habituales"});
+        }
+        constexpr TextPair asked{"Asked of the desktop; where it has no way of its own, ",
+                                 "Se pide al escritorio; si no tiene forma propia, "};
+        std::string text(localized(language_, asked));
+        if (!hotKey.empty()) {
+            text.append(localized(language_, "sent: its hot key ", "se envía: su atajo ")).append(hotKey);
+        } else if (chord) {
+            text.append(localized(language_, "sent: ", "se envía: "))
+                .append(describeChord(*chord, language_));
+        } else {
+            text.append(localized(language_, "nothing is sent: it has no hot key",
+                                  "no se envía nada: no tiene atajo"));
+        }
+        sentences_.push_back(std::move(text));
+    }
+
+    /// The first hot key that the tool has; empty when it has none.
+    [[nodiscard]] std::string hotKeyOf(const DesktopTool& tool) const {
+        if (!hotKeys_) return {};
+        for (const int id : tool.hotKeys) {
+            const auto named = hotKeys_(id);
+            if (!named) continue;
+            std::string text = namesOf(named->flags);
+            if (!text.empty()) text += '+';
+            return text + named->key;
+        }
+        return {};
     }
 
     void describeNewNote() {
@@ -102,13 +130,6 @@ class Describer {
         switch (action) {
             case ButtonAction::none:
                 return say({"Nothing", "Nada"});
-            case ButtonAction::missionControl:
-            case ButtonAction::appExpose:
-            case ButtonAction::launchpad:
-            case ButtonAction::showDesktop:
-            case ButtonAction::moveDesktopLeft:
-            case ButtonAction::moveDesktopRight:
-                return describeView();
             case ButtonAction::openFolder:
                 return say({"Opens the folder chosen for it, or the home folder",
                             "Abre la carpeta elegida, o la personal"});
@@ -137,7 +158,13 @@ class Describer {
                 return say({"A middle click at the pointer", "Un clic medio en el puntero"});
             case ButtonAction::launchApp:
                 return say({"Opens the application chosen for it", "Abre la aplicación elegida"});
-            // Combinations, described above.
+            // Combinations and views, described above.
+            case ButtonAction::missionControl:
+            case ButtonAction::appExpose:
+            case ButtonAction::launchpad:
+            case ButtonAction::showDesktop:
+            case ButtonAction::moveDesktopLeft:
+            case ButtonAction::moveDesktopRight:
             case ButtonAction::back:
             case ButtonAction::forward:
             case ButtonAction::copy:
@@ -155,6 +182,7 @@ class Describer {
 
     const ActionShortcuts& shortcuts_;
     AppLanguage language_;
+    const NamedHotKeys& hotKeys_;
     std::vector<std::string> sentences_;
 };
 
@@ -169,8 +197,18 @@ std::string describeChord(KeyChord chord, AppLanguage language) {
 }
 
 std::vector<std::string> describeAction(ButtonAction action, const ActionShortcuts& shortcuts,
-                                        AppLanguage language) {
-    return Describer(shortcuts, language).describe(action);
+                                        AppLanguage language, const NamedHotKeys& hotKeys) {
+    return Describer(shortcuts, language, hotKeys).describe(action);
+}
+
+NamedHotKeys namedHotKeys(const HotKeyTable& table) {
+    return [&table](int id) -> std::optional<NamedHotKey> {
+        const auto chord = combinationOf(table.entry(id));
+        if (!chord) return std::nullopt;
+        const auto* const known = std::ranges::find(keyNames, chord->keyCode, &KeyName::keyCode);
+        return NamedHotKey{chord->flags, known != keyNames.end() ? std::string(known->name.english)
+                                                                 : "key " + std::to_string(chord->keyCode)};
+    };
 }
 
 }  // namespace trelvan

@@ -16,7 +16,6 @@ using Way = ViewAbility::Way;
 
 /// What the desktop itself is asked for; none for an action that it has no part in.
 std::optional<SystemView> viewOf(ButtonAction action) {
-    if (const auto view = systemView(action)) return view;
     if (const auto* const tool = desktopTool(action)) return tool->view;
     return std::nullopt;
 }
@@ -59,8 +58,8 @@ std::optional<std::string> obstacleTo(ButtonAction action, const DesktopAbilitie
         return std::string(localized(language, "No editor and no note taker is installed",
                                      "No hay ningún editor ni aplicación de notas instalado"));
     const auto* const ability = abilityFor(action, desktop);
-    // What the desktop has a tool for is sent as a combination where it has none.
-    if (ability == nullptr || ability->way != Way::nothing || desktopTool(action) != nullptr)
+    // What has a combination is sent by it where the desktop has no tool for it.
+    if (ability == nullptr || ability->way != Way::nothing || catalogueShortcut(action, {}))
         return std::nullopt;
     std::string text(
         localized(language, "Nothing on this desktop does it", "Nada en este escritorio lo hace"));

@@ -9,16 +9,6 @@ namespace trelvan {
 
 namespace {
 
-constexpr std::array missionControlHotKeys{hotkey::missionControl, 7, 8, 9};
-constexpr std::array appExposeHotKeys{hotkey::appWindows, 34};
-constexpr std::array launchpadHotKeys{hotkey::launchpad, 161};
-constexpr std::array showDesktopHotKeys{hotkey::showDesktop, 37};
-constexpr std::array desktopLeftHotKeys{hotkey::desktopLeft, 80};
-constexpr std::array desktopRightHotKeys{hotkey::desktopRight, 82};
-
-/// The key code in the hot-key table that says that no key is assigned.
-constexpr std::int64_t noKeyAssigned = 65535;
-
 constexpr std::string_view missionControlPath = "/System/Applications/Mission Control.app";
 constexpr std::array<std::string_view, 2> launchpadPaths{"/System/Applications/Launchpad.app",
                                                          "/Applications/Launchpad.app"};
@@ -180,7 +170,7 @@ void ButtonMapper::sendCatalogueShortcut(ButtonAction action, KeyChord chord) {
     const auto* const tool = desktopTool(action);
     const auto byKeys = [weak = weak_from_this(), tool, chord] {
         const auto self = weak.lock();
-        if (self && !self->pressFirst({&tool->hotKey, 1})) self->simulateKey(chord);
+        if (self && !self->pressFirst(tool->hotKeys)) self->simulateKey(chord);
         return true;
     };
     if (tool != nullptr && ports_.views.show(tool->view, byKeys)) return;
@@ -227,19 +217,9 @@ void ButtonMapper::simulateMouseClick(std::int64_t button) {
 
 // The desktop's own views
 
-std::optional<KeyChord> ButtonMapper::resolveSystemHotKey(int id) const {
-    const auto entry = ports_.hotKeys.entry(id);
-    if (!entry || !entry->enabled || entry->parameters.size() < 3) return std::nullopt;
-    const auto keyCode = entry->parameters[1];
-    const auto modifiers = entry->parameters[2];
-    if (!keyCode || *keyCode < 0 || *keyCode >= noKeyAssigned || !modifiers || *modifiers < 0)
-        return std::nullopt;
-    return KeyChord{static_cast<KeyCode>(*keyCode), static_cast<EventFlags>(*modifiers)};
-}
-
 std::optional<KeyChord> ButtonMapper::resolveFirst(std::span<const int> ids) const {
     for (const int id : ids) {
-        if (const auto chord = resolveSystemHotKey(id)) return chord;
+        if (const auto chord = combinationOf(ports_.hotKeys.entry(id))) return chord;
     }
     return std::nullopt;
 }
@@ -253,32 +233,32 @@ bool ButtonMapper::pressFirst(std::span<const int> ids) {
     return true;
 }
 
-void ButtonMapper::triggerSystemHotKey(std::span<const int> ids, SystemView view,
-                                       const std::function<void()>& fallback) {
-    const auto byKeys = [weak = weak_from_this(), ids] {
+void ButtonMapper::triggerSystemHotKey(ButtonAction action, const std::function<void()>& fallback) {
+    const DesktopTool& tool = *desktopTool(action);
+    const auto byKeys = [weak = weak_from_this(), ids = tool.hotKeys] {
         const auto self = weak.lock();
         return self && self->pressFirst(ids);
     };
-    if (!ports_.views.show(view, byKeys) && !pressFirst(ids)) fallback();
+    if (!ports_.views.show(tool.view, byKeys) && !pressFirst(tool.hotKeys)) fallback();
 }
 
 void ButtonMapper::triggerMissionControl() {
-    triggerSystemHotKey(missionControlHotKeys, SystemView::missionControl, [this] {
+    triggerSystemHotKey(ButtonAction::missionControl, [this] {
         simulateKey(key::f3, 0);
         openMissionControlApp();
     });
 }
 
 void ButtonMapper::triggerAppExpose() {
-    triggerSystemHotKey(appExposeHotKeys, SystemView::appExpose, [this] { simulateKey(key::f10, 0); });
+    triggerSystemHotKey(ButtonAction::appExpose, [this] { simulateKey(key::f10, 0); });
 }
 
 void ButtonMapper::triggerLaunchpad() {
-    triggerSystemHotKey(launchpadHotKeys, SystemView::launchpad, [this] { openLaunchpadDirectly(); });
+    triggerSystemHotKey(ButtonAction::launchpad, [this] { openLaunchpadDirectly(); });
 }
 
 void ButtonMapper::triggerShowDesktop() {
-    triggerSystemHotKey(showDesktopHotKeys, SystemView::showDesktop, [this] {
+    triggerSystemHotKey(ButtonAction::showDesktop, [this] {
         simulateKey(key::f11, 0);
         simulateKey(key::f12, 0);
     });
@@ -311,14 +291,14 @@ void ButtonMapper::triggerMoveDesktop(KeyCode keyCode) {
         const auto self = weak.lock();
         if (!self || !self->ports_.session.isUsable()) return;
         const bool left = keyCode == key::leftArrow;
-        const std::span<const int> ids = left ? desktopLeftHotKeys : desktopRightHotKeys;
-        const auto byKeys = [weak, ids] {
+        const DesktopTool& tool =
+            *desktopTool(left ? ButtonAction::moveDesktopLeft : ButtonAction::moveDesktopRight);
+        const auto byKeys = [weak, ids = tool.hotKeys] {
             const auto mapper = weak.lock();
             return mapper && mapper->pressFirst(ids);
         };
-        const auto view = left ? SystemView::desktopLeft : SystemView::desktopRight;
-        if (self->ports_.views.show(view, byKeys)) return;
-        if (const auto chord = self->resolveFirst(ids)) return self->simulateKey(*chord);
+        if (self->ports_.views.show(tool.view, byKeys)) return;
+        if (const auto chord = self->resolveFirst(tool.hotKeys)) return self->simulateKey(*chord);
         InputSequence::perform(self->desktopMoveCascade(keyCode), self->ports_.background,
                                self->ports_.poster);
     });

@@ -71,12 +71,10 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
     void sendMediaKey(MediaKey mediaKey);
     void simulateMouseClick(std::int64_t button);
 
-    [[nodiscard]] std::optional<KeyChord> resolveSystemHotKey(int id) const;
     [[nodiscard]] std::optional<KeyChord> resolveFirst(std::span<const int> ids) const;
     /// False when none of the hot keys resolves.
     bool pressFirst(std::span<const int> ids);
-    void triggerSystemHotKey(std::span<const int> ids, SystemView view,
-                             const std::function<void()>& fallback);
+    void triggerSystemHotKey(ButtonAction action, const std::function<void()>& fallback);
     void triggerMissionControl();
     void triggerAppExpose();
     void triggerLaunchpad();

@@ -11,8 +11,6 @@ namespace trelvan {
 
 namespace {
 
-/// The process that shows the system's own menu-bar menus.
-constexpr std::string_view systemMenuOwner = "com.apple.systemuiserver";
 /// Height of the strip at a screen's far edge, in points, where presses belong to the system.
 constexpr double systemStripHeight = 56.0;
 

@@ -59,6 +59,9 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
         const SessionState& session;
     };
 
+    /// The process that shows the system's own menu-bar menus; while it is in front buttons pass.
+    static constexpr std::string_view systemMenuOwner = "com.apple.systemuiserver";
+
     static constexpr std::string_view scrollSpeedVerticalKey = "trackball_scroll_speed_vertical";
     static constexpr std::string_view horizontalScrollEnabledKey = "trackball_horizontal_scroll_enabled";
     static constexpr std::string_view scrollSpeedHorizontalKey = "trackball_scroll_speed_horizontal";

@@ -18,8 +18,8 @@ namespace {
 class Explainer {
   public:
     Explainer(const ProfileSnapshot& profile, EventFlags flags, const ActionShortcuts& shortcuts,
-              AppLanguage language)
-        : profile_(profile), flags_(flags), shortcuts_(shortcuts), language_(language) {}
+              AppLanguage language, const NamedHotKeys& hotKeys)
+        : profile_(profile), flags_(flags), shortcuts_(shortcuts), language_(language), hotKeys_(hotKeys) {}
 
     MappingExplanation explain(std::int64_t buttonNumber) {
         result_.buttonNumber = buttonNumber;
@@ -51,7 +51,8 @@ class Explainer {
 
     std::string_view pick(Pair pair) const { return localized(language_, pair.english, pair.spanish); }
     void say(Pair before, std::string_view middle = {}, Pair after = {}) {
-        result_.why.emplace_back(ShortText(pick(before), middle, pick(after)).view());
+        // Names and paths of the user's are among them.
+        result_.why.push_back(visible(ShortText(pick(before), middle, pick(after))));
     }
     std::string labelOf(ButtonAction action) const { return std::string(label(action, rawValue(language_))); }
 
@@ -164,7 +165,7 @@ class Explainer {
                 break;
         }
         if (!recorded.empty()) return say({"With: ", "Con: "}, recorded);
-        for (auto& sentence : describeAction(function.action, shortcuts_, language_))
+        for (auto& sentence : describeAction(function.action, shortcuts_, language_, hotKeys_))
             result_.why.push_back(std::move(sentence));
     }
 
@@ -172,14 +173,16 @@ class Explainer {
     EventFlags flags_;
     const ActionShortcuts& shortcuts_;
     AppLanguage language_;
+    const NamedHotKeys& hotKeys_;
     MappingExplanation result_;
 };
 
 }  // namespace
 
 MappingExplanation explainPress(const ProfileSnapshot& profile, std::int64_t buttonNumber, EventFlags flags,
-                                const ActionShortcuts& shortcuts, AppLanguage language) {
-    return Explainer(profile, flags, shortcuts, language).explain(buttonNumber);
+                                const ActionShortcuts& shortcuts, AppLanguage language,
+                                const NamedHotKeys& hotKeys) {
+    return Explainer(profile, flags, shortcuts, language, hotKeys).explain(buttonNumber);
 }
 
 }  // namespace trelvan

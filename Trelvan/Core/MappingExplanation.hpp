@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/ActionDescription.hpp"
 #include "Core/MappingResolution.hpp"
 #include "Core/Model/AppLanguage.hpp"
 #include "Core/Model/ProfileSnapshot.hpp"
@@ -22,9 +23,10 @@ struct MappingExplanation {
 };
 
 /// Explains a press of the button with these modifiers held. The verdict is that of the resolution itself;
-/// the texts say what it looked at. Reads only; any thread.
+/// the texts say what it looked at and what is sent, which for the desktop's views and tools may be one of
+/// the hot keys. Reads only; any thread.
 [[nodiscard]] MappingExplanation explainPress(const ProfileSnapshot& profile, std::int64_t buttonNumber,
                                               EventFlags flags, const ActionShortcuts& shortcuts,
-                                              AppLanguage language);
+                                              AppLanguage language, const NamedHotKeys& hotKeys = {});
 
 }  // namespace trelvan

@@ -117,35 +117,49 @@ std::optional<KeyChord> shortcutInTerminal(ButtonAction action, const TerminalSh
     }
 }
 
-std::optional<SystemView> systemView(ButtonAction action) {
-    switch (action) {
-        case ButtonAction::missionControl:
-            return SystemView::missionControl;
-        case ButtonAction::appExpose:
-            return SystemView::appExpose;
-        case ButtonAction::launchpad:
-            return SystemView::launchpad;
-        case ButtonAction::showDesktop:
-            return SystemView::showDesktop;
-        case ButtonAction::moveDesktopLeft:
-            return SystemView::desktopLeft;
-        case ButtonAction::moveDesktopRight:
-            return SystemView::desktopRight;
-        default:
-            return std::nullopt;
-    }
+std::span<const DesktopTool> desktopTools() {
+    static constexpr std::array missionControl{hotkey::missionControl, 7, 8, 9};
+    static constexpr std::array appExpose{hotkey::appWindows, 34};
+    static constexpr std::array launchpad{hotkey::launchpad, 161};
+    static constexpr std::array showDesktop{hotkey::showDesktop, 37};
+    static constexpr std::array desktopLeft{hotkey::desktopLeft, 80};
+    static constexpr std::array desktopRight{hotkey::desktopRight, 82};
+    static constexpr std::array screenshotArea{hotkey::screenshotArea};
+    static constexpr std::array screenshotFull{hotkey::screenshotFull};
+    static constexpr std::array screenshotTool{hotkey::screenshotTool};
+    static constexpr std::array emojiPanel{hotkey::emojiPanel};
+    static constexpr std::array lockScreen{hotkey::lockScreen};
+    static constexpr std::array tools{
+        DesktopTool{ButtonAction::missionControl, SystemView::missionControl, missionControl},
+        DesktopTool{ButtonAction::appExpose, SystemView::appExpose, appExpose},
+        DesktopTool{ButtonAction::launchpad, SystemView::launchpad, launchpad},
+        DesktopTool{ButtonAction::showDesktop, SystemView::showDesktop, showDesktop},
+        DesktopTool{ButtonAction::moveDesktopLeft, SystemView::desktopLeft, desktopLeft},
+        DesktopTool{ButtonAction::moveDesktopRight, SystemView::desktopRight, desktopRight},
+        DesktopTool{ButtonAction::screenshotArea, SystemView::screenshotArea, screenshotArea},
+        DesktopTool{ButtonAction::screenshotFull, SystemView::screenshotFull, screenshotFull},
+        DesktopTool{ButtonAction::screenshotTool, SystemView::screenshotTool, screenshotTool},
+        DesktopTool{ButtonAction::emojiPanel, SystemView::emojiPanel, emojiPanel},
+        DesktopTool{ButtonAction::lockWorkstation, SystemView::lockScreen, lockScreen},
+    };
+    return tools;
 }
 
 const DesktopTool* desktopTool(ButtonAction action) {
-    static constexpr std::array desktopTools{
-        DesktopTool{ButtonAction::screenshotArea, SystemView::screenshotArea, hotkey::screenshotArea},
-        DesktopTool{ButtonAction::screenshotFull, SystemView::screenshotFull, hotkey::screenshotFull},
-        DesktopTool{ButtonAction::screenshotTool, SystemView::screenshotTool, hotkey::screenshotTool},
-        DesktopTool{ButtonAction::emojiPanel, SystemView::emojiPanel, hotkey::emojiPanel},
-        DesktopTool{ButtonAction::lockWorkstation, SystemView::lockScreen, hotkey::lockScreen},
-    };
-    const auto* const found = std::ranges::find(desktopTools, action, &DesktopTool::action);
-    return found != desktopTools.end() ? found : nullptr;
+    const auto tools = desktopTools();
+    const auto found = std::ranges::find(tools, action, &DesktopTool::action);
+    return found != tools.end() ? &*found : nullptr;
+}
+
+std::optional<KeyChord> combinationOf(const std::optional<HotKeyEntry>& entry) {
+    // The key code that says that no key is assigned.
+    constexpr std::int64_t noKeyAssigned = 65535;
+    if (!entry || !entry->enabled || entry->parameters.size() < 3) return std::nullopt;
+    const auto keyCode = entry->parameters[1];
+    const auto modifiers = entry->parameters[2];
+    if (!keyCode || *keyCode < 0 || *keyCode >= noKeyAssigned || !modifiers || *modifiers < 0)
+        return std::nullopt;
+    return KeyChord{static_cast<KeyCode>(*keyCode), static_cast<EventFlags>(*modifiers)};
 }
 
 ButtonAction actionOf(const ButtonMapping& mapping, FunctionSlot slot) {

@@ -2,12 +2,14 @@
 
 #include "Core/Model/ButtonMapping.hpp"
 #include "Platform/ActionShortcuts.hpp"
+#include "Platform/HotKeyTable.hpp"
 #include "Platform/Quartz.hpp"
 #include "Platform/SystemViews.hpp"
 
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 
 namespace trelvan {
@@ -75,18 +77,19 @@ struct ResolvedFunction {
 /// What an action for text sends to a terminal, where cutting is copying; none when it sends nothing there.
 [[nodiscard]] std::optional<KeyChord> shortcutInTerminal(ButtonAction action,
                                                          const TerminalShortcuts& terminal);
-/// The view that the desktop shows for an action, or the move between desktops; none for an action that is
-/// none of these.
-[[nodiscard]] std::optional<SystemView> systemView(ButtonAction action);
-/// An action that a desktop may have a tool for.
+/// An action that a desktop may have a view or a tool for.
 struct DesktopTool {
     ButtonAction action;
     SystemView view;
-    /// The tool's symbolic hot key.
-    int hotKey;
+    /// Its symbolic hot keys, in the order in which they are tried; at least one.
+    std::span<const int> hotKeys;
 };
-/// None for any other action. Lives as long as the program.
+/// All of them. Lives as long as the program.
+[[nodiscard]] std::span<const DesktopTool> desktopTools();
+/// None for any other action.
 [[nodiscard]] const DesktopTool* desktopTool(ButtonAction action);
+/// The combination of a symbolic hot key; none when it is disabled, has no key or is of another shape.
+[[nodiscard]] std::optional<KeyChord> combinationOf(const std::optional<HotKeyEntry>& entry);
 /// The action of a slot.
 [[nodiscard]] ButtonAction actionOf(const ButtonMapping& mapping, FunctionSlot slot);
 /// The custom shortcut of a slot.

@@ -55,7 +55,8 @@ void MissingViewNotifier::announce(const MissingView& missing) {
         english += " It will once " + std::string(missing.program) + " is installed.";
         spanish += " Lo hará cuando esté instalado " + std::string(missing.program) + ".";
     }
-    poster_.announce(english, spanish);
+    // Of its own kind for each view: what to install for one is still true when another is missing too.
+    poster_.announce("missing-view " + std::string(name.english), english, spanish);
 }
 
 }  // namespace trelvan

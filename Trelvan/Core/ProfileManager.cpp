@@ -51,6 +51,10 @@ ProfileManager::ProfileManager(UserDefaults& defaults, Logger& logger, UuidSourc
     load();
 }
 
+ProfileManager::~ProfileManager() {
+    if (storedLazily_) (void)defaults_.object(storageKey);
+}
+
 void ProfileManager::load() {
     auto loaded = storedProfiles();
     if (loaded && !loaded->empty()) {
@@ -105,9 +109,18 @@ bool ProfileManager::putUnreadableAside() {
 }
 
 void ProfileManager::save() {
-    auto encoded = encodeProfiles(profiles);
-    if (!encoded || !putUnreadableAside()) return;
-    defaults_.set(storageKey, Data{std::move(*encoded)});
+    if (unreadable_ && (!encoded() || !putUnreadableAside())) return;
+    storedLazily_ = true;
+    // Every change of the profiles comes here, so what is encoded later is what was last stored.
+    defaults_.setLazily(storageKey, [this]() -> std::optional<DefaultsValue> {
+        if (auto bytes = encoded()) return Data{std::move(*bytes)};
+        return std::nullopt;
+    });
+}
+
+std::optional<std::string> ProfileManager::encoded() const {
+    auto bytes = encodeProfiles(profiles);
+    return bytes ? std::optional(std::move(*bytes)) : std::nullopt;
 }
 
 const TrackballProfile& ProfileManager::activeProfile() const {
@@ -115,7 +128,7 @@ const TrackballProfile& ProfileManager::activeProfile() const {
 }
 
 std::shared_ptr<const ProfileSnapshot> ProfileManager::activeSnapshot() const {
-    if (!snapshot_) snapshot_ = std::make_shared<const ProfileSnapshot>(activeProfile());
+    if (!snapshot_) snapshot_ = std::make_shared<ProfileSnapshot>(activeProfile());
     return snapshot_;
 }
 
@@ -139,9 +152,7 @@ TrackballProfile ProfileManager::createProfile(std::string name) {
     TrackballProfile created = minimalProfile();
     created.id = newId_();
     created.name = std::move(name);
-    Profiles changed = profiles;
-    changed.push_back(created);
-    putProfiles(std::move(changed));
+    profiles.update([&](Profiles& all) { all.push_back(created); });
     save();
     logger_.info(ShortText("Perfil creado: '", created.name, "'"));
     return created;
@@ -161,9 +172,7 @@ TrackballProfile ProfileManager::duplicate(const TrackballProfile& profile) {
     copy.id = newId_();
     copy.name += " (copia)";
     copy = normalizeProfile(std::move(copy));
-    Profiles changed = profiles;
-    changed.push_back(copy);
-    putProfiles(std::move(changed));
+    profiles.update([&](Profiles& all) { all.push_back(copy); });
     save();
     return copy;
 }
@@ -191,38 +200,50 @@ void ProfileManager::updateMapping(ButtonMapping mapping, const Uuid& profileID)
     if (!profile) return;
     const auto place = mappingIndex(*profile, mapping.id);
     if (!place) return;
-    changeProfile(*profile, [&](TrackballProfile& changed) {
-        changed.mappings[*place] = normalizeMapping(std::move(mapping));
-    });
+    const ButtonMapping changed = normalizeMapping(std::move(mapping));
+    const bool sameButton = columns(*profile).numbers()[*place] == changed.buttonNumber;
+    changeMappings(
+        *profile, [&](auto& mappings) { mappings[*place] = changed; },
+        [&](MappingColumns& columns) { columns.replace(*place, changed); },
+        [&](ProfileSnapshot& snapshot) {
+            if (sameButton) snapshot.replace(*place, changed);
+            return sameButton;
+        });
     save();
 }
 
 void ProfileManager::addExtraButtonMapping(std::int64_t buttonNumber) {
     if (buttonNumber < firstExtraButtonNumber) return;
-    const auto& mappings = activeProfile().mappings;
-    if (std::ranges::find(mappings, buttonNumber, &ButtonMapping::buttonNumber) != mappings.end()) return;
+    if (profiles->empty()) return;
+    const auto& numbers = columns(activeIndex()).numbers();
+    if (std::ranges::find(numbers, buttonNumber) != numbers.end()) return;
     appendToActive(buttonNumber, std::string(ShortText("Botón extra ", buttonNumber - 1).view()));
 }
 
 void ProfileManager::addScrollMappings() {
+    if (profiles->empty()) return;
+    const auto& numbers = columns(activeIndex()).numbers();
     std::int64_t lowest = scrollUpButtonNumber + 1;
-    for (const auto& mapping : activeProfile().mappings) lowest = std::min(lowest, mapping.buttonNumber);
+    for (const auto each : numbers) lowest = std::min(lowest, each);
     if (lowest == std::numeric_limits<std::int64_t>::min()) return;
     const std::int64_t number = lowest - 1;
-    const auto sameDirection =
-        std::ranges::count_if(activeProfile().mappings, [&](const ButtonMapping& mapping) {
-            return isScrollButton(mapping.buttonNumber) &&
-                   isEvenButton(mapping.buttonNumber) == isEvenButton(number);
-        });
+    const auto sameDirection = std::ranges::count_if(numbers, [&](std::int64_t each) {
+        return isScrollButton(each) && isEvenButton(each) == isEvenButton(number);
+    });
     const std::string_view direction = isEvenButton(number) ? "Scroll Up " : "Scroll Down ";
     appendToActive(number, std::string(ShortText(direction, sameDirection + 1).view()));
 }
 
 void ProfileManager::appendToActive(std::int64_t buttonNumber, std::string label) {
-    if (profiles->empty()) return;
-    changeProfile(activeIndex(), [&](TrackballProfile& profile) {
-        profile.mappings.push_back(ButtonMapping::unassigned(newId_(), buttonNumber, std::move(label)));
-    });
+    const auto profile = activeIndex();
+    const auto added = ButtonMapping::unassigned(newId_(), buttonNumber, std::move(label));
+    changeMappings(
+        profile, [&](auto& mappings) { mappings.push_back(added); },
+        [&](MappingColumns& columns) { columns.append(added); },
+        [&](ProfileSnapshot& snapshot) {
+            snapshot.append(added);
+            return true;
+        });
     save();
 }
 
@@ -231,11 +252,15 @@ void ProfileManager::removeExtraButtonMapping(const Uuid& mappingID, const Uuid&
     if (!profile) return;
     const auto place = mappingIndex(*profile, mappingID);
     if (!place) return;
-    const auto number = profiles.get()[*profile].mappings[*place].buttonNumber;
+    const auto number = columns(*profile).numbers()[*place];
     if (number < firstExtraButtonNumber && !isScrollButton(number)) return;
-    changeProfile(*profile, [&](TrackballProfile& changed) {
-        changed.mappings.erase(std::next(changed.mappings.begin(), static_cast<std::ptrdiff_t>(*place)));
-    });
+    changeMappings(
+        *profile,
+        [&](auto& mappings) {
+            mappings.erase(std::next(mappings.begin(), static_cast<std::ptrdiff_t>(*place)));
+        },
+        [&](MappingColumns& columns) { columns.remove(*place); },
+        [](ProfileSnapshot& /*snapshot*/) { return false; });
     save();
 }
 
@@ -248,9 +273,10 @@ void ProfileManager::moveMapping(const Uuid& mappingID, const Uuid& profileID, M
     const std::size_t end = towardsStart ? 0 : profiles.get()[*profile].mappings.size() - 1;
     if (*place == end) return;
     const std::size_t neighbour = towardsStart ? *place - 1 : *place + 1;
-    changeProfile(*profile, [&](TrackballProfile& changed) {
-        std::swap(changed.mappings[*place], changed.mappings[neighbour]);
-    });
+    changeMappings(
+        *profile, [&](auto& mappings) { std::swap(mappings[*place], mappings[neighbour]); },
+        [&](MappingColumns& columns) { columns.swap(*place, neighbour); },
+        [](ProfileSnapshot& /*snapshot*/) { return false; });
     save();
 }
 
@@ -261,10 +287,15 @@ std::optional<std::size_t> ProfileManager::indexOf(const Uuid& profileID) const 
 }
 
 std::optional<std::size_t> ProfileManager::mappingIndex(std::size_t profile, const Uuid& mappingID) const {
+    return columns(profile).find(mappingID);
+}
+
+const MappingColumns& ProfileManager::columns(std::size_t profile) const {
     const auto& mappings = profiles.get()[profile].mappings;
-    const auto found = std::ranges::find(mappings, mappingID, &ButtonMapping::id);
-    if (found == mappings.end()) return std::nullopt;
-    return static_cast<std::size_t>(found - mappings.begin());
+    // An observer that changes the profiles itself leaves them behind.
+    if (!columns_ || columns_->profile() != profile || columns_->numbers().size() != mappings.size())
+        columns_.emplace(profile, mappings);
+    return *columns_;
 }
 
 std::size_t ProfileManager::activeIndex() const {
@@ -284,6 +315,7 @@ const TrackballProfile& ProfileManager::minimalProfile() const {
 
 void ProfileManager::putProfiles(Profiles changed) {
     profiles = std::move(changed);
+    columns_.reset();
     // Only now: an observer that asked for the snapshot was told before the change and got the old one.
     snapshot_.reset();
 }
@@ -295,9 +327,27 @@ void ProfileManager::putActiveProfileID(std::optional<Uuid> changed) {
 
 template <typename Change>
 void ProfileManager::changeProfile(std::size_t index, Change&& change) {
-    Profiles changed = profiles;
-    std::forward<Change>(change)(changed[index]);
-    putProfiles(std::move(changed));
+    profiles.update([&](Profiles& all) { std::forward<Change>(change)(all[index]); });
+    columns_.reset();
+    snapshot_.reset();
+}
+
+/// What is kept of the mappings follows the change where it can, and is made anew where it cannot.
+template <typename Change, typename FollowInColumns, typename FollowInSnapshot>
+void ProfileManager::changeMappings(std::size_t index, Change&& change, FollowInColumns&& followInColumns,
+                                    FollowInSnapshot&& followInSnapshot) {
+    const auto before = profiles.get()[index].mappings.size();
+    profiles.update([&](Profiles& all) { std::forward<Change>(change)(all[index].mappings); });
+    // An observer may have changed the profiles itself meanwhile.
+    if (columns_ && columns_->profile() == index && columns_->numbers().size() == before) {
+        std::forward<FollowInColumns>(followInColumns)(*columns_);
+    } else {
+        columns_.reset();
+    }
+    const bool follows = snapshot_ && snapshot_.use_count() == 1 && index == activeIndex() &&
+                         snapshot_->profile().mappings.size() == before &&
+                         std::forward<FollowInSnapshot>(followInSnapshot)(*snapshot_);
+    if (!follows) snapshot_.reset();
 }
 
 }  // namespace trelvan

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/MappingColumns.hpp"
 #include "Core/Model/Backup.hpp"
 #include "Core/Model/CodingError.hpp"
 #include "Core/Model/ProfileSnapshot.hpp"
@@ -50,6 +51,9 @@ class ProfileManager {
 
     /// Loads what is stored. The defaults and the logger must outlive the manager.
     ProfileManager(UserDefaults& defaults, Logger& logger, UuidSource newId = Uuid::random);
+    ProfileManager(const ProfileManager&) = delete;
+    ProfileManager& operator=(const ProfileManager&) = delete;
+    ~ProfileManager();
 
     /// In order of creation; never empty.
     PublishedBy<Profiles, ProfileManager> profiles;
@@ -57,8 +61,9 @@ class ProfileManager {
 
     /// Reads the stored profiles and the stored choice again, in place of those in memory.
     void load();
-    /// Stores all profiles. Profiles that could not be read at load are copied aside before they are
-    /// overwritten; as long as that fails nothing is stored.
+    /// Stores all profiles; they are encoded at the latest when they are read or written to disk. Profiles
+    /// that could not be read at load are copied aside before they are overwritten; as long as that fails
+    /// nothing is stored.
     void save();
 
     /// The profile with the active identifier, otherwise the first one. Valid until the next change.
@@ -112,10 +117,15 @@ class ProfileManager {
     void appendToActive(std::int64_t buttonNumber, std::string label);
     [[nodiscard]] const TrackballProfile& defaultProfile() const;
     [[nodiscard]] const TrackballProfile& minimalProfile() const;
+    [[nodiscard]] const MappingColumns& columns(std::size_t profile) const;
     void putProfiles(Profiles changed);
     void putActiveProfileID(std::optional<Uuid> changed);
     template <typename Change>
     void changeProfile(std::size_t index, Change&& change);
+    template <typename Change, typename FollowInColumns, typename FollowInSnapshot>
+    void changeMappings(std::size_t index, Change&& change, FollowInColumns&& followInColumns,
+                        FollowInSnapshot&& followInSnapshot);
+    [[nodiscard]] std::optional<std::string> encoded() const;
 
     UserDefaults& defaults_;
     Logger& logger_;
@@ -127,7 +137,11 @@ class ProfileManager {
     mutable std::optional<TrackballProfile> defaultProfile_;
     mutable std::optional<TrackballProfile> minimalProfile_;
     /// None after a change.
-    mutable std::shared_ptr<const ProfileSnapshot> snapshot_;
+    mutable std::shared_ptr<ProfileSnapshot> snapshot_;
+    /// Those of the profile that was looked at last; none after a change that they do not follow.
+    mutable std::optional<MappingColumns> columns_;
+    /// Whether the defaults may still ask for what was stored.
+    bool storedLazily_ = false;
 };
 
 }  // namespace trelvan

@@ -6,9 +6,11 @@
 #include "DryRun/JsonLine.hpp"
 #include "Platform/SettingsSnapshot.hpp"
 #include "Utilities/Logger.hpp"
+#include "Utilities/Text.hpp"
 
 #include <algorithm>
 #include <cstdio>
+#include <map>
 #include <string_view>
 
 namespace trelvan {
@@ -16,7 +18,7 @@ namespace trelvan {
 namespace {
 
 int complain(std::string_view what) {
-    std::fprintf(stderr, "trelvan: %.*s\n", static_cast<int>(what.size()), what.data());
+    std::fprintf(stderr, "trelvan: %s\n", visible(what).c_str());
     return exitStatus::badUsage;
 }
 
@@ -54,7 +56,8 @@ void printText(const MappingExplanation& explanation) {
 
 }  // namespace
 
-int explain(const command::Explain& request, const ActionShortcuts& shortcuts, AppLanguage errorLanguage) {
+int explain(const command::Explain& request, const ActionShortcuts& shortcuts, const ReadHotKeys& hotKeys,
+            AppLanguage errorLanguage) {
     auto read = readSettings(request.configDirectory);
     if (const auto* failure = std::get_if<PlatformFailure>(&read))
         return complain(localized(errorLanguage, failure->english, failure->spanish));
@@ -78,8 +81,13 @@ int explain(const command::Explain& request, const ActionShortcuts& shortcuts, A
                 *request.profile + "'");
         snapshot = std::make_shared<const ProfileSnapshot>(*found);
     }
+    const auto known = shortcuts.desktopGoesFirst ? hotKeys() : std::map<int, NamedHotKey>{};
+    const auto hotKey = [&known](int id) {
+        const auto found = known.find(id);
+        return found != known.end() ? std::optional(found->second) : std::nullopt;
+    };
     const auto explanation =
-        explainPress(*snapshot, request.buttonNumber, request.modifiers, shortcuts, language);
+        explainPress(*snapshot, request.buttonNumber, request.modifiers, shortcuts, language, hotKey);
     if (request.json) {
         printJson(explanation);
     } else {

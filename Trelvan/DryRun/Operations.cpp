@@ -70,16 +70,15 @@ bool isName(const Value* value) {
     return value != nullptr && (value->is_string() || value->is_number_unsigned());
 }
 
-/// Hands the profile that the line names on; a line that names none of the store's is a failed call, not a
-/// wrong line.
+/// Hands the profile that the line names on, an element of the store's list, as the store's operations take
+/// them. A line that names none of the store's is a failed call, not a wrong line.
 template <typename Use>
 Problem withProfile(const Call& call, Use&& use) {
     const Value* name = json::member(call.line, "profile");
     if (!isName(name)) return wrong("profile", "must be an identifier or a place in the list");
     const auto* profile = named(call.app.profileManager.profiles.get(), *name);
     if (profile == nullptr) return call.failed("no such profile");
-    // A copy: the operation replaces the list.
-    return std::forward<Use>(use)(TrackballProfile(*profile));
+    return std::forward<Use>(use)(*profile);
 }
 
 template <typename Use>

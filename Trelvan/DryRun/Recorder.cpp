@@ -1,11 +1,11 @@
 #include "DryRun/Recorder.hpp"
 
 #include "Core/EventMonitor.hpp"
-#include "Core/Model/AppLanguage.hpp"
-#include "Core/ProfileManager.hpp"
+#include "Core/MappingResolution.hpp"
+#include "DryRun/RecordedSettings.hpp"
+#include "DryRun/ScriptLines.hpp"
 #include "DryRun/TraceJson.hpp"
 
-#include <array>
 #include <cmath>
 
 namespace trelvan {
@@ -14,43 +14,12 @@ namespace {
 
 using Json = TraceJson;
 
-/// The settings that decide what becomes of an event.
-constexpr std::array recordedKeys{
-    ProfileManager::storageKey,
-    ProfileManager::activeKey,
-    EventMonitor::scrollSpeedVerticalKey,
-    EventMonitor::horizontalScrollEnabledKey,
-    EventMonitor::scrollSpeedHorizontalKey,
-    EventMonitor::swapScrollDirectionKey,
-    EventMonitor::mouseSpeedKey,
-    EventMonitor::advancedMouseSpeedEnabledKey,
-    EventMonitor::mouseAccelerationKey,
-    languageKey,
-};
-
-/// The symbolic hot keys that actions look up.
-constexpr std::array recordedHotKeys{32, 7, 8, 9, 33, 34, 160, 161, 36, 37, 79, 80, 81, 82};
+/// An application of which a recording says no more than that it is another one.
+constexpr std::string_view someApplication = "com.example.app";
 
 template <Origin origin>
 Json rectangle(const RectFrom<origin>& rect) {
     return {rect.x, rect.y, rect.width, rect.height};
-}
-
-/// The value as a script takes it; none for bytes that are no JSON.
-std::optional<Json> scriptValue(const DefaultsValue& value) {
-    if (const auto* data = std::get_if<Data>(&value)) {
-        auto parsed = Json::parse(data->bytes, nullptr, false);
-        return parsed.is_discarded() ? std::nullopt : std::optional(std::move(parsed));
-    }
-    return std::visit(
-        [](const auto& stored) -> std::optional<Json> {
-            if constexpr (std::is_same_v<std::decay_t<decltype(stored)>, Data>) {
-                return std::nullopt;
-            } else {
-                return Json(stored);
-            }
-        },
-        value);
 }
 
 }  // namespace
@@ -94,6 +63,7 @@ void Recorder::begin(std::string_view action) {
 
 void Recorder::writeHead() {
     start_ = ports_.clock.uptime();
+    writePlatform();
     writeDefaults();
     writeHotKeys();
     writeWorld(TapEvent{});
@@ -102,27 +72,44 @@ void Recorder::writeHead() {
     end();
 }
 
-void Recorder::writeDefaults() {
-    Json set = Json::object();
-    for (const auto key : recordedKeys) {
-        const auto stored = ports_.defaults.object(key);
-        if (!stored) continue;
-        if (auto value = scriptValue(*stored)) set[std::string(key)] = std::move(*value);
-    }
-    begin("defaults");
-    line_.addRaw("set", traceText(set));
+void Recorder::writePlatform() {
+    const bool isLinux = ports_.shortcuts.desktopGoesFirst;
+    begin("platform");
+    line_.add("name", isLinux ? "linux" : "macos");
     end();
+    if (!isLinux) return;
+    Json offered = Json::array();
+    for (const auto view : ports_.views.offered()) offered.push_back(rawValue(view));
+    begin("views");
+    line_.addRaw("offered", traceText(offered));
+    end();
+}
+
+void Recorder::writeDefaults() {
+    const auto settings = recordedSettings(ports_.defaults, ports_.workspace);
+    begin("defaults");
+    line_.addRaw("set", traceText(settings.defaults));
+    end();
+    for (const auto& item : settings.disk) {
+        begin("disk");
+        line_.add("path", item.path).add("kind", item.kind);
+        if (!item.bundle.empty()) line_.add("bundle", item.bundle);
+        end();
+    }
 }
 
 void Recorder::writeHotKeys() {
     Json table = Json::object();
-    for (const int id : recordedHotKeys) {
+    const auto write = [&](int id) {
         const auto entry = ports_.hotKeys.entry(id);
-        if (!entry) continue;
+        if (!entry) return;
         Json parameters = Json::array();
         for (const auto& parameter : entry->parameters)
             parameters.push_back(parameter ? Json(*parameter) : Json());
         table[std::to_string(id)] = {{"enabled", entry->enabled}, {"value", {{"parameters", parameters}}}};
+    };
+    for (const auto& tool : desktopTools()) {
+        for (const int id : tool.hotKeys) write(id);
     }
     if (table.empty()) return;
     begin("hotKeys");
@@ -145,10 +132,13 @@ void Recorder::writeWorld(const TapEvent& event) {
         line_.add("flags", now);
         end();
     }
-    if (const auto now = ports_.screens.frontmostApplication(); now != frontmost_) {
-        frontmost_ = now;
+    // Which applications the user works with is nobody's business; the rules know only some.
+    auto application = ports_.screens.frontmostApplication();
+    if (application != EventMonitor::systemMenuOwner) application = someApplication;
+    if (application != frontmost_) {
+        frontmost_ = application;
         begin("frontmost");
-        line_.add("bundle", now);
+        line_.add("bundle", application);
         end();
     }
     if (isMotion) return;

@@ -1,13 +1,16 @@
 #pragma once
 
 #include "DryRun/JsonLine.hpp"
+#include "Platform/ActionShortcuts.hpp"
 #include "Platform/EventTap.hpp"
 #include "Platform/HotKeyTable.hpp"
 #include "Platform/InputState.hpp"
 #include "Platform/RunLoop.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/SessionState.hpp"
+#include "Platform/SystemViews.hpp"
 #include "Platform/UserDefaults.hpp"
+#include "Platform/Workspace.hpp"
 
 #include <cstdint>
 #include <functional>
@@ -20,7 +23,8 @@ namespace trelvan {
 
 /// A tap in front of the real one that writes down what it sees as a script for `simulate`: the settings at
 /// the head, then each pointer event with what a decision about it looks at. Key presses never reach a tap,
-/// so none are written; of the keyboard there are the modifier states only. Main thread.
+/// so none are written; of the keyboard there are the modifier states only. Of what the user calls things,
+/// where they are and which applications are in use it says no more than the decisions need. Main thread.
 class Recorder final : public EventTap {
   public:
     struct Ports {
@@ -30,6 +34,9 @@ class Recorder final : public EventTap {
         UserDefaults& defaults;
         HotKeyTable& hotKeys;
         Clock& clock;
+        SystemViews& views;
+        Workspace& workspace;
+        const ActionShortcuts& shortcuts;
         const SessionState& session;
     };
     /// Takes each line of the script, its line break included.
@@ -51,6 +58,7 @@ class Recorder final : public EventTap {
     static TapAnswer see(void* self, TapEvent& event);
 
     void writeHead();
+    void writePlatform();
     void writeDefaults();
     void writeHotKeys();
     void writeSession(bool usable);
@@ -69,7 +77,7 @@ class Recorder final : public EventTap {
 
     // What was last written of the world, so that only changes are.
     EventFlags modifiers_ = 0;
-    std::string frontmost_;
+    std::string frontmost_ = "com.example.app";
     std::string windows_;
     std::string screens_;
     Subscription sessionObserver_;

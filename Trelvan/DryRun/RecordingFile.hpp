@@ -8,7 +8,7 @@
 
 namespace trelvan {
 
-/// A new file for a recording; one that exists is never written over.
+/// A new file for a recording, which its owner alone can read; one that exists is never written over.
 class RecordingFile {
   public:
     /// The file at the path, or under a free name in the working folder when the path is empty. None when it

@@ -3,6 +3,7 @@
 #include "Core/Model/RawRepresentable.hpp"
 #include "Core/Model/RecordField.hpp"
 #include "Platform/LoginItem.hpp"
+#include "Platform/SystemViews.hpp"
 
 #include <array>
 #include <cstdint>
@@ -18,6 +19,14 @@ struct RawValueTable<LoginItem::Status> {
     static constexpr std::string_view noun = "a status of the login item";
     static constexpr std::array<std::string_view, 4> rawValues{"notRegistered", "enabled", "requiresApproval",
                                                                "notFound"};
+};
+
+template <>
+struct RawValueTable<SystemView> {
+    static constexpr std::string_view noun = "a view of the desktop";
+    static constexpr std::array<std::string_view, 11> rawValues{
+        "missionControl", "appExpose",      "launchpad",      "showDesktop", "desktopLeft", "desktopRight",
+        "screenshotArea", "screenshotFull", "screenshotTool", "emojiPanel",  "lockScreen"};
 };
 
 }  // namespace trelvan
@@ -187,6 +196,22 @@ struct CapsLock {
 struct Microphone {
     bool present = false;
     static constexpr auto fields() { return std::tuple{required("present", &Microphone::present)}; }
+};
+
+/// Whose desktop the script plays on.
+struct Platform {
+    std::string name;
+    std::optional<bool> postedCountsAsActivity;
+    static constexpr auto fields() {
+        return std::tuple{required("name", &Platform::name),
+                          defaulted("postedCountsAsActivity", &Platform::postedCountsAsActivity)};
+    }
+};
+
+/// The views that the desktop shows when it is asked.
+struct Views {
+    std::vector<SystemView> offered;
+    static constexpr auto fields() { return std::tuple{required("offered", &Views::offered)}; }
 };
 
 struct LaunchAtLogin {

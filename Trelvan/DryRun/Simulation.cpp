@@ -2,12 +2,14 @@
 
 #include "CommandLine.hpp"
 #include "Core/Model/RecordJson.hpp"
+#include "DryRun/DesktopRules.hpp"
 #include "DryRun/Operations.hpp"
 #include "DryRun/ScriptLines.hpp"
 #include "DryRun/ServiceLines.hpp"
 #include "DryRun/StatePrinter.hpp"
 #include "Platform/Simulated/SimulatedDesktop.hpp"
 #include "TrelvanApp.hpp"
+#include "Utilities/Text.hpp"
 
 #include <unistd.h>
 
@@ -86,11 +88,12 @@ HotKeyEntry hotKeyEntry(const Value& entry) {
 /// The simulated desktop, the program on it once it is started, and what each kind of line does to them.
 class Simulation::World {
   public:
-    World(const ActionShortcuts& shortcuts, Files& files, TraceWriter::Output output)
-        : uuids_(repeatingUuids()), files_(files), writer_(std::move(output)), desktop_(shortcuts) {
+    World(const ActionShortcuts* shortcuts, Files& files, TraceWriter::Output output)
+        : uuids_(repeatingUuids()),
+          files_(files),
+          writer_(std::move(output)),
+          rules_(desktop_, shortcuts != nullptr ? *shortcuts : macShortcuts, shortcuts != nullptr) {
         desktop_.onTrace = [this](const TraceEntry& entry) { writer_.write(entry); };
-        // With Linux's combinations come its rules.
-        desktop_.releasesFollowPresses = shortcuts == linuxShortcuts;
     }
 
     World(const World&) = delete;
@@ -141,6 +144,7 @@ class Simulation::World {
     Problem doDefaults(const Value& line) {
         const Value* set = json::member(line, "set");
         if (set == nullptr || !set->is_object()) return wrong("set", "must be an object");
+        desktop_.settleDefaults();
         for (const auto& [key, value] : set->items()) {
             if (key == ProfileManager::storageKey && !value.is_string()) {
                 desktop_.defaults[key] = Data{json::serialize(value)};
@@ -264,6 +268,7 @@ class Simulation::World {
                  {"save", &desktop_.failures.save}}};
             for (const auto& [name, failure] : switches) {
                 if (name != record.what) continue;
+                desktop_.settleDefaults();
                 *failure = record.on;
                 return std::nullopt;
             }
@@ -313,6 +318,24 @@ class Simulation::World {
     Problem doSession(const Value& line) { return lines::changeSession(desktop_, line); }
     Problem doLaunchAtLogin(const Value& line) { return lines::setLaunchAtLogin(desktop_, line); }
 
+    Problem doPlatform(const Value& line) {
+        return with<script::Platform>(line, [this](const auto& record) -> Problem {
+            if (app_) return CodingError{"", "platform after start"};
+            const bool isMac = record.name == "macos";
+            if (!isMac && record.name != "linux") return wrong("name", "must be macos or linux");
+            rules_.choose(isMac ? macShortcuts : linuxShortcuts);
+            desktop_.postedCountsAsActivity = record.postedCountsAsActivity.value_or(isMac);
+            return std::nullopt;
+        });
+    }
+
+    Problem doViews(const Value& line) {
+        return with<script::Views>(line, [this](const auto& record) -> Problem {
+            desktop_.offeredViews = {record.offered.begin(), record.offered.end()};
+            return std::nullopt;
+        });
+    }
+
     Problem doWait(const Value& line) {
         return with<script::Wait>(line, [this](const auto& record) -> Problem {
             if (record.seconds < 0) return wrong("seconds", "goes back");
@@ -345,7 +368,8 @@ class Simulation::World {
                 desktop_.time.uptime(),
                 explainPress(*app_->profileManager.activeSnapshot(), record.button,
                              record.flags | desktop_.modifierFlags, desktop_.actionShortcuts(),
-                             languageFromSetting(languageSetting(desktop_.userDefaults()))));
+                             languageFromSetting(languageSetting(desktop_.userDefaults())),
+                             namedHotKeys(desktop_.hotKeyTable())));
             return std::nullopt;
         });
     }
@@ -353,6 +377,7 @@ class Simulation::World {
     Problem doPrint(const Value& line) {
         return with<script::Print>(line, [this](const auto& record) -> Problem {
             if (!app_) return CodingError{"", "print before start"};
+            desktop_.settleDefaults();
             const auto state = stateOf(*app_, desktop_, menu_, record.what);
             if (!state)
                 return wrong("what", "\"" + record.what + "\" is not a state that can be printed here");
@@ -361,7 +386,7 @@ class Simulation::World {
         });
     }
 
-    static constexpr std::array<std::pair<std::string_view, Handler>, 24> handlers{{
+    static constexpr std::array<std::pair<std::string_view, Handler>, 26> handlers{{
         {"event", &World::doEvent},
         {"defaults", &World::doDefaults},
         {"accessibility", &World::doAccessibility},
@@ -383,6 +408,8 @@ class Simulation::World {
         {"doNotDisturb", &World::doDoNotDisturb},
         {"launchAtLogin", &World::doLaunchAtLogin},
         {"session", &World::doSession},
+        {"platform", &World::doPlatform},
+        {"views", &World::doViews},
         {"wait", &World::doWait},
         {"call", &World::doCall},
         {"print", &World::doPrint},
@@ -392,12 +419,16 @@ class Simulation::World {
     Files& files_;
     TraceWriter writer_;
     SimulatedDesktop desktop_;
+    DesktopRules rules_;
     SimulatedMenu menu_{desktop_};
     std::unique_ptr<TrelvanApp> app_;
 };
 
 Simulation::Simulation(const ActionShortcuts& shortcuts, Files& files, TraceWriter::Output output)
-    : world_(std::make_unique<World>(shortcuts, files, std::move(output))) {}
+    : world_(std::make_unique<World>(&shortcuts, files, std::move(output))) {}
+
+Simulation::Simulation(Files& files, TraceWriter::Output output)
+    : world_(std::make_unique<World>(nullptr, files, std::move(output))) {}
 
 Simulation::~Simulation() = default;
 
@@ -413,7 +444,7 @@ void Simulation::finish() {
     world_->finish();
 }
 
-int simulate(const std::string& script, const ActionShortcuts& shortcuts, AppLanguage language) {
+int simulate(const std::string& script, const ActionShortcuts* shortcuts, AppLanguage language) {
     std::ifstream file;
     const bool fromFile = script != "-";
     if (fromFile) {
@@ -428,13 +459,14 @@ int simulate(const std::string& script, const ActionShortcuts& shortcuts, AppLan
     // A person or program that feeds lines one by one sees what each did before the next.
     const bool live = !fromFile;
     StandardFiles files;
-    Simulation simulation(shortcuts, files,
-                          [](std::string_view line) { std::fwrite(line.data(), 1, line.size(), stdout); });
+    const auto print = [](std::string_view line) { std::fwrite(line.data(), 1, line.size(), stdout); };
+    Simulation simulation =
+        shortcuts != nullptr ? Simulation(*shortcuts, files, print) : Simulation(files, print);
     std::string line;
     for (std::size_t number = 1; std::getline(input, line); ++number) {
         if (const auto reason = simulation.runLine(line)) {
             std::fflush(stdout);
-            std::fprintf(stderr, "line %zu: %s\n", number, reason->c_str());
+            std::fprintf(stderr, "line %zu: %s\n", number, visible(*reason).c_str());
             return exitStatus::badUsage;
         }
         if (live && input.rdbuf()->in_avail() <= 0) std::fflush(stdout);

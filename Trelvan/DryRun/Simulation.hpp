@@ -17,7 +17,10 @@ namespace trelvan {
 /// time is virtual, memory stays the same however long the script is. One thread.
 class Simulation {
   public:
-    /// `files` holds the backups that the script writes and reads, and outlives this.
+    /// The rules of the platform that the script names, otherwise macOS'. `files` holds the backups that the
+    /// script writes and reads, and outlives this.
+    Simulation(Files& files, TraceWriter::Output output);
+    /// The rules of the platform whose shortcuts these are, whatever the script says.
     Simulation(const ActionShortcuts& shortcuts, Files& files, TraceWriter::Output output);
     Simulation(const Simulation&) = delete;
     Simulation& operator=(const Simulation&) = delete;
@@ -35,7 +38,8 @@ class Simulation {
 };
 
 /// `trelvan simulate`: the script is a file's path, or "-" for standard input; the trace goes to standard
-/// output. `language` is that of the error for a script that cannot be read. The exit status.
-[[nodiscard]] int simulate(const std::string& script, const ActionShortcuts& shortcuts, AppLanguage language);
+/// output. `shortcuts` are those of a platform whose rules hold whatever the script says, or null. `language`
+/// is that of the error for a script that cannot be read. The exit status.
+[[nodiscard]] int simulate(const std::string& script, const ActionShortcuts* shortcuts, AppLanguage language);
 
 }  // namespace trelvan

@@ -1,5 +1,6 @@
 #include "DryRun/TraceWriter.hpp"
 
+#include "DryRun/ScriptLines.hpp"
 #include "DryRun/SimulatedMenu.hpp"
 
 #include <cmath>
@@ -50,6 +51,10 @@ constexpr std::string_view kindOf(const trace::Notification&) {
 
 constexpr std::string_view kindOf(const trace::Menu&) {
     return "menu";
+}
+
+constexpr std::string_view kindOf(const trace::View&) {
+    return "view";
 }
 
 constexpr std::string_view nameOf(trace::Opened::Kind kind) {
@@ -199,6 +204,10 @@ void TraceWriter::add(const trace::Prompted& prompted) {
 
 void TraceWriter::add(const trace::Notification& notification) {
     line_.add("title", notification.title).add("body", notification.body);
+}
+
+void TraceWriter::add(const trace::View& view) {
+    line_.add("name", rawValue(view.view));
 }
 
 void TraceWriter::add(const trace::Menu& menu) {

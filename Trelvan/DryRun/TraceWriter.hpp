@@ -37,6 +37,7 @@ class TraceWriter {
     void add(const trace::Prompted& prompted);
     void add(const trace::Notification& notification);
     void add(const trace::Menu& menu);
+    void add(const trace::View& view);
 
     Output output_;
     JsonLine line_;

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace trelvan {
@@ -30,6 +31,13 @@ struct HotKeyEntry {
     bool enabled = false;
     /// The array "parameters"; no value for an element that is not a whole number.
     std::vector<std::optional<std::int64_t>> parameters;
+};
+
+/// A combination by what its key is called.
+struct NamedHotKey {
+    EventFlags flags = 0;
+    std::string key;
+    friend bool operator==(const NamedHotKey&, const NamedHotKey&) = default;
 };
 
 /// The shortcuts that the user gave the desktop's own functions, under the system's symbolic identifiers.

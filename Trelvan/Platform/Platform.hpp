@@ -23,6 +23,7 @@
 #include "Platform/UserDefaults.hpp"
 #include "Platform/Workspace.hpp"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -82,5 +83,9 @@ struct PlatformOptions {
 
 /// The combinations that this platform's applications know, also without a display.
 [[nodiscard]] const ActionShortcuts& platformShortcuts();
+
+/// The shortcuts that the desktop's own settings give its functions, by their symbolic identifiers; without a
+/// display too. Reads files or asks a program, and waits for it.
+[[nodiscard]] std::map<int, NamedHotKey> desktopHotKeys();
 
 }  // namespace trelvan

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <string_view>
+#include <vector>
 
 namespace trelvan {
 
@@ -47,6 +48,10 @@ class SystemViews {
     /// when neither helps, the log says so. False when only keys can do it, known or guessed: it is the
     /// caller's then.
     [[nodiscard]] virtual bool show(SystemView view, ByKeys byKeys) = 0;
+
+    /// The views that the desktop itself shows when it is asked, as far as can be told without showing them;
+    /// a recording says so. Main thread; may ask other programs and wait for their answer.
+    [[nodiscard]] virtual std::vector<SystemView> offered() const { return {}; }
 };
 
 }  // namespace trelvan

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 namespace trelvan {
@@ -26,6 +28,15 @@ class UserDefaults {
     [[nodiscard]] virtual std::optional<DefaultsValue> object(std::string_view key) const = 0;
     virtual void set(std::string_view key, DefaultsValue value) = 0;
     virtual void remove(std::string_view key) = 0;
+
+    /// Makes the value when it is needed; none when there is nothing to store after all.
+    using Maker = std::function<std::optional<DefaultsValue>()>;
+    /// Sets what `make` makes, which may be asked for as late as the value is read or written to disk, and
+    /// not at all when another value is set before. Until then it must go on making the same value, or that
+    /// of a later call. Whoever sets one reads the key before the end of what `make` uses.
+    virtual void setLazily(std::string_view key, Maker make) {
+        if (auto value = make()) set(key, std::move(*value));
+    }
 
     /// Keeps a copy of bytes that are about to be lost, next to the settings, under a name that was free.
     /// Where it is; none when it could not be written.

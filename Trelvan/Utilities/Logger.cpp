@@ -59,9 +59,17 @@ void Logger::log(LogLevel level, std::string_view message, std::string_view file
     if (!accepts(level)) return;
     if (standardOutput_ == nullptr && unifiedLog_ == nullptr) return;
     const auto time = format(timeOfDay_ != nullptr ? timeOfDay_(context_) : std::chrono::system_clock::now());
-    const ShortText text("[", std::string_view(time.data(), time.size()), "] ", label(level), " [",
-                         lastPathComponent(file), ":", line, "] ", message);
-    const LogRecord record{level, text.view(), message};
+    const std::string_view name = lastPathComponent(file);
+    ShortText text("[", std::string_view(time.data(), time.size()), "] ", label(level), " [", name, ":", line,
+                   "] ");
+    const std::size_t start = text.view().size();
+    // Names and paths are in it that others chose.
+    appendVisible(text, message);
+    const LogRecord record{.level = level,
+                           .line = text.view(),
+                           .message = text.view().substr(start),
+                           .file = name,
+                           .lineNumber = line};
     if (standardOutput_ != nullptr) standardOutput_->write(record);
     if (unifiedLog_ != nullptr) unifiedLog_->write(record);
 }

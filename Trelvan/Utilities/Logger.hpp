@@ -12,7 +12,8 @@ namespace trelvan {
 
 /// The single logging facility: each accepted line goes to standard output and to the unified log.
 ///
-/// Any thread, no lock, no allocation for lines of the usual length. Log texts are Spanish.
+/// Any thread, no lock, no allocation for lines of the usual length. Log texts are Spanish. Control
+/// characters in a message are written visibly (`\n`, `\x1b`), so that no name can forge a line.
 class Logger {
   public:
     /// Tells the time of day.
@@ -25,7 +26,8 @@ class Logger {
     /// The one instance of the running program. It writes nowhere until it is connected.
     static Logger& shared();
 
-    /// Joins the logger to its outputs, which must outlive the connection; before any other thread logs.
+    /// Joins the logger to its outputs, which must outlive the connection; before any other thread logs. An
+    /// output may be missing, or stand for both.
     /// A null `timeOfDay` stands for the system's clock.
     void connect(LogSink* standardOutput, LogSink* unifiedLog, TimeOfDay timeOfDay = nullptr,
                  void* context = nullptr);
@@ -38,8 +40,8 @@ class Logger {
         return level >= minimumLevel.load(std::memory_order_relaxed);
     }
 
-    /// `file` is a path, of which only the last component is shown; both name the place of the call by
-    /// default.
+    /// `file` is a path that lives as long as the program, of which only the last component is shown; both
+    /// name the place of the call by default.
     void debug(std::string_view message, const char* file = __builtin_FILE(),
                unsigned line = __builtin_LINE()) {
         log(LogLevel::debug, message, file, line);

@@ -56,9 +56,14 @@ class Published {
         return *this;
     }
 
-    /// Changes the value in place; observers are told first, with the value as it will be.
+    /// Changes the value in place; observers are told first, with the value as it will be. Where nobody
+    /// observes nothing is copied.
     template <typename Change>
     void update(Change&& change) {
+        if (!observers_ || observers_->empty()) {
+            std::forward<Change>(change)(value_);
+            return;
+        }
         T changed = value_;
         std::forward<Change>(change)(changed);
         *this = std::move(changed);

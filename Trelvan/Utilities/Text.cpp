@@ -30,7 +30,66 @@ std::pair<utf8proc_int32_t, std::size_t> firstCodepoint(std::string_view text) {
     return {codepoint, length > 0 ? static_cast<std::size_t>(length) : 0};
 }
 
+/// Whether a code point is shown by nothing of its own and may change how the rest of a line is shown.
+bool isControl(utf8proc_int32_t codepoint) {
+    const auto within = [codepoint](utf8proc_int32_t first, utf8proc_int32_t last) {
+        return codepoint >= first && codepoint <= last;
+    };
+    return within(0, 0x1F) || within(0x7F, 0x9F) || codepoint == 0x61C || within(0x200E, 0x200F) ||
+           within(0x2028, 0x202E) || within(0x2066, 0x2069);
+}
+
+/// A control character, or a byte that is none at all, as programmers write it.
+void appendEscape(ShortText& text, std::uint32_t code) {
+    switch (code) {
+        case '\n':
+            return text.append("\\n");
+        case '\r':
+            return text.append("\\r");
+        case '\t':
+            return text.append("\\t");
+        default:
+            break;
+    }
+    constexpr std::string_view digits = "0123456789abcdef";
+    constexpr std::uint32_t oneByte = 0xFF;
+    text.append(code <= oneByte ? "\\x" : "\\u");
+    for (int shift = code <= oneByte ? 4 : 12; shift >= 0; shift -= 4)
+        text.append(digits.substr((code >> static_cast<unsigned>(shift)) & 0xFU, 1));
+}
+
 }  // namespace
+
+void appendVisible(ShortText& text, std::string_view part) {
+    std::size_t plain = 0;
+    for (std::size_t at = 0; at < part.size();) {
+        const auto byte = static_cast<unsigned char>(part[at]);
+        auto code = static_cast<std::uint32_t>(byte);
+        std::size_t length = 1;
+        bool shown = byte >= 0x20 && byte < 0x7F;
+        if (byte >= 0x80) {
+            const auto [codepoint, size] = firstCodepoint(part.substr(at));
+            shown = size > 0 && !isControl(codepoint);
+            if (size > 0) {
+                code = static_cast<std::uint32_t>(codepoint);
+                length = size;
+            }
+        }
+        if (!shown) {
+            text.append(part.substr(plain, at - plain));
+            appendEscape(text, code);
+            plain = at + length;
+        }
+        at += length;
+    }
+    text.append(part.substr(plain));
+}
+
+std::string visible(std::string_view text) {
+    ShortText result;
+    appendVisible(result, text);
+    return std::string(result.view());
+}
 
 std::optional<std::string> composed(std::string_view text) {
     if (isAscii(text)) return std::string(text);

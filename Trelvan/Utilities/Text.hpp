@@ -62,4 +62,12 @@ class ShortText {
     std::string heap_;
 };
 
+/// Appends a text that somebody else chose so that it can neither break the line nor steer a terminal:
+/// control characters, line and paragraph separators, marks of the writing direction and bytes that are not
+/// UTF-8 are written as `\n`, `\t`, `\x1b`, `\u2028`. All else stays as it is, backslashes too.
+void appendVisible(ShortText& text, std::string_view part);
+
+/// The text as `appendVisible` writes it.
+[[nodiscard]] std::string visible(std::string_view text);
+
 }  // namespace trelvan

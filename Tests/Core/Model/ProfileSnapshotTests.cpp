@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <limits>
 #include <random>
+#include <string>
 #include <vector>
 
 namespace trelvan {
@@ -77,6 +80,25 @@ TEST(ProfileSnapshot, LookupAllocatesNothing) {
     for (std::int64_t number = -200; number < 900; ++number) count += snapshot.mappings(number).size();
     EXPECT_EQ(test::allocationCount(), before);
     EXPECT_GT(count, numbers.size());
+}
+
+TEST(ProfileSnapshotTest, AppendingGivesWhatANewSnapshotWouldHave) {
+    TrackballProfile profile;
+    ProfileSnapshot growing(profile);
+    const std::vector<std::int64_t> numbers{5, -100, 3, 5, 0, -101, 9, 3, -102, 1, 5, 4, -100, 2, 9};
+    for (const auto number : numbers) {
+        const auto mapping =
+            ButtonMapping::unassigned(Uuid{}, number, std::to_string(profile.mappings.size()));
+        profile.mappings.push_back(mapping);
+        growing.append(mapping);
+        const ProfileSnapshot fresh(profile);
+        EXPECT_EQ(growing.profile(), profile);
+        for (std::int64_t button = -103; button <= 10; ++button) {
+            const auto one = growing.mappings(button);
+            const auto other = fresh.mappings(button);
+            EXPECT_TRUE(std::ranges::equal(one, other)) << "button " << button;
+        }
+    }
 }
 
 }  // namespace

@@ -27,18 +27,21 @@ std::string programPath() {
 }
 
 TrelvanProcess::TrelvanProcess(VirtualDesktop& desktop, const Settings& settings,
-                               const std::map<std::string, std::string>& more)
+                               const std::map<std::string, std::string>& more,
+                               const std::vector<std::string>& command)
     : folder(freshFolder(desktop)) {
     std::filesystem::create_directory(folder / "config");
     writeFile(folder / "config" / "settings.json", settings.text());
     auto environment = desktop.environment();
     for (const auto& [name, value] : more) environment[name] = value;
-    process =
-        std::make_unique<ChildProcess>(Launch{.arguments = {programPath(), "--config", folder / "config"},
-                                              .environment = environment,
-                                              .directory = folder,
-                                              .output = folder / "output",
-                                              .errors = folder / "errors"});
+    std::vector<std::string> arguments{programPath()};
+    arguments.insert(arguments.end(), command.begin(), command.end());
+    arguments.insert(arguments.end(), {"--config", (folder / "config").string()});
+    process = std::make_unique<ChildProcess>(Launch{.arguments = arguments,
+                                                    .environment = environment,
+                                                    .directory = folder,
+                                                    .output = folder / "output",
+                                                    .errors = folder / "errors"});
     const bool isReady = waitUntil(
         [&] { return output().find(readyLine) != std::string::npos || !process->isRunning(); }, patience);
     if (!isReady || output().find(readyLine) == std::string::npos) {

@@ -16,10 +16,12 @@ namespace trelvan::desktop {
 /// The program under test, run on a virtual desktop with settings of its own. Main thread.
 class TrelvanProcess {
   public:
-    /// Starts the program with these settings, and with `more` in its environment, and waits until it serves
+    /// Starts the program with these settings, with `more` in its environment and `command` before its other
+    /// arguments, and waits until it serves
     /// the devices. Throws std::runtime_error with the program's output when it does not come to that.
     TrelvanProcess(VirtualDesktop& desktop, const Settings& settings,
-                   const std::map<std::string, std::string>& more = {});
+                   const std::map<std::string, std::string>& more = {},
+                   const std::vector<std::string>& command = {});
 
     /// Waits for a line of the output that contains the text.
     bool waitForLine(const std::string& text, std::chrono::milliseconds bound = patience) const;

@@ -3,6 +3,7 @@
 #include "Core/Model/ButtonNumbers.hpp"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace trelvan {
@@ -25,6 +26,25 @@ ProfileSnapshot::ProfileSnapshot(TrackballProfile profile) : profile_(std::move(
         if (groups_.empty() || groups_.back().buttonNumber != number) groups_.push_back({number, place, 0});
         ++groups_.back().count;
     }
+}
+
+void ProfileSnapshot::append(ButtonMapping mapping) {
+    const auto number = mapping.buttonNumber;
+    const auto index = static_cast<std::uint32_t>(profile_.mappings.size());
+    profile_.mappings.push_back(std::move(mapping));
+    if (isScrollButton(number)) {
+        (isEvenButton(number) ? evenScroll_ : oddScroll_).push_back(index);
+        return;
+    }
+    auto group = std::ranges::lower_bound(groups_, number, {}, &Group::buttonNumber);
+    if (group == groups_.end() || group->buttonNumber != number) {
+        const auto first =
+            group != groups_.end() ? group->first : static_cast<std::uint32_t>(byNumber_.size());
+        group = groups_.insert(group, {number, first, 0});
+    }
+    byNumber_.insert(byNumber_.begin() + static_cast<std::ptrdiff_t>(group->first + group->count), index);
+    ++group->count;
+    for (auto later = std::next(group); later != groups_.end(); ++later) ++later->first;
 }
 
 ProfileSnapshot::MappingIndices ProfileSnapshot::mappings(std::int64_t buttonNumber) const noexcept {

@@ -2,15 +2,17 @@
 
 #include "Core/Model/TrackballProfile.hpp"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace trelvan {
 
 /// A profile as it was at one moment, indexed by button for the event tap.
 ///
-/// Immutable after construction, so any thread may read it.
+/// Whoever is handed one may read it on any thread: it changes only while its owner alone has it.
 class ProfileSnapshot {
   public:
     /// Places of mappings in `profile().mappings`, ascending.
@@ -28,6 +30,11 @@ class ProfileSnapshot {
     /// has all the scroll mappings of that direction, the even numbers being one and the odd ones the other.
     /// Allocates nothing; logarithmic in the number of mappings. Valid as long as the snapshot.
     [[nodiscard]] MappingIndices mappings(std::int64_t buttonNumber) const noexcept;
+
+    /// Follows the profile, which got one more mapping.
+    void append(ButtonMapping mapping);
+    /// Follows the profile, of which a mapping was replaced by one of the same button.
+    void replace(std::size_t index, ButtonMapping mapping) { profile_.mappings[index] = std::move(mapping); }
 
   private:
     struct Group {

@@ -1,5 +1,6 @@
 #include "Platform/Linux/BusCall.hpp"
 
+#include <QDBusConnectionInterface>
 #include <QDBusError>
 #include <QDBusPendingCallWatcher>
 #include <QElapsedTimer>
@@ -40,6 +41,10 @@ void callOverBus(const QDBusConnection& bus, QDBusMessage message,
                          answered(answerOf(*watcher, !timer.hasExpired(patience * 9 / 10)));
                          watcher->deleteLater();
                      });
+}
+
+bool isOnBus(const QDBusConnection& bus, const char* service) {
+    return bus.isConnected() && bus.interface()->isServiceRegistered(service);
 }
 
 }  // namespace trelvan

@@ -35,4 +35,7 @@ struct BusCallOptions {
 void callOverBus(const QDBusConnection& bus, QDBusMessage message,
                  std::function<void(const BusAnswer&)> answered, const BusCallOptions& options = {});
 
+/// Whether a service runs. Waits for the bus.
+[[nodiscard]] bool isOnBus(const QDBusConnection& bus, const char* service);
+
 }  // namespace trelvan

@@ -1,19 +1,21 @@
 #include "Platform/Linux/JournalSink.hpp"
 
-#ifdef TRELVAN_JOURNAL
-#include <sys/uio.h>
+#include "Utilities/Text.hpp"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <syslog.h>
-#include <systemd/sd-journal.h>
 #include <unistd.h>
 
 #include <array>
-#endif
-
-#include "Utilities/Text.hpp"
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <utility>
 
 namespace trelvan {
-
-#ifdef TRELVAN_JOURNAL
 
 namespace {
 
@@ -31,31 +33,97 @@ int priorityOf(LogLevel level) {
     return LOG_INFO;
 }
 
-iovec field(std::string_view text) {
-    return {const_cast<char*>(text.data()), text.size()};
+/// "NAME=value" on a line; a value that has line breaks goes with its length before it.
+void appendField(std::string& fields, std::string_view name, std::string_view value) {
+    fields += name;
+    if (value.find('\n') == std::string_view::npos) {
+        fields += '=';
+    } else {
+        fields += '\n';
+        auto length = static_cast<std::uint64_t>(value.size());
+        for (int byte = 0; byte < 8; ++byte, length >>= 8U) fields += static_cast<char>(length & 0xFFU);
+    }
+    fields += value;
+    fields += '\n';
 }
 
 }  // namespace
 
-JournalSink::JournalSink() : present_(access("/run/systemd/journal/socket", W_OK) == 0) {}
+JournalSink::JournalSink(std::string socketPath)
+    : path_(std::move(socketPath)), present_(access(path_.c_str(), W_OK) == 0) {}
 
-void JournalSink::write(const LogRecord& record) {
-    if (!present_) return;
-    const ShortText message("MESSAGE=", record.message);
-    const ShortText priority("PRIORITY=", priorityOf(record.level));
-    const std::array fields{field(message.view()), field(priority.view()),
-                            field("SUBSYSTEM=com.yourname.Trelvan"), field("SYSLOG_IDENTIFIER=trelvan")};
-    sd_journal_sendv(fields.data(), static_cast<int>(fields.size()));
+JournalSink::~JournalSink() {
+    disconnect();
 }
 
-#else
-
-JournalSink::JournalSink() = default;
-
-void JournalSink::write(const LogRecord& /*record*/) {
-    (void)present_;
+LogOutlet::Sent JournalSink::send(const QueuedLine& line) {
+    if (!present_) return Sent::done;
+    fields_.clear();
+    appendField(fields_, "MESSAGE", line.text);
+    appendField(fields_, "PRIORITY", ShortText(priorityOf(line.level)));
+    appendField(fields_, "SYSLOG_IDENTIFIER", "trelvan");
+    appendField(fields_, "SUBSYSTEM", unifiedLog::subsystem);
+    appendField(fields_, "CATEGORY", unifiedLog::category);
+    if (!line.file.empty()) {
+        appendField(fields_, "CODE_FILE", line.file);
+        appendField(fields_, "CODE_LINE", ShortText(line.lineNumber));
+    }
+    // A journal that was started anew has a new socket under the old name.
+    const bool wasConnected = socket_ >= 0;
+    if (!connect()) return Sent::lost;
+    const Sent sent = sendDatagram();
+    if (sent != Sent::lost || !wasConnected) return sent;
+    return connect() ? sendDatagram() : Sent::lost;
 }
 
-#endif
+bool JournalSink::connect() {
+    if (socket_ >= 0) return true;
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path_.size() >= sizeof address.sun_path) return false;
+    std::memcpy(address.sun_path, path_.c_str(), path_.size() + 1);
+    socket_ = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    if (socket_ < 0) return false;
+    if (::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return true;
+    disconnect();
+    return false;
+}
+
+void JournalSink::disconnect() {
+    if (socket_ >= 0) close(std::exchange(socket_, -1));
+}
+
+LogOutlet::Sent JournalSink::sendDatagram() {
+    const auto sent = ::send(socket_, fields_.data(), fields_.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+    if (sent >= 0) return Sent::done;
+    if (errno == EAGAIN || errno == ENOBUFS || errno == EINTR) return Sent::full;
+    if (errno == EMSGSIZE) return sendAsFile();
+    disconnect();
+    return Sent::lost;
+}
+
+/// What is too long for a datagram goes as a sealed file in memory.
+LogOutlet::Sent JournalSink::sendAsFile() {
+    const int file = memfd_create("trelvan-log", MFD_CLOEXEC | MFD_ALLOW_SEALING);
+    if (file < 0) return Sent::lost;
+    const auto written = write(file, fields_.data(), fields_.size());
+    const bool whole =
+        written >= 0 && static_cast<std::size_t>(written) == fields_.size() &&
+        fcntl(file, F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE | F_SEAL_SEAL) == 0;
+    alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> space{};
+    msghdr message{};
+    message.msg_control = space.data();
+    message.msg_controllen = space.size();
+    cmsghdr* header = CMSG_FIRSTHDR(&message);
+    header->cmsg_level = SOL_SOCKET;
+    header->cmsg_type = SCM_RIGHTS;
+    header->cmsg_len = CMSG_LEN(sizeof file);
+    std::memcpy(CMSG_DATA(header), &file, sizeof file);
+    const auto sent = whole ? sendmsg(socket_, &message, MSG_DONTWAIT | MSG_NOSIGNAL) : -1;
+    const int error = errno;
+    close(file);
+    if (sent >= 0) return Sent::done;
+    return whole && error == EAGAIN ? Sent::full : Sent::lost;
+}
 
 }  // namespace trelvan

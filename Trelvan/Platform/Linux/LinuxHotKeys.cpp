@@ -2,12 +2,16 @@
 
 #include "Platform/Linux/DurableFile.hpp"
 #include "Platform/Linux/HomeFolder.hpp"
+#include "Platform/Platform.hpp"
 #include "Utilities/Logger.hpp"
 
 #include <sys/stat.h>
+#include <xkbcommon/xkbcommon.h>
 
 #include <QFileSystemWatcher>
 #include <QProcess>
+#include <array>
+#include <cctype>
 #include <cstdlib>
 #include <utility>
 
@@ -206,6 +210,27 @@ ShortcutTable readShortcutsNow(DesktopKind desktop) {
             settings += process.readAllStandardOutput().toStdString() + "\n";
     }
     return readSettingsList(settings, desktop);
+}
+
+namespace {
+
+/// What a person calls the key; a letter is written large.
+std::string keyName(unsigned long keysym) {
+    std::array<char, 64> name{};
+    if (xkb_keysym_get_name(static_cast<xkb_keysym_t>(keysym), name.data(), name.size()) <= 0) return "?";
+    std::string text(name.data());
+    if (text.size() == 1)
+        text.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(text.front())));
+    return text;
+}
+
+}  // namespace
+
+std::map<int, NamedHotKey> desktopHotKeys() {
+    std::map<int, NamedHotKey> result;
+    for (const auto& [id, accelerator] : readShortcutsNow(currentDesktop()))
+        result[id] = {accelerator.flags, keyName(accelerator.keysym)};
+    return result;
 }
 
 }  // namespace trelvan

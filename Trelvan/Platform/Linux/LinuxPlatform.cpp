@@ -6,7 +6,6 @@
 #include "Platform/Linux/Guard.hpp"
 #include "Platform/Linux/GuardKeeper.hpp"
 #include "Platform/Linux/HeldRelease.hpp"
-#include "Platform/Linux/JournalSink.hpp"
 #include "Platform/Linux/LastWish.hpp"
 #include "Platform/Linux/LinuxAccessibilityTrust.hpp"
 #include "Platform/Linux/LinuxAppearance.hpp"
@@ -55,10 +54,10 @@ std::vector<std::string> startArguments(const PlatformOptions& options) {
     return {"--config", std::filesystem::absolute(options.configDirectory, ignored).string()};
 }
 
-/// Joins the log to its outputs before the first part that may have something to say, and until after the
-/// last.
+/// Joins the log to its outputs, of which one sink serves both, before the first part that may have something
+/// to say, and until after the last.
 struct LogJoin {
-    LogJoin(LogSink& output, LogSink& journal) { AppLogger.connect(&output, &journal); }
+    explicit LogJoin(LogSink& output) { AppLogger.connect(&output, nullptr); }
     LogJoin(const LogJoin&) = delete;
     LogJoin& operator=(const LogJoin&) = delete;
     ~LogJoin() { AppLogger.disconnect(); }
@@ -114,8 +113,7 @@ struct LinuxPlatform::Parts {
 
     std::unique_ptr<Guard> guard;
     OutputSink output{STDOUT_FILENO};
-    JournalSink journal;
-    LogJoin join{output, journal};
+    LogJoin join{output};
     std::unique_ptr<QApplication> application;
     std::unique_ptr<XConnection> connection;
     SteadyClock clock;

@@ -5,44 +5,36 @@
 #include "Platform/Linux/ScreenshotProgram.hpp"
 #include "Platform/Linux/ShellViews.hpp"
 #include "Platform/Linux/ViewProgram.hpp"
+#include "Platform/SystemViewNames.hpp"
 #include "Utilities/Logger.hpp"
 
+#include <algorithm>
 #include <utility>
 
 namespace trelvan {
 
-namespace {
-
-std::string_view nameOf(SystemView view) {
-    switch (view) {
-        case SystemView::missionControl:
-            return "la vista de ventanas";
-        case SystemView::appExpose:
-            return "la vista de la aplicación";
-        case SystemView::launchpad:
-            return "el lanzador de aplicaciones";
-        case SystemView::showDesktop:
-            return "mostrar el escritorio";
-        case SystemView::desktopLeft:
-        case SystemView::desktopRight:
-            return "cambiar de escritorio";
-        case SystemView::screenshotArea:
-        case SystemView::screenshotFull:
-        case SystemView::screenshotTool:
-            return "capturas de pantalla";
-        case SystemView::emojiPanel:
-            return "el panel de emojis";
-        case SystemView::lockScreen:
-            return "bloquear la pantalla";
-    }
-    return {};
-}
-
-}  // namespace
-
 bool LinuxSystemViews::show(SystemView view, ByKeys byKeys) {
     mainQueue_.async([this, view, byKeys = std::move(byKeys)] { showNow(view, byKeys); });
     return true;
+}
+
+std::vector<SystemView> LinuxSystemViews::offered() const {
+    auto views = ShellViews::offered();
+    const auto add = [&views](SystemView view) {
+        if (std::ranges::find(views, view) == views.end()) views.push_back(view);
+    };
+    if (properties_.isSupported("_NET_SHOWING_DESKTOP")) add(SystemView::showDesktop);
+    if (properties_.isSupported("_NET_CURRENT_DESKTOP")) {
+        add(SystemView::desktopLeft);
+        add(SystemView::desktopRight);
+    }
+    for (const auto& [view, hotKey] : {std::pair{SystemView::screenshotFull, hotkey::screenshotFull},
+                                       std::pair{SystemView::screenshotArea, hotkey::screenshotArea},
+                                       std::pair{SystemView::screenshotTool, hotkey::screenshotTool}}) {
+        if (!screenshotCommand(desktop_, view).empty() && !hotKeys_.entry(hotKey)) add(view);
+    }
+    if (ScreenLock::isOffered()) add(SystemView::lockScreen);
+    return views;
 }
 
 void LinuxSystemViews::showNow(SystemView view, const ByKeys& byKeys) {
@@ -111,7 +103,7 @@ bool LinuxSystemViews::moveDesktop(bool right) {
 
 void LinuxSystemViews::reportMissing(SystemView view) {
     if (!reported_.insert(view).second) return;
-    AppLogger.warning(ShortText("Este escritorio no ofrece ", nameOf(view)));
+    AppLogger.warning(ShortText("Este escritorio no ofrece ", logName(view)));
     if (missingObserver_) missingObserver_({.view = view, .program = programToInstall(view)});
 }
 

@@ -8,6 +8,7 @@
 
 #include <set>
 #include <utility>
+#include <vector>
 
 namespace trelvan {
 
@@ -21,6 +22,7 @@ class LinuxSystemViews : public SystemViews {
 
     [[nodiscard]] bool show(SystemView view, ByKeys byKeys) override;
     void setMissingObserver(MissingObserver observer) override { missingObserver_ = std::move(observer); }
+    [[nodiscard]] std::vector<SystemView> offered() const override;
 
   private:
     void showNow(SystemView view, const ByKeys& byKeys);

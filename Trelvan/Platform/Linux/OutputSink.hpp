@@ -1,19 +1,23 @@
 #pragma once
 
+#include "Platform/Linux/JournalSink.hpp"
 #include "Utilities/LogSink.hpp"
 
 #include <memory>
+#include <string>
 
 namespace trelvan {
 
-/// Log lines on a file descriptor, standard output as a rule, written by a thread of its own so that a
-/// stalled terminal stalls nobody. Lines that find no room are dropped, and how many is said as soon as there
-/// is room.
+/// The log's two outputs, a file descriptor (standard output as a rule) and the systemd journal. One thread
+/// writes both, so that a stalled terminal and a journal that nobody reads stall nobody, and neither stalls
+/// the other. Lines that find no room are dropped, and how many is said in their place as soon as there is
+/// room.
 ///
 /// Any thread. The end waits a short time for what is left to be written.
 class OutputSink : public LogSink {
   public:
-    explicit OutputSink(int descriptor);
+    /// The descriptor stays the caller's, and its flags as they are.
+    explicit OutputSink(int descriptor, std::string journalSocket = JournalSink::systemSocket);
     OutputSink(const OutputSink&) = delete;
     OutputSink& operator=(const OutputSink&) = delete;
     ~OutputSink() override;
@@ -23,7 +27,7 @@ class OutputSink : public LogSink {
   private:
     struct Shared;
 
-    /// Held by the writer too: where the reader never reads again, the writer outlives this object.
+    /// Held by the writer too: where a write never returns, the writer outlives this object.
     std::shared_ptr<Shared> shared_;
 };
 

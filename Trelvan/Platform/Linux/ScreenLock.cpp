@@ -3,6 +3,7 @@
 #include "Platform/Linux/BusCall.hpp"
 #include "Platform/Linux/ProgramRun.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -68,6 +69,13 @@ std::vector<std::string_view> ScreenLock::services() {
     std::vector<std::string_view> result;
     for (const auto& saver : screenSavers) result.emplace_back(saver.service);
     return result;
+}
+
+bool ScreenLock::isOffered() {
+    return isOnBus(QDBusConnection::systemBus(), "org.freedesktop.login1") ||
+           std::ranges::any_of(screenSavers, [](const ScreenSaver& saver) {
+               return isOnBus(QDBusConnection::sessionBus(), saver.service);
+           });
 }
 
 }  // namespace trelvan

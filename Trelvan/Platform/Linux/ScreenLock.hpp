@@ -16,6 +16,8 @@ class ScreenLock {
     static void lock(DesktopKind desktop, const std::function<void()>& otherwise);
     /// The names on the session bus of the screen savers that are asked, in that order.
     [[nodiscard]] static std::vector<std::string_view> services();
+    /// Whether a screen saver or the login manager runs. Waits for the buses, not for them.
+    [[nodiscard]] static bool isOffered();
 };
 
 }  // namespace trelvan

@@ -138,6 +138,17 @@ std::vector<std::string_view> ShellViews::services(SystemView view) {
     }
 }
 
+std::vector<SystemView> ShellViews::offered() {
+    using enum SystemView;
+    if (isOnBus(QDBusConnection::sessionBus(), gnomeShell)) return {missionControl, appExpose, launchpad};
+    if (isOnBus(QDBusConnection::sessionBus(), kdeShortcuts)) {
+        return {missionControl, appExpose,      launchpad,      showDesktop,    desktopLeft,
+                desktopRight,   screenshotArea, screenshotFull, screenshotTool, emojiPanel};
+    }
+    if (isOnBus(QDBusConnection::sessionBus(), cinnamon)) return {missionControl};
+    return {};
+}
+
 void ShellViews::showGnomeOverview(const Otherwise& otherwise) {
     setGnomeOverview(true, otherwise);
 }

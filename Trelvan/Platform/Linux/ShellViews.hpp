@@ -18,6 +18,8 @@ class ShellViews {
     static void show(SystemView view, const Otherwise& otherwise);
     /// The names on the bus of the shells that may have the view, in the order in which they are asked.
     [[nodiscard]] static std::vector<std::string_view> services(SystemView view);
+    /// The views of the shell that is running. Waits for the bus, not for the shell.
+    [[nodiscard]] static std::vector<SystemView> offered();
     /// GNOME's overview, one step from the grid of its applications.
     static void showGnomeOverview(const Otherwise& otherwise);
 };

@@ -59,6 +59,13 @@ SimulatedDesktop::SimulatedDesktop(const ActionShortcuts& shortcuts)
 
 SimulatedDesktop::~SimulatedDesktop() = default;
 
+void SimulatedDesktop::settleDefaults() {
+    if (unmadeDefaults.empty()) return;
+    for (auto& [key, make] : std::exchange(unmadeDefaults, {})) {
+        if (auto value = make()) defaults.insert_or_assign(key, std::move(*value));
+    }
+}
+
 TapAnswer SimulatedDesktop::send(TapEvent event) {
     parts_->input.note(event.type);
     return parts_->tap.send(event);

@@ -11,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <variant>
@@ -117,7 +118,12 @@ class SimulatedDesktop : public Platform {
     std::function<bool(SystemView, const SystemViews::ByKeys&)> onView;
     /// Whom the program wants told of views that this desktop does not have.
     SystemViews::MissingObserver onMissingView;
+    /// The views that a desktop which can be asked has: those of a bare window manager.
+    std::set<SystemView> offeredViews{SystemView::showDesktop, SystemView::desktopLeft,
+                                      SystemView::desktopRight};
+    /// To be read after `settleDefaults`, where values may have been set lazily.
     std::map<std::string, DefaultsValue, std::less<>> defaults;
+    std::map<std::string, UserDefaults::Maker> unmadeDefaults;
     std::map<std::string, SimulatedItem, std::less<>> disk;
     /// What was put aside, by the name it got.
     std::map<std::string, std::string> asides;
@@ -131,6 +137,10 @@ class SimulatedDesktop : public Platform {
     }
     /// Writes into the trace.
     Logger logger;
+
+    /// Makes the values that were set lazily: before `defaults` is read, and before `failures.save` is
+    /// switched.
+    void settleDefaults();
 
     /// One event of the hardware (or of another program) at the tap; what became of it, which is `deliver`
     /// for types that are not tapped.
@@ -179,6 +189,8 @@ class SimulatedDesktop : public Platform {
     IdleInhibitor& idleInhibitor() override;
     const Appearance& appearance() override;
     const ActionShortcuts& actionShortcuts() override { return shortcuts_; }
+    /// Also for what has been handed `actionShortcuts` before.
+    void setActionShortcuts(const ActionShortcuts& shortcuts) { shortcuts_ = shortcuts; }
     /// Nothing happens by itself here: returns at once.
     int run() override { return 0; }
 

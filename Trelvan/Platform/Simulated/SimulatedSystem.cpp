@@ -27,17 +27,25 @@ std::string_view SimulatedScreens::frontmostApplication() const {
 }
 
 std::optional<DefaultsValue> SimulatedDefaults::object(std::string_view key) const {
+    desktop_.settleDefaults();
     const auto found = desktop_.defaults.find(key);
     return found != desktop_.defaults.end() ? std::optional{found->second} : std::nullopt;
 }
 
 void SimulatedDefaults::set(std::string_view key, DefaultsValue value) {
     if (desktop_.failures.save) return;
+    desktop_.unmadeDefaults.erase(std::string(key));
     desktop_.defaults.insert_or_assign(std::string(key), std::move(value));
+}
+
+void SimulatedDefaults::setLazily(std::string_view key, Maker make) {
+    if (desktop_.failures.save) return;
+    desktop_.unmadeDefaults.insert_or_assign(std::string(key), std::move(make));
 }
 
 void SimulatedDefaults::remove(std::string_view key) {
     if (desktop_.failures.save) return;
+    desktop_.unmadeDefaults.erase(std::string(key));
     if (const auto found = desktop_.defaults.find(key); found != desktop_.defaults.end())
         desktop_.defaults.erase(found);
 }
@@ -123,6 +131,10 @@ bool SimulatedViews::show(SystemView view, ByKeys byKeys) {
 
 void SimulatedViews::setMissingObserver(MissingObserver observer) {
     desktop_.onMissingView = std::move(observer);
+}
+
+std::vector<SystemView> SimulatedViews::offered() const {
+    return {desktop_.offeredViews.begin(), desktop_.offeredViews.end()};
 }
 
 void SimulatedLog::write(const LogRecord& record) {

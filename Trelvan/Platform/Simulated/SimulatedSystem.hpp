@@ -46,6 +46,7 @@ class SimulatedDefaults final : public UserDefaults {
     explicit SimulatedDefaults(SimulatedDesktop& desktop) : desktop_(desktop) {}
     [[nodiscard]] std::optional<DefaultsValue> object(std::string_view key) const override;
     void set(std::string_view key, DefaultsValue value) override;
+    void setLazily(std::string_view key, Maker make) override;
     void remove(std::string_view key) override;
     [[nodiscard]] std::optional<std::string> putAside(std::string_view key, const Data& data) override;
 
@@ -118,6 +119,7 @@ class SimulatedViews final : public SystemViews {
     explicit SimulatedViews(SimulatedDesktop& desktop) : desktop_(desktop) {}
     [[nodiscard]] bool show(SystemView view, ByKeys byKeys) override;
     void setMissingObserver(MissingObserver observer) override;
+    [[nodiscard]] std::vector<SystemView> offered() const override;
 
   private:
     SimulatedDesktop& desktop_;

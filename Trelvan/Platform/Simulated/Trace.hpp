@@ -3,6 +3,7 @@
 #include "Platform/EventPoster.hpp"
 #include "Platform/EventTap.hpp"
 #include "Platform/RunLoop.hpp"
+#include "Platform/SystemViews.hpp"
 #include "Utilities/Geometry.hpp"
 #include "Utilities/LogLevel.hpp"
 
@@ -77,6 +78,12 @@ struct Notification {
     friend bool operator==(const Notification&, const Notification&) = default;
 };
 
+/// The desktop was asked for one of its views, and has it.
+struct View {
+    SystemView view;
+    friend bool operator==(const View&, const View&) = default;
+};
+
 /// The radial menu came up or went away.
 struct Menu {
     struct Entry {
@@ -97,7 +104,7 @@ struct Menu {
 struct TraceEntry {
     Seconds at;
     std::variant<trace::Event, trace::PostedKey, trace::PostedMouse, trace::PostedMedia, trace::Opened,
-                 trace::Script, trace::Logged, trace::Prompted, trace::Notification, trace::Menu>
+                 trace::Script, trace::Logged, trace::Prompted, trace::Notification, trace::Menu, trace::View>
         what;
 };
 
