@@ -4,7 +4,9 @@
 #include <X11/keysym.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <csignal>
+#include <functional>
 
 /// What else can go wrong around a program that holds the pointer.
 namespace trelvan::desktop {
@@ -142,6 +144,44 @@ TEST_F(SafetyTest, FunctionThatFiresFasterThanAHandIsStoppedForAMoment) {
     }));
     passSentinel();
     EXPECT_EQ(buttonsArrived(), std::vector<unsigned>{});
+}
+
+TEST_F(SafetyTest, FunctionThatWasStoppedServesEveryPressAfterItsSecond) {
+    start(Settings().map(3, "Copiar").map(-100, "Pegar"));
+    const auto trip = [&](int xButton, const std::function<void()>& fire) {
+        const std::string line = "La función del botón X " + std::to_string(xButton) + " se dispara";
+        EXPECT_TRUE(waitUntil([&] {
+            for (int burst = 0; burst < 50; ++burst) fire();
+            return program().output().find(line) != std::string::npos;
+        }));
+    };
+    const auto pressButton = [this] { trackball().click(extra); };
+    const auto turnWheel = [this] { trackball().scrollVertical(1); };
+    trip(extra, pressButton);
+    trip(4, turnWheel);
+    // Both pauses are over once both fire again.
+    const auto firesAgain = [&](const std::function<void()>& fire, KeyStroke stroke) {
+        return waitUntil([&] {
+            client().forget();
+            fire();
+            return client().waitForStroke(stroke, std::chrono::milliseconds{200});
+        });
+    };
+    const KeyStroke paste{XK_v, ControlMask};
+    EXPECT_TRUE(firesAgain(pressButton, copy));
+    EXPECT_TRUE(firesAgain(turnWheel, paste));
+    client().forget();
+    for (int press = 0; press < 20; ++press) {
+        pressButton();
+        turnWheel();
+        // Each keystroke takes some 30 milliseconds.
+        const auto arrived = static_cast<std::size_t>(2 * press + 2);
+        EXPECT_TRUE(client().waitFor([&](const auto&) { return client().strokes().size() >= arrived; },
+                                     std::chrono::milliseconds{1000}));
+    }
+    const auto strokes = client().strokes();
+    EXPECT_EQ(std::ranges::count(strokes, copy), 20);
+    EXPECT_EQ(std::ranges::count(strokes, paste), 20);
 }
 
 TEST_F(SafetyTest, EscapeHeldGivesTheDevicesBackAndTakesThemAgain) {

@@ -27,25 +27,34 @@ class RateBreaker {
     [[nodiscard]] bool trips(int xButton, std::uint32_t now) {
         Count& count = counts_[static_cast<std::size_t>(xButton)];
         const double rate = isWheelButton(xButton) ? turnsPerSecond : pressesPerSecond;
-        const double sunk = rate * static_cast<double>(now - count.last) / 1000;
+        const double sunk = rate * elapsed(count.last, now) / 1000;
         count.level = std::max(0.0, count.level - sunk) + 1;
         count.last = now;
         if (count.level <= 2 * rate) return false;
-        count = {.last = now, .tripped = true};
+        count.level = 0;
+        count.isStopped = true;
         return true;
     }
 
-    [[nodiscard]] bool isStopped(int xButton, std::uint32_t now) const {
-        const Count& count = counts_[static_cast<std::size_t>(xButton)];
-        return count.tripped && now - count.last < pause;
+    /// Whether the function still pauses; once it does not, nothing is left of its having tripped.
+    [[nodiscard]] bool isStopped(int xButton, std::uint32_t now) {
+        Count& count = counts_[static_cast<std::size_t>(xButton)];
+        if (count.isStopped && elapsed(count.last, now) >= pause) count.isStopped = false;
+        return count.isStopped;
     }
 
   private:
     struct Count {
         double level = 0;
+        /// When the function fired last; while it is stopped, when it tripped.
         std::uint32_t last = 0;
-        bool tripped = false;
+        bool isStopped = false;
     };
+    /// Never negative: times of two devices may come a little out of order.
+    [[nodiscard]] static double elapsed(std::uint32_t from, std::uint32_t to) {
+        constexpr std::uint32_t outOfOrder = 60'000;
+        return from - to <= outOfOrder ? 0.0 : static_cast<double>(to - from);
+    }
     std::array<Count, highestXButton + 1> counts_{};
 };
 
