@@ -133,6 +133,39 @@ TEST_F(ButtonMapperActionTest, ClicksArePostedAtThePointer) {
                             at(EventType::otherMouseDown, 2), at(EventType::otherMouseUp, 2)));
 }
 
+TEST_F(ButtonMapperActionTest, ClicksAndMediaKeysArePostedFromTheBackgroundQueue) {
+    const auto posted = [this] {
+        return desktop.all<trace::PostedMouse>().size() + desktop.all<trace::PostedMedia>().size();
+    };
+    for (const auto action : {ButtonAction::leftClick, ButtonAction::middleClick, ButtonAction::volumeUp,
+                              ButtonAction::playPause}) {
+        desktop.entries.clear();
+        profile.mappings.clear();
+        map(4, action);
+        EXPECT_TRUE(mapper->execute(4, 0));
+        EXPECT_EQ(posted(), 0U) << "the tap waits for its answer";
+        desktop.time.runUntilBackgroundIsEmpty();
+        EXPECT_EQ(posted(), 2U);
+    }
+}
+
+TEST_F(ButtonMapperActionTest, ClickIsWhereThePointerWasAtThePress) {
+    desktop.pointer = {100, 40};
+    map(4, ButtonAction::leftClick);
+    mapper->execute(4, 0);
+    desktop.pointer = {500, 500};
+    desktop.time.runUntilBackgroundIsEmpty();
+    for (const auto& posted : desktop.all<trace::PostedMouse>())
+        EXPECT_EQ(posted.location, (TopLeftPoint{100, 40}));
+}
+
+TEST_F(ButtonMapperActionTest, ClickOnAScreenLeftOfAndAboveTheMainOneIsAtThePointer) {
+    desktop.screenFrames = {{0, 0, 1366, 768}, {-1920, 300, 1920, 1080}};
+    desktop.pointer = {-1900, -600};
+    perform(ButtonAction::leftClick);
+    EXPECT_EQ(desktop.all<trace::PostedMouse>().front().location, (TopLeftPoint{-1900, -600}));
+}
+
 TEST_F(ButtonMapperActionTest, WithoutScreensTheClickIsNotFlipped) {
     desktop.screenFrames.clear();
     desktop.pointer = {100, 40};

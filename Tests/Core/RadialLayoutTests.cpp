@@ -8,8 +8,8 @@
 namespace trelvan {
 namespace {
 
-constexpr Rect screen{0, 0, 1440, 900};
-constexpr Point middle{720, 450};
+constexpr BottomLeftRect screen{0, 0, 1440, 900};
+constexpr BottomLeftPoint middle{720, 450};
 
 void expectNear(Point point, Point expected) {
     EXPECT_NEAR(point.x, expected.x, 1e-9);
@@ -69,14 +69,14 @@ TEST(RadialLayoutTests, CornersKeepTheWholeRingOnTheScreen) {
 }
 
 TEST(RadialLayoutTests, ScreensWithNegativeOriginsCountFromTheirOwnCorner) {
-    const Rect left{-1920, -180, 1920, 1080};
+    const BottomLeftRect left{-1920, -180, 1920, 1080};
     EXPECT_EQ(RadialLayout::make({-960, 360}, left, 1).centre, (Point{960, 540}));
     EXPECT_EQ(RadialLayout::make({-1920, 900}, left, 1).centre, (Point{248, 248}));
     EXPECT_EQ(RadialLayout::make({-1, -180}, left, 1).centre, (Point{1672, 832}));
 }
 
 TEST(RadialLayoutTests, ScreenSmallerThanTheRingIsMeasuredFromItsFarEdge) {
-    const Rect small{0, 0, 320, 240};
+    const BottomLeftRect small{0, 0, 320, 240};
     EXPECT_EQ(RadialLayout::make({160, 120}, small, 1).centre, (Point{320 - 248, 240 - 248}));
 }
 

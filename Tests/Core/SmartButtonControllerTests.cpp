@@ -96,8 +96,8 @@ TEST_F(SmartButtonControllerTest, ViewHasEntriesPointerScreenAndRadii) {
     const auto view = panels.view();
     ASSERT_EQ(view.apps.size(), 1U);
     EXPECT_EQ(view.apps.front(), notes);
-    EXPECT_EQ(view.pointerLocation, (Point{100, 700}));
-    EXPECT_EQ(view.screenFrame, (Rect{0, 0, 1440, 900}));
+    EXPECT_EQ(view.pointerLocation, (BottomLeftPoint{100, 700}));
+    EXPECT_EQ(view.screenFrame, (BottomLeftRect{0, 0, 1440, 900}));
     EXPECT_EQ(view.radius, 138);
     EXPECT_EQ(view.outerRingRadius, 230);
     EXPECT_TRUE(controller->isShown);
@@ -107,20 +107,20 @@ TEST_F(SmartButtonControllerTest, ScreenIsTheFirstUnderThePointer) {
     desktop.screenFrames = {{0, 0, 1440, 900}, {1440, 0, 1920, 1080}, {1440, 0, 800, 600}};
     desktop.pointer = {1500, 450};
     show(notes);
-    EXPECT_EQ(panels.view().screenFrame, (Rect{1440, 0, 1920, 1080}));
+    EXPECT_EQ(panels.view().screenFrame, (BottomLeftRect{1440, 0, 1920, 1080}));
 }
 
 TEST_F(SmartButtonControllerTest, UpperEdgeIsNoPartOfItsScreen) {
     desktop.screenFrames = {{0, 0, 1440, 900}, {1440, 0, 1440, 900}, {1440, 900, 1440, 900}};
     desktop.pointer = {1500, 0};
     show(notes);
-    EXPECT_EQ(panels.view().screenFrame, (Rect{1440, 900, 1440, 900}));
+    EXPECT_EQ(panels.view().screenFrame, (BottomLeftRect{1440, 900, 1440, 900}));
 }
 
 TEST_F(SmartButtonControllerTest, PointerOnNoScreenTakesTheMainOne) {
     desktop.pointer = {-500, 450};
     show(notes);
-    EXPECT_EQ(panels.view().screenFrame, (Rect{0, 0, 1440, 900}));
+    EXPECT_EQ(panels.view().screenFrame, (BottomLeftRect{0, 0, 1440, 900}));
 }
 
 TEST_F(SmartButtonControllerTest, WithoutAnyScreenNothingIsShown) {
@@ -136,7 +136,7 @@ TEST_F(SmartButtonControllerTest, ShowingAgainReplacesTheMenu) {
     show(notes);
     EXPECT_EQ(panels.overlaysShown, 2);
     EXPECT_EQ(panels.open.size(), 1U);
-    EXPECT_EQ(panels.view().pointerLocation, (Point{300, 600}));
+    EXPECT_EQ(panels.view().pointerLocation, (BottomLeftPoint{300, 600}));
     EXPECT_TRUE(controller->isShown);
 }
 

@@ -31,7 +31,8 @@ class SmartButtonOverlayTest : public testing::Test {
         view.onDismiss = [this] { ++dismissals; };
         QScreen* screen = QGuiApplication::primaryScreen();
         const QRect frame = screen->geometry();
-        const Rect area{0, 0, static_cast<double>(frame.width()), static_cast<double>(frame.height())};
+        const BottomLeftRect area{0, 0, static_cast<double>(frame.width()),
+                                  static_cast<double>(frame.height())};
         layout = RadialLayout::make({area.width / 2, area.height / 2}, area, names.size());
         overlay = std::make_unique<SmartButtonOverlay>(std::move(view), layout, screen,
                                                        SmartButtonOverlay::Look{.timers = time,

@@ -179,9 +179,8 @@ void ButtonMapper::sendMediaKey(MediaKey mediaKey) {
 }
 
 void ButtonMapper::simulateMouseClick(std::int64_t button) {
-    Point location = ports_.screens.pointerLocation();
-    if (const auto screens = ports_.screens.frames(); !screens.empty())
-        location.y = screens.front().height - location.y;
+    // Where the pointer is at the press, however late the click is posted.
+    const TopLeftPoint location = ports_.screens.eventLocation(ports_.screens.pointerLocation());
     auto down = EventType::otherMouseDown;
     auto up = EventType::otherMouseUp;
     if (button == 0) {

@@ -120,7 +120,7 @@ TapAnswer EventMonitor::handle(TapEvent& event) {
     }
 }
 
-bool EventMonitor::isOverOwnWindow(Point location) const {
+bool EventMonitor::isOverOwnWindow(TopLeftPoint location) const {
     return std::ranges::any_of(ports_.screens.ownWindows(), [location](const OwnWindow& window) {
         return window.visible && window.alpha > 0.01 && window.frame.contains(location);
     });
@@ -175,8 +175,9 @@ bool EventMonitor::shouldBypassMapping(const TapEvent& event) const {
     if (event.type != EventType::otherMouseDown && event.type != EventType::otherMouseUp) return false;
     if (ports_.screens.frontmostApplication() == systemMenuOwner) return true;
     // The location counts from the top and the frames from the bottom; they are compared as they are.
-    return std::ranges::any_of(ports_.screens.frames(), [&event](const Rect& frame) {
-        return frame.contains(event.location) && event.location.y >= frame.maxY() - systemStripHeight;
+    const BottomLeftPoint unturned{event.location.x, event.location.y};
+    return std::ranges::any_of(ports_.screens.frames(), [unturned](const BottomLeftRect& frame) {
+        return frame.contains(unturned) && unturned.y >= frame.maxY() - systemStripHeight;
     });
 }
 

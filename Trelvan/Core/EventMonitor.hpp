@@ -134,7 +134,7 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     TapAnswer handleMotion(TapEvent& event);
     void shapeScroll(TapEvent& event) const;
 
-    [[nodiscard]] bool isOverOwnWindow(Point location) const;
+    [[nodiscard]] bool isOverOwnWindow(TopLeftPoint location) const;
     [[nodiscard]] bool shouldBypassMapping(const TapEvent& event) const;
     bool offer(std::int64_t buttonNumber, EventFlags flags);
 

@@ -161,22 +161,22 @@ void KeepAwakeManager::performJiggle() {
         lastErrorMessage = "No active screen available.";
         return;
     }
-    const Rect screen = screens.front();
-    const Point place = ports_.screens.pointerLocation();
-    movePointer(
-        {awayFromEdge(place.x + jiggleDirection_, screen.maxX()), awayFromEdge(place.y, screen.maxY())},
-        screen);
-    ports_.mainQueue.after(nudgeLength, [weak = std::weak_ptr(alive_), place, screen] {
-        if (const auto manager = weak.lock()) (*manager)->movePointer(place, screen);
-    });
+    const BottomLeftRect screen = screens.front();
+    const BottomLeftPoint place = ports_.screens.pointerLocation();
+    const BottomLeftPoint aside{awayFromEdge(place.x + jiggleDirection_, screen.maxX()),
+                                awayFromEdge(place.y, screen.maxY())};
+    movePointer(ports_.screens.eventLocation(aside));
+    ports_.mainQueue.after(nudgeLength,
+                           [weak = std::weak_ptr(alive_), back = ports_.screens.eventLocation(place)] {
+                               if (const auto manager = weak.lock()) (*manager)->movePointer(back);
+                           });
     jiggleDirection_ = -jiggleDirection_;
     lastSyntheticMove_ = ports_.clock.uptime();
     lastMoveDate = ports_.clock.now();
 }
 
-void KeepAwakeManager::movePointer(Point to, const Rect& screen) {
-    // Screens count from the bottom, events from the top.
-    const auto event = ports_.poster.makeMouse(EventType::mouseMoved, 0, {to.x, screen.height - to.y});
+void KeepAwakeManager::movePointer(TopLeftPoint to) {
+    const auto event = ports_.poster.makeMouse(EventType::mouseMoved, 0, to);
     if (!event) {
         lastErrorMessage = "Unable to create mouse event.";
         return;

@@ -83,7 +83,7 @@ class KeepAwakeManager {
     void scheduleAutoStop();
     void tick();
     void performJiggle();
-    void movePointer(Point to, const Rect& screen);
+    void movePointer(TopLeftPoint to);
     void inhibitIdle(bool away);
 
     Ports ports_;

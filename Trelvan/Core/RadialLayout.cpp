@@ -16,12 +16,13 @@ double keptInside(double coordinate, double margin, double extent) {
 
 }  // namespace
 
-RadialLayout RadialLayout::make(Point pointer, const Rect& screen, std::size_t entryCount, double radius,
-                                double outerRingRadius) {
+RadialLayout RadialLayout::make(BottomLeftPoint pointer, const BottomLeftRect& screen, std::size_t entryCount,
+                                double radius, double outerRingRadius) {
     const double margin = outerRingRadius + ringMargin;
     RadialLayout layout;
-    layout.centre = {keptInside(pointer.x - screen.x, margin, screen.width),
-                     keptInside(screen.y + screen.height - pointer.y, margin, screen.height)};
+    const Point onOverlay = countedFromTop({pointer.x - screen.x, pointer.y}, screen.maxY());
+    layout.centre = {keptInside(onOverlay.x, margin, screen.width),
+                     keptInside(onOverlay.y, margin, screen.height)};
     const std::size_t shown = std::min(entryCount, mostEntries);
     for (std::size_t index = 0; index < shown; ++index) {
         const double angle = 2 * std::numbers::pi * static_cast<double>(index) / static_cast<double>(shown) -

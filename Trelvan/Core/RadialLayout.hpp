@@ -22,9 +22,9 @@ struct RadialLayout {
     static constexpr double captionWidth = 120;
     static constexpr double centreSize = 96;
 
-    /// The overlay covers the screen. `pointer` and `screen` have their origin at the bottom left.
-    [[nodiscard]] static RadialLayout make(Point pointer, const Rect& screen, std::size_t entryCount,
-                                           double radius = defaultRadius,
+    /// The overlay covers the screen.
+    [[nodiscard]] static RadialLayout make(BottomLeftPoint pointer, const BottomLeftRect& screen,
+                                           std::size_t entryCount, double radius = defaultRadius,
                                            double outerRingRadius = defaultOuterRingRadius);
 
     Point centre;

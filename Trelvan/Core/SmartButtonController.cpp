@@ -25,7 +25,7 @@ void SmartButtonController::show(const SmartButtonConfiguration& configuration) 
         return;
     }
     closePanel();
-    const Point pointer = ports_.screens.pointerLocation();
+    const BottomLeftPoint pointer = ports_.screens.pointerLocation();
     const auto screen = screenUnder(pointer);
     if (!screen) return;
     panel_ = panels_.showOverlay(viewOf(configuration, pointer, *screen));
@@ -40,16 +40,16 @@ void SmartButtonController::toggle(const SmartButtonConfiguration& configuration
     }
 }
 
-std::optional<Rect> SmartButtonController::screenUnder(Point pointer) const {
+std::optional<BottomLeftRect> SmartButtonController::screenUnder(BottomLeftPoint pointer) const {
     const auto screens = ports_.screens.frames();
     if (screens.empty()) return std::nullopt;
-    const auto found =
-        std::ranges::find_if(screens, [pointer](const Rect& screen) { return screen.contains(pointer); });
+    const auto found = std::ranges::find_if(
+        screens, [pointer](const BottomLeftRect& screen) { return screen.contains(pointer); });
     return found != screens.end() ? *found : screens.front();
 }
 
 SmartButtonRadialView SmartButtonController::viewOf(const SmartButtonConfiguration& configuration,
-                                                    Point pointer, const Rect& screen) {
+                                                    BottomLeftPoint pointer, const BottomLeftRect& screen) {
     const std::weak_ptr weak = alive_;
     const auto calling = [weak](void (SmartButtonController::*action)()) {
         return [weak, action] {

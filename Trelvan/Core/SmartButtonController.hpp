@@ -46,9 +46,9 @@ class SmartButtonController final : public SmartButtonMenu {
 
   private:
     /// The screen that shows the menu; none when there is no screen at all.
-    [[nodiscard]] std::optional<Rect> screenUnder(Point pointer) const;
-    [[nodiscard]] SmartButtonRadialView viewOf(const SmartButtonConfiguration& configuration, Point pointer,
-                                               const Rect& screen);
+    [[nodiscard]] std::optional<BottomLeftRect> screenUnder(BottomLeftPoint pointer) const;
+    [[nodiscard]] SmartButtonRadialView viewOf(const SmartButtonConfiguration& configuration,
+                                               BottomLeftPoint pointer, const BottomLeftRect& screen);
     void launch(const SmartButtonApp& app);
     void launchApplication(const SmartButtonApp& app);
     void sendShortcut(const SmartButtonApp& app);

@@ -15,9 +15,9 @@ namespace trelvan {
 struct SmartButtonRadialView {
     /// All that are configured; the first `RadialLayout::mostEntries` are shown.
     std::vector<SmartButtonApp> apps;
-    /// Where the pointer was when the menu opened, and the screen that shows it; origin at the bottom left.
-    Point pointerLocation;
-    Rect screenFrame;
+    /// Where the pointer was when the menu opened, and the screen that shows it.
+    BottomLeftPoint pointerLocation;
+    BottomLeftRect screenFrame;
     std::function<void(const SmartButtonApp& app)> onLaunch;
     std::function<void()> onEdit;
     std::function<void()> onOpenApplications;

@@ -17,7 +17,8 @@ using Json = TraceJson;
 /// An application of which a recording says no more than that it is another one.
 constexpr std::string_view someApplication = "com.example.app";
 
-Json rectangle(const Rect& rect) {
+template <Origin origin>
+Json rectangle(const RectFrom<origin>& rect) {
     return {rect.x, rect.y, rect.width, rect.height};
 }
 

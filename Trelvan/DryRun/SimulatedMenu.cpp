@@ -33,7 +33,10 @@ class SimulatedMenu::Overlay final : public Panel {
   public:
     Overlay(SimulatedDesktop& desktop, std::shared_ptr<const SmartButtonRadialView> view)
         : desktop_(desktop), view_(std::move(view)) {
-        desktop_.overlay = OwnWindow{.frame = view_->screenFrame, .visible = true, .alpha = 1};
+        // A window here is reported as screens are, which is how macOS does it.
+        const BottomLeftRect& screen = view_->screenFrame;
+        desktop_.overlay = OwnWindow{
+            .frame = {screen.x, screen.y, screen.width, screen.height}, .visible = true, .alpha = 1};
     }
     Overlay(const Overlay&) = delete;
     Overlay& operator=(const Overlay&) = delete;

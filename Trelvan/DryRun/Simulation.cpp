@@ -45,9 +45,10 @@ CodingError wrong(std::string_view key, std::string problem) {
     return {std::string(key), std::move(problem)};
 }
 
-std::optional<Rect> rectOf(const std::vector<double>& numbers) {
+template <typename Rectangle>
+std::optional<Rectangle> rectOf(const std::vector<double>& numbers) {
     if (numbers.size() != 4) return std::nullopt;
-    return Rect{numbers[0], numbers[1], numbers[2], numbers[3]};
+    return Rectangle{numbers[0], numbers[1], numbers[2], numbers[3]};
 }
 
 const CodingError notARectangle{"", "must be four numbers: x, y, width, height"};
@@ -179,9 +180,9 @@ class Simulation::World {
 
     Problem doScreens(const Value& line) {
         return with<script::Screens>(line, [this](const auto& record) -> Problem {
-            std::vector<Rect> frames;
+            std::vector<BottomLeftRect> frames;
             for (const auto& numbers : record.frames) {
-                const auto frame = rectOf(numbers);
+                const auto frame = rectOf<BottomLeftRect>(numbers);
                 if (!frame) return CodingError(notARectangle).inside(frames.size()).inside("frames");
                 frames.push_back(*frame);
             }
@@ -201,7 +202,7 @@ class Simulation::World {
         return with<script::OwnWindows>(line, [this](const auto& record) -> Problem {
             std::vector<OwnWindow> windows;
             for (const auto& window : record.windows) {
-                const auto frame = rectOf(window.frame);
+                const auto frame = rectOf<TopLeftRect>(window.frame);
                 if (!frame)
                     return CodingError(notARectangle)
                         .inside("frame")

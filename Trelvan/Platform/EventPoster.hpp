@@ -19,11 +19,11 @@ struct KeyEvent {
     std::shared_ptr<void> native;
 };
 
-/// A synthetic mouse event, made and ready to post. `location` has its origin at the top left.
+/// A synthetic mouse event, made and ready to post.
 struct MouseEvent {
     EventType type = EventType::mouseMoved;
     std::int64_t buttonNumber = 0;
-    Point location{};
+    TopLeftPoint location{};
     std::shared_ptr<void> native;
 };
 
@@ -44,9 +44,9 @@ class EventPoster {
 
     [[nodiscard]] virtual std::optional<KeyEvent> makeKey(EventSourceState source, KeyCode keyCode, bool down,
                                                           EventFlags flags) = 0;
-    /// `type` is a button or a motion type; the location's origin is the top left.
+    /// `type` is a button or a motion type.
     [[nodiscard]] virtual std::optional<MouseEvent> makeMouse(EventType type, std::int64_t buttonNumber,
-                                                              Point location) = 0;
+                                                              TopLeftPoint location) = 0;
 
     /// The key that types the character in the keyboard layout in use, with the Shift it may take. None where
     /// the layout has no such key, and on a platform whose shortcuts go by the key's place.

@@ -10,8 +10,8 @@ namespace trelvan {
 
 /// One of the program's own windows.
 struct OwnWindow {
-    /// As the toolkit reports it.
-    Rect frame;
+    /// As the toolkit reports it: what events' locations are compared with, whichever way it counts.
+    TopLeftRect frame;
     bool visible = true;
     /// 0 clear to 1 opaque.
     double alpha = 1;
@@ -23,14 +23,21 @@ class Screens {
   public:
     virtual ~Screens() = default;
 
-    /// Frames in points, origin at the bottom left; the main screen first, empty when there is none.
-    [[nodiscard]] virtual std::span<const Rect> frames() const = 0;
+    /// Frames in points; the main screen first, whose lower left corner is the origin. Empty when there is
+    /// none.
+    [[nodiscard]] virtual std::span<const BottomLeftRect> frames() const = 0;
     [[nodiscard]] virtual std::span<const OwnWindow> ownWindows() const = 0;
-    /// Origin at the bottom left of the main screen. On a real screen the place lies inside its frame, which
-    /// does not own its upper and right edges.
-    [[nodiscard]] virtual Point pointerLocation() const = 0;
+    /// On a real screen the place lies inside its frame, which does not own its upper and right edges.
+    [[nodiscard]] virtual BottomLeftPoint pointerLocation() const = 0;
     /// Bundle identifier of the frontmost application; empty when there is none.
     [[nodiscard]] virtual std::string_view frontmostApplication() const = 0;
+
+    /// A place on the screens as events give it; not turned round when there is no screen.
+    [[nodiscard]] TopLeftPoint eventLocation(BottomLeftPoint place) const {
+        const auto screens = frames();
+        return screens.empty() ? TopLeftPoint{place.x, place.y}
+                               : countedFromTop(place, screens.front().height);
+    }
 };
 
 }  // namespace trelvan

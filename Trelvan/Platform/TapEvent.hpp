@@ -15,8 +15,8 @@ struct TapEvent {
     EventType type = EventType::mouseMoved;
     /// Modifier flags that the event itself carries.
     EventFlags flags = 0;
-    /// Where the pointer is, in points, origin at the top left of the main screen.
-    Point location{};
+    /// Where the pointer is.
+    TopLeftPoint location{};
     /// Field 3: 0 left, 1 right, 2 middle, 3 and up the extra buttons.
     std::int64_t buttonNumber = 0;
     /// Fields 4 and 5: movement in points, right and down positive.

@@ -45,7 +45,7 @@ QRectF around(Point centre, double width, double top, double height) {
 
 int captionWidth(std::size_t entryCount) {
     constexpr double side = RadialEntryButton::plateSize;
-    const Rect wide{0, 0, 2000, 2000};
+    const BottomLeftRect wide{0, 0, 2000, 2000};
     const auto entries = RadialLayout::make({1000, 1000}, wide, entryCount).entries;
     for (int width = static_cast<int>(RadialLayout::captionWidth); width > 0; width -= 2) {
         const auto caption = [width](Point centre) {

@@ -89,9 +89,9 @@ std::unique_ptr<SmartButtonPanels::Panel> SmartButtonWindows::showOverlay(SmartB
     if (screen == nullptr) return nullptr;
     // The frame may count pixels where the toolkit counts points.
     const double scale = view.screenFrame.width / screen->geometry().width();
-    const Point pointer{(view.pointerLocation.x - view.screenFrame.x) / scale,
-                        (view.pointerLocation.y - view.screenFrame.y) / scale};
-    const Rect overlayFrame{0, 0, view.screenFrame.width / scale, view.screenFrame.height / scale};
+    const BottomLeftPoint pointer{(view.pointerLocation.x - view.screenFrame.x) / scale,
+                                  (view.pointerLocation.y - view.screenFrame.y) / scale};
+    const BottomLeftRect overlayFrame{0, 0, view.screenFrame.width / scale, view.screenFrame.height / scale};
     const auto layout =
         RadialLayout::make(pointer, overlayFrame, view.apps.size(), view.radius, view.outerRingRadius);
     // Those of a menu that is gone.
@@ -101,7 +101,7 @@ std::unique_ptr<SmartButtonPanels::Panel> SmartButtonWindows::showOverlay(SmartB
     return std::make_unique<OverlayPanel>(std::move(overlay));
 }
 
-QScreen* SmartButtonWindows::screenOf(const Rect& frame) const {
+QScreen* SmartButtonWindows::screenOf(const BottomLeftRect& frame) const {
     // The main screen comes first in the port's list, the others as the toolkit lists them.
     QList<QScreen*> screens = QGuiApplication::screens();
     QScreen* primary = QGuiApplication::primaryScreen();

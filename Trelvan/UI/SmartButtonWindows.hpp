@@ -41,7 +41,7 @@ class SmartButtonWindows final : public SmartButtonPanels {
   private:
     [[nodiscard]] SmartButtonOverlay::Look look();
     /// The toolkit's screen that shows the frame.
-    [[nodiscard]] QScreen* screenOf(const Rect& frame) const;
+    [[nodiscard]] QScreen* screenOf(const BottomLeftRect& frame) const;
 
     Ports ports_;
     EntryIcons icons_;

@@ -26,8 +26,9 @@ class InputServerTest : public ServerTest {
     ActivityLog activity;
     ModifierState modifiers{pump};
     HeldPage page;
-    LinuxEventTap tap{pump, modifiers, activity, timers, page};
-    LinuxEventPoster poster{connect(), tap, page};
+    EventOrigin origin;
+    LinuxEventTap tap{pump, modifiers, activity, timers, page, origin};
+    LinuxEventPoster poster{connect(), tap, page, origin};
     LinuxInputState input{pump, modifiers, activity, timers, poster};
 };
 

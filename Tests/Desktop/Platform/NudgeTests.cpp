@@ -1,12 +1,17 @@
 #include "Core/KeepAwakeManager.hpp"
+#include "Desktop/Harness/Monitors.hpp"
 #include "Desktop/Platform/InputServerTest.hpp"
 #include "Desktop/Platform/QtLoop.hpp"
+#include "Platform/Linux/LinuxScreens.hpp"
 #include "Platform/Linux/PointerLocation.hpp"
 #include "Platform/Linux/X11.hpp"
 #include "Platform/Simulated/SimulatedDesktop.hpp"
 
+#include <QGuiApplication>
+#include <QScreen>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace trelvan::desktop {
 namespace {
@@ -29,12 +34,17 @@ class NudgeTest : public InputServerTest {
         XScreenSaverQueryInfo(connection->display(), connection->root(), info.get());
         return info->state == ScreenSaverOn;
     }
-    [[nodiscard]] Point pointer() const { return pointerLocation(connection->display(), connection->root()); }
+    [[nodiscard]] TopLeftPoint pointer() const {
+        return origin.location(pointerLocation(connection->display(), connection->root()));
+    }
     void keepAwake() {
         simulated.pointer = pointer();
+        keepAwake(simulated.screens());
+    }
+    void keepAwake(Screens& onScreens) {
         manager.emplace(KeepAwakeManager::Ports{.input = simulated.inputState(),
                                                 .poster = poster,
-                                                .screens = simulated.screens(),
+                                                .screens = onScreens,
                                                 .defaults = simulated.userDefaults(),
                                                 .clock = simulated.clock(),
                                                 .mainQueue = simulated.mainQueue(),
@@ -72,6 +82,79 @@ TEST_F(NudgeTest, PointerMovesOnePointAndBack) {
     EXPECT_TRUE(runUntil([&] { return pointer() == before; }));
     simulated.time.runFor(Seconds{59.88});
     EXPECT_TRUE(runUntil([&] { return pointer() == Point{before.x - 1, before.y}; }));
+}
+
+/// The main monitor does not begin where the X screen does.
+class NudgeOnMonitorsTest : public NudgeTest {
+  protected:
+    void TearDown() override {
+        deleteMonitors();
+        EXPECT_TRUE(runUntil([&] { return QGuiApplication::screens().size() == 1; }));
+        NudgeTest::TearDown();
+    }
+
+    void setMonitor(const char* name, const PixelRect& at, bool isMain) const {
+        desktop::setMonitor(connection->display(), name, {at.x, at.y, at.width, at.height}, isMain);
+    }
+    static std::string toolkitsScreens() {
+        std::string text;
+        for (const QScreen* screen : QGuiApplication::screens()) {
+            const QRect at = screen->geometry();
+            text += screen->name().toStdString() +
+                    (screen == QGuiApplication::primaryScreen() ? " (main) " : " ") + std::to_string(at.x()) +
+                    "," + std::to_string(at.y()) + " " + std::to_string(at.width()) + "x" +
+                    std::to_string(at.height()) + "\n";
+        }
+        return text;
+    }
+    void deleteMonitors() const {
+        for (const char* name : {"first", "second"}) deleteMonitor(connection->display(), name);
+    }
+    void place(Pixel at) const {
+        XWarpPointer(connection->display(), x11::none, connection->root(), 0, 0, 0, 0, at.x, at.y);
+        XSync(connection->display(), x11::no);
+    }
+    [[nodiscard]] Pixel pixel() const { return pointerLocation(connection->display(), connection->root()); }
+
+    LinuxScreens screens{pump, tap, origin};
+};
+
+TEST_F(NudgeOnMonitorsTest, PointerIsNudgedByAPointAndComesBackToItsPixel) {
+    struct Arrangement {
+        PixelRect main;
+        PixelRect other;
+    };
+    // Below the other one; right of it, aligned at the bottom; left of it, aligned at the bottom.
+    const Arrangement arrangements[] = {{{37, 450, 1366, 450}, {0, 0, 1440, 450}},
+                                        {{720, 200, 720, 700}, {0, 0, 720, 900}},
+                                        {{0, 333, 701, 567}, {701, 0, 739, 900}}};
+    for (const auto& [main, other] : arrangements) {
+        SCOPED_TRACE(testing::Message() << "main at " << main.x << ", " << main.y);
+        if (main != arrangements[0].main) deleteMonitors();
+        setMonitor("first", main, true);
+        setMonitor("second", other, false);
+        const BottomLeftRect expected = screenFrames(std::vector{main}).front();
+        ASSERT_TRUE(runUntil([&] {
+            return origin.pixel({0, 0}) == Pixel{main.x, main.y} && screens.frames().front() == expected;
+        })) << toolkitsScreens();
+
+        const Pixel inMain{main.x + 211, main.y + 103};
+        place(inMain);
+        ASSERT_EQ(screens.eventLocation(screens.pointerLocation()).x, 211);
+        keepAwake(screens);
+        simulated.time.runFor(Seconds{120});
+        EXPECT_TRUE(runUntil([&] { return pixel() == Pixel{inMain.x + 1, inMain.y}; }));
+        simulated.time.runFor(Seconds{0.12});
+        EXPECT_TRUE(runUntil([&] { return pixel() == inMain; }));
+
+        const Pixel inOther{other.x + 150, other.y + 77};
+        place(inOther);
+        for (int nudge = 0; nudge < 10; ++nudge) {
+            simulated.time.runFor(Seconds{60});
+            EXPECT_TRUE(runUntil([&] { return pixel() == inOther; }));
+        }
+        manager.reset();
+    }
 }
 
 TEST_F(NudgeTest, NudgeIsNoActivityOfTheUserAndAHandIs) {

@@ -54,7 +54,8 @@ class PointerRoadTest : public testing::Test {
 
     RecordedOutput output;
     std::atomic<std::uint32_t> cutOff{0};
-    PointerRoad road{output, cutOff};
+    EventOrigin origin;
+    PointerRoad road{output, cutOff, origin};
     PointerDevice mouse;
     PointerDevice trackball;
     std::vector<TapEvent> seen;
@@ -197,7 +198,7 @@ TEST_F(PointerRoadTest, CopySentInsideTheCallback_ReplacesTheMovement) {
     };
     road.motion(mouse, 3, 0);
     EXPECT_EQ(output.sent, (Sent{"move 10,0"}));
-    EXPECT_EQ(road.location, (Point{110, 100}));
+    EXPECT_EQ(road.location, (Pixel{110, 100}));
 }
 
 TEST_F(PointerRoadTest, CopyOutsideTheCallback_IsRefused) {
@@ -222,7 +223,23 @@ TEST_F(PointerRoadTest, MovementWithAButtonHeld_IsADragOfThatButton) {
 
 TEST_F(PointerRoadTest, TrackedLocation_StaysOnTheScreen) {
     road.motion(mouse, -500, 5000);
-    EXPECT_EQ(road.location, (Point{0, 800}));
+    EXPECT_EQ(road.location, (Pixel{0, 800}));
+}
+
+TEST_F(PointerRoadTest, LocationsCountFromTheMainMonitorWhereverItIsOnTheXScreen) {
+    origin.set({40, 700});
+    road.motion(mouse, 5, -5);
+    road.button(mouse, 8, true);
+    road.scroll(mouse, 1, 0);
+    ASSERT_EQ(seen.size(), 3U);
+    EXPECT_EQ(seen[0].location, (TopLeftPoint{65, -605}));
+    EXPECT_EQ(seen[1].location, (TopLeftPoint{65, -605}));
+    EXPECT_EQ(seen[2].location, (TopLeftPoint{65, -605}));
+    EXPECT_EQ(output.sent[0], "move 5,-5");
+    // The edges are those of the X screen.
+    road.motion(mouse, -5000, 5000);
+    EXPECT_EQ(seen.back().location, (TopLeftPoint{-40, 100}));
+    EXPECT_EQ(road.location, (Pixel{0, 800}));
 }
 
 TEST_F(PointerRoadTest, WheelLines_BecomeClicksAndFractionsAreCarriedPerAxis) {
@@ -253,7 +270,8 @@ class SilentOutput : public PointerOutput {
 TEST(PointerRoadHotPath, MotionScrollAndPress_AllocateNothing) {
     SilentOutput output;
     const std::atomic<std::uint32_t> cutOff{0};
-    PointerRoad road(output, cutOff);
+    const EventOrigin origin;
+    PointerRoad road(output, cutOff, origin);
     PointerDevice mouse;
     road.bounds = {.x = 1000, .y = 800};
     road.connect(

@@ -60,7 +60,7 @@ TEST(SimulatedDesktopTest, MarkedCopyComesBackOneTurnLater) {
 TEST(SimulatedDesktopTest, PointerIsTurnedRoundAgainstTheMainScreen) {
     TestDesktop desktop;
     desktop.pointer = {10, 100};
-    EXPECT_EQ(desktop.screens().pointerLocation(), (Point{10, 800}));
+    EXPECT_EQ(desktop.screens().pointerLocation(), (BottomLeftPoint{10, 800}));
 }
 
 TEST(SimulatedDesktopTest, IdleTimeCountsFromTheLastEventOfTheType) {

@@ -8,7 +8,6 @@
 #include "Utilities/Logger.hpp"
 
 #include <algorithm>
-#include <cmath>
 #include <string_view>
 
 namespace trelvan {
@@ -62,9 +61,10 @@ bool isMotion(EventType type) {
 }  // namespace
 
 LinuxEventPoster::LinuxEventPoster(std::unique_ptr<XConnection> connection, LinuxEventTap& tap,
-                                   HeldPage& page)
+                                   HeldPage& page, const EventOrigin& origin)
     : connection_(std::move(connection)),
       tap_(tap),
+      origin_(origin),
       ledger_(connection_->display(), page.byPoster),
       held_(connection_->display(), ledger_, page.putBack),
       map_(ModifierMap::read(connection_->display())),
@@ -90,7 +90,7 @@ std::optional<KeyEvent> LinuxEventPoster::makeKey(EventSourceState /*source*/, K
 }
 
 std::optional<MouseEvent> LinuxEventPoster::makeMouse(EventType type, std::int64_t buttonNumber,
-                                                      Point location) {
+                                                      TopLeftPoint location) {
     const bool isKnown = edgeOf(type).isButton ? xButton(buttonNumber).has_value() : isMotion(type);
     if (!isKnown) return std::nullopt;
     return MouseEvent{.type = type, .buttonNumber = buttonNumber, .location = location, .native = {}};
@@ -187,19 +187,17 @@ void LinuxEventPoster::lift(int keycode) {
 
 void LinuxEventPoster::post(const MouseEvent& event, TapLocation /*at*/) {
     const std::lock_guard lock(mutex_);
-    moveTo(event.location);
+    moveTo(origin_.pixel(event.location));
     const ButtonEdge edge = edgeOf(event.type);
     const auto button = xButton(event.buttonNumber);
     if (edge.isButton && button) ledger_.button(*button, edge.down);
     send();
 }
 
-void LinuxEventPoster::moveTo(Point location) {
-    const Point whole{.x = std::round(location.x), .y = std::round(location.y)};
+void LinuxEventPoster::moveTo(Pixel place) {
     // A movement of nothing is still a movement to the applications.
-    if (pointerLocation(connection_->display(), connection_->root()) == whole) return;
-    XTestFakeMotionEvent(connection_->display(), -1, static_cast<int>(whole.x), static_cast<int>(whole.y),
-                         CurrentTime);
+    if (pointerLocation(connection_->display(), connection_->root()) == place) return;
+    XTestFakeMotionEvent(connection_->display(), -1, place.x, place.y, CurrentTime);
 }
 
 void LinuxEventPoster::post(const MediaKeyEvent& event, TapLocation /*at*/) {

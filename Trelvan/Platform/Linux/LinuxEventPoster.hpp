@@ -24,14 +24,15 @@ namespace trelvan {
 /// Any thread; a lock is held for each call. `postCopy` is the tap's, on the main thread.
 class LinuxEventPoster : public EventPoster {
   public:
-    /// The page must outlive the poster.
-    LinuxEventPoster(std::unique_ptr<XConnection> connection, LinuxEventTap& tap, HeldPage& page);
+    /// The page and the origin must outlive the poster.
+    LinuxEventPoster(std::unique_ptr<XConnection> connection, LinuxEventTap& tap, HeldPage& page,
+                     const EventOrigin& origin);
     ~LinuxEventPoster() override;
 
     [[nodiscard]] std::optional<KeyEvent> makeKey(EventSourceState source, KeyCode keyCode, bool down,
                                                   EventFlags flags) override;
     [[nodiscard]] std::optional<MouseEvent> makeMouse(EventType type, std::int64_t buttonNumber,
-                                                      Point location) override;
+                                                      TopLeftPoint location) override;
     [[nodiscard]] std::optional<KeyChord> keyTyping(char32_t character) override;
     void post(const KeyEvent& event, TapLocation at) override;
     void post(const MouseEvent& event, TapLocation at) override;
@@ -57,7 +58,7 @@ class LinuxEventPoster : public EventPoster {
     void releaseKey(int keycode);
     void lift(int keycode);
     void pressMissing(int keycode, unsigned wanted);
-    void moveTo(Point location);
+    void moveTo(Pixel place);
 
     /// Flushes what was posted, and remembers when.
     void send();
@@ -67,6 +68,7 @@ class LinuxEventPoster : public EventPoster {
     std::atomic<std::chrono::steady_clock::time_point> lastPost_{};
     std::unique_ptr<XConnection> connection_;
     LinuxEventTap& tap_;
+    const EventOrigin& origin_;
     XTestLedger ledger_;
     HeldModifiers held_;
     ModifierMap map_;

@@ -24,7 +24,7 @@ constexpr std::chrono::milliseconds syncInterval{100};
 }  // namespace
 
 LinuxEventTap::LinuxEventTap(XEventPump& pump, const ModifierState& modifiers, ActivityLog& activity,
-                             Timers& timers, HeldPage& page)
+                             Timers& timers, HeldPage& page, const EventOrigin& origin)
     : pump_(pump),
       modifiers_(modifiers),
       activity_(activity),
@@ -32,7 +32,7 @@ LinuxEventTap::LinuxEventTap(XEventPump& pump, const ModifierState& modifiers, A
       page_(page),
       window_(pump.connection(), page),
       output_(pump.connection().display(), page),
-      road_(output_, page.freed) {
+      road_(output_, page.freed, origin) {
     road_.onRunaway = [this](int xButton) {
         AppLogger.warning(ShortText("La función del botón X ", xButton,
                                     " se dispara más rápido que ninguna mano; se detiene un segundo"));
@@ -155,7 +155,7 @@ bool LinuxEventTap::take(PointerDevice& device) {
     devices_.push_back(std::make_unique<PointerDevice>(std::move(device)));
     syncLocation();
     activity_.noteOwnMove();
-    output_.anchor(static_cast<int>(road_.location.x), static_cast<int>(road_.location.y));
+    output_.anchor(road_.location.x, road_.location.y);
     return true;
 }
 
@@ -346,7 +346,12 @@ void LinuxEventTap::readBounds() {
 }
 
 void LinuxEventTap::setBounds(int width, int height) {
-    road_.bounds = {.x = static_cast<double>(width - 1), .y = static_cast<double>(height - 1)};
+    road_.bounds = {.x = width - 1, .y = height - 1};
+}
+
+Pixel LinuxEventTap::pointer() const {
+    if (road_.isAsking()) return road_.location;
+    return pointerLocation(pump_.connection().display(), pump_.connection().root());
 }
 
 void LinuxEventTap::syncLocation() {

@@ -24,9 +24,9 @@ namespace trelvan {
 /// type.
 class LinuxEventTap final : public EventTap, public XEventHandler {
   public:
-    /// The page must outlive the tap.
+    /// The page and the origin must outlive the tap.
     LinuxEventTap(XEventPump& pump, const ModifierState& modifiers, ActivityLog& activity, Timers& timers,
-                  HeldPage& page);
+                  HeldPage& page, const EventOrigin& origin);
     ~LinuxEventTap() override;
 
     [[nodiscard]] bool create(std::uint64_t mask, Callback callback, void* userInfo) override;
@@ -38,6 +38,9 @@ class LinuxEventTap final : public EventTap, public XEventHandler {
 
     /// Leaves the devices to the pointer until told otherwise, whatever the switch says: the user's way out.
     void yield(bool on);
+    /// Where the pointer is: inside the callback the place of its event, otherwise the server is asked.
+    [[nodiscard]] Pixel pointer() const;
+
     [[nodiscard]] bool isYielding() const { return yielding_; }
 
     /// Whether the server denied this program the grabs, as a security policy may. Another client's hold on a

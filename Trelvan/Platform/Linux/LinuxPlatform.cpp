@@ -83,7 +83,7 @@ struct LinuxPlatform::Parts {
           connection(std::move(main)),
           defaults(options.configDirectory.empty() ? SettingsFile::defaultFolder() : options.configDirectory,
                    [this](std::function<void()> job) { mainQueue.async(std::move(job)); }),
-          poster(std::move(posting), tap, guard->page()),
+          poster(std::move(posting), tap, guard->page(), origin),
           loginItem(LinuxLoginItem::present(startArguments(options))) {
         setLastWish([this] { defaults.flush(); });
         tap.onRunaway = [this] { poster.releaseAll(); };
@@ -122,11 +122,12 @@ struct LinuxPlatform::Parts {
     SettingsFile defaults;
     ActivityLog activity;
     ModifierState modifiers{pump};
-    LinuxEventTap tap{pump, modifiers, activity, timers, guard->page()};
+    EventOrigin origin;
+    LinuxEventTap tap{pump, modifiers, activity, timers, guard->page(), origin};
     LinuxEventPoster poster;
     LinuxInputState inputState{pump, modifiers, activity, timers, poster};
     EscapeHold escapeHold{pump, timers, [this] { escape(); }};
-    LinuxScreens screens{pump};
+    LinuxScreens screens{pump, tap, origin};
     LinuxWorkspace workspace{mainQueue};
     LinuxAccessibilityTrust trust{*connection, tap};
     DesktopKind desktop = currentDesktop();

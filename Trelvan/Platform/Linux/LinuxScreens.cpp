@@ -1,9 +1,6 @@
 #include "Platform/Linux/LinuxScreens.hpp"
 
-#include "Platform/Linux/PixelPlace.hpp"
-
-#include <QApplication>
-#include <QCursor>
+#include <QGuiApplication>
 #include <QEvent>
 #include <QScreen>
 #include <QWindow>
@@ -31,29 +28,24 @@ bool changesWindows(QEvent::Type type) {
 
 /// Qt divides sizes by the screen's scale and leaves the screen's origin alone; X and the tap count real
 /// pixels.
-Rect realFrame(const QRect& frame, const QScreen* screen) {
+PixelRect realFrame(const QRect& frame, const QScreen* screen) {
     const double scale = screen != nullptr ? screen->devicePixelRatio() : 1.0;
     const QPoint origin = screen != nullptr ? screen->geometry().topLeft() : QPoint();
-    return {.x = origin.x() + (frame.x() - origin.x()) * scale,
-            .y = origin.y() + (frame.y() - origin.y()) * scale,
-            .width = frame.width() * scale,
-            .height = frame.height() * scale};
-}
-
-double bottomOfMainScreen() {
-    const QScreen* primary = QGuiApplication::primaryScreen();
-    return primary != nullptr ? realFrame(primary->geometry(), primary).maxY() : 0;
+    return {.x = origin.x() + qRound((frame.x() - origin.x()) * scale),
+            .y = origin.y() + qRound((frame.y() - origin.y()) * scale),
+            .width = qRound(frame.width() * scale),
+            .height = qRound(frame.height() * scale)};
 }
 
 }  // namespace
 
-LinuxScreens::LinuxScreens(XEventPump& pump) : pump_(pump), active_(pump) {
+LinuxScreens::LinuxScreens(XEventPump& pump, const LinuxEventTap& tap, EventOrigin& origin)
+    : tap_(tap), origin_(origin), active_(pump) {
     QObject::connect(qApp, &QGuiApplication::screenAdded, this, [this] { watchScreens(); });
     QObject::connect(qApp, &QGuiApplication::screenRemoved, this, [this] { readScreens(); });
     QObject::connect(qApp, &QGuiApplication::primaryScreenChanged, this, [this] { readScreens(); });
     watchScreens();
     qApp->installEventFilter(this);
-    readWindows();
 }
 
 LinuxScreens::~LinuxScreens() = default;
@@ -67,26 +59,25 @@ void LinuxScreens::watchScreens() {
 }
 
 void LinuxScreens::readScreens() {
-    frames_.clear();
     const QScreen* primary = QGuiApplication::primaryScreen();
-    if (primary == nullptr) return;
-    const double mainBottom = bottomOfMainScreen();
+    std::vector<PixelRect> monitors;
     const auto add = [&](const QScreen* screen) {
-        Rect frame = realFrame(screen->geometry(), screen);
-        frame.y = mainBottom - frame.maxY();
-        frames_.push_back(frame);
+        monitors.push_back(realFrame(screen->geometry(), screen));
     };
-    add(primary);
+    if (primary != nullptr) add(primary);
     for (const QScreen* screen : QGuiApplication::screens()) {
         if (screen != primary) add(screen);
     }
+    frames_ = screenFrames(monitors);
+    if (!monitors.empty()) origin_.set({monitors.front().x, monitors.front().y});
+    readWindows();
 }
 
 void LinuxScreens::readWindows() {
     windows_.clear();
     for (const QWindow* window : QGuiApplication::topLevelWindows()) {
         if (window->handle() == nullptr) continue;
-        windows_.push_back({.frame = realFrame(window->geometry(), window->screen()),
+        windows_.push_back({.frame = origin_.frame(realFrame(window->geometry(), window->screen())),
                             .visible = window->isVisible(),
                             .alpha = window->opacity()});
     }
@@ -107,10 +98,9 @@ bool LinuxScreens::eventFilter(QObject* object, QEvent* event) {
     return false;
 }
 
-Point LinuxScreens::pointerLocation() const {
-    const QPoint position = QCursor::pos();
-    const Rect spot = realFrame(QRect(position, QSize(0, 0)), QGuiApplication::screenAt(position));
-    return placeOfPixel({spot.x, spot.y}, bottomOfMainScreen());
+BottomLeftPoint LinuxScreens::pointerLocation() const {
+    // The toolkit would round to its own points, which are larger than pixels on a scaled screen.
+    return placeOfPixel(origin_.location(tap_.pointer()), frames_.empty() ? 0.0 : frames_.front().height);
 }
 
 }  // namespace trelvan

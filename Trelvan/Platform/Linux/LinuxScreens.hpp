@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Platform/Linux/ActiveApplication.hpp"
+#include "Platform/Linux/EventOrigin.hpp"
+#include "Platform/Linux/LinuxEventTap.hpp"
 #include "Platform/Screens.hpp"
 
 #include <QObject>
@@ -8,16 +10,18 @@
 
 namespace trelvan {
 
-/// Screens and own windows as Qt reports them, gathered when they change and not when they are asked for.
-/// Main thread.
+/// Screens and own windows as Qt reports them, gathered when they change and not when they are asked for. The
+/// pointer's place is exact to the pixel; inside the tap's callback it is that of the event, and the server
+/// is not asked. Main thread.
 class LinuxScreens : public QObject, public Screens {
   public:
-    explicit LinuxScreens(XEventPump& pump);
+    /// Keeps the origin where the main monitor begins. The tap knows where the pointer is.
+    LinuxScreens(XEventPump& pump, const LinuxEventTap& tap, EventOrigin& origin);
     ~LinuxScreens() override;
 
-    [[nodiscard]] std::span<const Rect> frames() const override { return frames_; }
+    [[nodiscard]] std::span<const BottomLeftRect> frames() const override { return frames_; }
     [[nodiscard]] std::span<const OwnWindow> ownWindows() const override { return windows_; }
-    [[nodiscard]] Point pointerLocation() const override;
+    [[nodiscard]] BottomLeftPoint pointerLocation() const override;
     [[nodiscard]] std::string_view frontmostApplication() const override { return active_.name(); }
 
     /// Sees the program's own windows change.
@@ -28,9 +32,10 @@ class LinuxScreens : public QObject, public Screens {
     void readScreens();
     void readWindows();
 
-    XEventPump& pump_;
+    const LinuxEventTap& tap_;
+    EventOrigin& origin_;
     ActiveApplication active_;
-    std::vector<Rect> frames_;
+    std::vector<BottomLeftRect> frames_;
     std::vector<OwnWindow> windows_;
     bool readPending_ = false;
 };

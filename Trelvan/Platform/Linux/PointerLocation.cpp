@@ -4,7 +4,7 @@
 
 namespace trelvan {
 
-Point pointerLocation(_XDisplay* display, unsigned long root) {
+Pixel pointerLocation(_XDisplay* display, unsigned long root) {
     Window itsRoot = 0;
     Window child = 0;
     int x = 0;
@@ -13,7 +13,7 @@ Point pointerLocation(_XDisplay* display, unsigned long root) {
     int windowY = 0;
     unsigned modifiers = 0;
     XQueryPointer(display, root, &itsRoot, &child, &x, &y, &windowX, &windowY, &modifiers);
-    return {.x = static_cast<double>(x), .y = static_cast<double>(y)};
+    return {.x = x, .y = y};
 }
 
 }  // namespace trelvan

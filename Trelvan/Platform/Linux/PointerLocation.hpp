@@ -1,12 +1,12 @@
 #pragma once
 
-#include "Utilities/Geometry.hpp"
+#include "Platform/Linux/EventOrigin.hpp"
 
 struct _XDisplay;
 
 namespace trelvan {
 
-/// Where the pointer is on the root window, in whole points from the top left; asks the server.
-[[nodiscard]] Point pointerLocation(_XDisplay* display, unsigned long root);
+/// Where the pointer is; asks the server.
+[[nodiscard]] Pixel pointerLocation(_XDisplay* display, unsigned long root);
 
 }  // namespace trelvan

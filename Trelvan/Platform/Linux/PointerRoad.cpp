@@ -40,7 +40,7 @@ TapEvent PointerRoad::make(EventType type) const {
     TapEvent event;
     event.type = type;
     event.flags = flags;
-    event.location = location;
+    event.location = origin_.location(location);
     return event;
 }
 
@@ -62,8 +62,7 @@ void PointerRoad::motion(PointerDevice& device, double deltaX, double deltaY) {
     TapEvent event = make(type);
     event.deltaX = wholeX;
     event.deltaY = wholeY;
-    event.location.x = std::clamp(location.x + static_cast<double>(wholeX), 0.0, bounds.x);
-    event.location.y = std::clamp(location.y + static_cast<double>(wholeY), 0.0, bounds.y);
+    event.location = origin_.location(moved(wholeX, wholeY));
     if (type != EventType::mouseMoved) {
         const auto other = std::ranges::find_if(held_, [](auto devices) { return devices > 0; });
         event.buttonNumber = quartzButton(static_cast<int>(other - held_.begin())).value_or(0);
@@ -71,9 +70,17 @@ void PointerRoad::motion(PointerDevice& device, double deltaX, double deltaY) {
     if (ask(event) == TapAnswer::deliver) move(event.deltaX, event.deltaY);
 }
 
+Pixel PointerRoad::moved(std::int64_t deltaX, std::int64_t deltaY) const {
+    const auto along = [](int from, std::int64_t delta, int last) {
+        // No movement is longer than the screen, and so the sum stays in range.
+        const auto step = std::clamp<std::int64_t>(delta, -1 - last, 1 + last);
+        return static_cast<int>(std::clamp<std::int64_t>(from + step, 0, last));
+    };
+    return {.x = along(location.x, deltaX, bounds.x), .y = along(location.y, deltaY, bounds.y)};
+}
+
 void PointerRoad::move(std::int64_t deltaX, std::int64_t deltaY) {
-    location.x = std::clamp(location.x + static_cast<double>(deltaX), 0.0, bounds.x);
-    location.y = std::clamp(location.y + static_cast<double>(deltaY), 0.0, bounds.y);
+    location = moved(deltaX, deltaY);
     output_.move(deltaX, deltaY);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/EventTap.hpp"
+#include "Platform/Linux/EventOrigin.hpp"
 #include "Platform/Linux/PointerDevices.hpp"
 #include "Platform/Linux/PointerOutput.hpp"
 #include "Platform/Linux/RateBreaker.hpp"
@@ -20,8 +21,8 @@ class PointerRoad {
   public:
     /// While `cutOff` is not 0 nothing that the callback answers goes on: the devices were taken away while
     /// it was thinking.
-    PointerRoad(PointerOutput& output, const std::atomic<std::uint32_t>& cutOff)
-        : output_(output), cutOff_(cutOff) {}
+    PointerRoad(PointerOutput& output, const std::atomic<std::uint32_t>& cutOff, const EventOrigin& origin)
+        : output_(output), cutOff_(cutOff), origin_(origin) {}
 
     /// The callback and its mask; without a callback every event is passed on.
     void connect(std::uint64_t mask, EventTap::Callback callback, void* userInfo);
@@ -31,11 +32,11 @@ class PointerRoad {
 
     /// The server's time of the next event, in milliseconds.
     std::uint32_t time = 0;
-    /// Modifier flags and pointer location (origin top left) that the next events carry.
+    /// Modifier flags that the next events carry, and where the pointer is.
     EventFlags flags = 0;
-    Point location;
-    /// The root window's size in points; tracking does not leave it.
-    Point bounds;
+    Pixel location;
+    /// The last pixel of the X screen; tracking does not leave it.
+    Pixel bounds;
 
     /// Movement in points, accelerated, right and down positive.
     void motion(PointerDevice& device, double deltaX, double deltaY);
@@ -44,6 +45,9 @@ class PointerRoad {
     void scroll(PointerDevice& device, double vertical, double horizontal);
     /// An X button that is not of the wheel.
     void button(PointerDevice& device, int xButton, bool down);
+
+    /// Whether the callback is looking at an event.
+    [[nodiscard]] bool isAsking() const { return current_ != nullptr; }
 
     /// Tells the callback of a tap-disabled pseudo-type.
     void report(EventType type);
@@ -61,6 +65,8 @@ class PointerRoad {
     [[nodiscard]] TapAnswer ask(TapEvent& event);
     [[nodiscard]] TapEvent make(EventType type) const;
     [[nodiscard]] EventType motionType() const;
+    /// Where the movement ends.
+    [[nodiscard]] Pixel moved(std::int64_t deltaX, std::int64_t deltaY) const;
     void move(std::int64_t deltaX, std::int64_t deltaY);
     void click(int axis, std::int64_t lines);
     void pass(PointerDevice& device, int xButton, bool down);
@@ -71,6 +77,7 @@ class PointerRoad {
 
     PointerOutput& output_;
     const std::atomic<std::uint32_t>& cutOff_;
+    const EventOrigin& origin_;
     RateBreaker breaker_;
     std::uint64_t mask_ = 0;
     EventTap::Callback callback_ = nullptr;

@@ -81,12 +81,11 @@ class SimulatedDesktop : public Platform {
 
     VirtualTime time;
     SimulatedFailures failures;
-    std::vector<Rect> screenFrames{{0, 0, 1440, 900}};
+    std::vector<BottomLeftRect> screenFrames{{0, 0, 1440, 900}};
     std::vector<OwnWindow> windows;
     /// The window of an open menu, ahead of them all.
     std::optional<OwnWindow> overlay;
-    /// Top-left coordinates.
-    Point pointer{720, 450};
+    TopLeftPoint pointer{720, 450};
     std::string frontmost = "com.example.app";
     EventFlags modifierFlags = 0;
     bool capsLock = false;

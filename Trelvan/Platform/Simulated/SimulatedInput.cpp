@@ -72,7 +72,7 @@ std::optional<KeyEvent> SimulatedPoster::makeKey(EventSourceState /*source*/, Ke
 }
 
 std::optional<MouseEvent> SimulatedPoster::makeMouse(EventType type, std::int64_t buttonNumber,
-                                                     Point location) {
+                                                     TopLeftPoint location) {
     if (desktop_.failures.eventCreate) return std::nullopt;
     return MouseEvent{type, buttonNumber, location, nullptr};
 }

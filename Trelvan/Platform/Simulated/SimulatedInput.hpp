@@ -69,7 +69,7 @@ class SimulatedPoster final : public EventPoster {
     [[nodiscard]] std::optional<KeyEvent> makeKey(EventSourceState source, KeyCode keyCode, bool down,
                                                   EventFlags flags) override;
     [[nodiscard]] std::optional<MouseEvent> makeMouse(EventType type, std::int64_t buttonNumber,
-                                                      Point location) override;
+                                                      TopLeftPoint location) override;
     [[nodiscard]] std::optional<KeyChord> keyTyping(char32_t character) override;
     void post(const KeyEvent& event, TapLocation at) override;
     void post(const MouseEvent& event, TapLocation at) override;

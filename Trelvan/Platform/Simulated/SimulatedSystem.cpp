@@ -4,7 +4,7 @@
 
 namespace trelvan {
 
-std::span<const Rect> SimulatedScreens::frames() const {
+std::span<const BottomLeftRect> SimulatedScreens::frames() const {
     return desktop_.screenFrames;
 }
 
@@ -15,9 +15,9 @@ std::span<const OwnWindow> SimulatedScreens::ownWindows() const {
     return withOverlay_;
 }
 
-Point SimulatedScreens::pointerLocation() const {
-    const double height = desktop_.screenFrames.empty() ? 0.0 : desktop_.screenFrames.front().height;
-    return {desktop_.pointer.x, height - desktop_.pointer.y};
+BottomLeftPoint SimulatedScreens::pointerLocation() const {
+    return countedFromBottom(desktop_.pointer,
+                             desktop_.screenFrames.empty() ? 0.0 : desktop_.screenFrames.front().height);
 }
 
 std::string_view SimulatedScreens::frontmostApplication() const {

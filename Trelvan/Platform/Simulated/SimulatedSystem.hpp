@@ -19,9 +19,9 @@ class SimulatedDesktop;
 class SimulatedScreens final : public Screens {
   public:
     explicit SimulatedScreens(SimulatedDesktop& desktop) : desktop_(desktop) {}
-    [[nodiscard]] std::span<const Rect> frames() const override;
+    [[nodiscard]] std::span<const BottomLeftRect> frames() const override;
     [[nodiscard]] std::span<const OwnWindow> ownWindows() const override;
-    [[nodiscard]] Point pointerLocation() const override;
+    [[nodiscard]] BottomLeftPoint pointerLocation() const override;
     [[nodiscard]] std::string_view frontmostApplication() const override;
 
   private:

@@ -35,7 +35,7 @@ struct PostedKey {
 struct PostedMouse {
     EventType type;
     std::int64_t button;
-    Point location;
+    TopLeftPoint location;
     std::int64_t deltaX;
     std::int64_t deltaY;
     std::int64_t userData;
