@@ -31,6 +31,7 @@ TrelvanApp::TrelvanApp(Platform& platform, SmartButtonPanels& panels, Logger& lo
           SmartButtonController::Ports{.screens = platform.screens(),
                                        .poster = platform.eventPoster(),
                                        .workspace = platform.workspace(),
+                                       .background = platform.backgroundQueue(),
                                        .mainQueue = platform.mainQueue()},
           panels, logger)),
       notificationPoster({.center = platform.notifications(),

@@ -28,6 +28,7 @@ class SmartButtonControllerTest : public testing::Test {
         controller.emplace(SmartButtonController::Ports{.screens = desktop.screens(),
                                                         .poster = desktop.eventPoster(),
                                                         .workspace = desktop.workspace(),
+                                                        .background = desktop.backgroundQueue(),
                                                         .mainQueue = desktop.mainQueue()},
                            panels, desktop.logger);
     }
@@ -172,6 +173,8 @@ TEST_F(SmartButtonControllerTest, ApplicationThatIsGoneIsLoggedAndTheMenuClosed)
 TEST_F(SmartButtonControllerTest, ShortcutIsPostedDownAndUpAtOnceWithItsFlags) {
     show(shortcut("Copy", {.keyCode = 8, .modifiersRawValue = flag::command, .displayString = "⌘C"}));
     choose();
+    EXPECT_THAT(traced<trace::PostedKey>(), IsEmpty()) << "posted from the background queue";
+    desktop.time.runUntilBackgroundIsEmpty();
     EXPECT_THAT(traced<trace::PostedKey>(),
                 ElementsAre(trace::PostedKey{8, true, flag::command, TapLocation::hid},
                             trace::PostedKey{8, false, flag::command, TapLocation::hid}));
@@ -191,6 +194,7 @@ TEST_F(SmartButtonControllerTest, EmptyShortcutIsLoggedAndTheMenuClosed) {
 TEST_F(SmartButtonControllerTest, KeyZeroWithATextIsAShortcut) {
     show(shortcut("A", {.keyCode = 0, .modifiersRawValue = 0, .displayString = "A"}));
     choose();
+    desktop.time.runUntilBackgroundIsEmpty();
     EXPECT_EQ(traced<trace::PostedKey>().size(), 2U);
 }
 
@@ -198,6 +202,7 @@ TEST_F(SmartButtonControllerTest, ShortcutThatCannotBeMadeStillClosesTheMenu) {
     desktop.failures.eventCreate = true;
     show(shortcut("Copy", {.keyCode = 8, .modifiersRawValue = flag::command, .displayString = "⌘C"}));
     choose();
+    desktop.time.runUntilBackgroundIsEmpty();
     EXPECT_THAT(traced<trace::PostedKey>(), IsEmpty());
     EXPECT_THAT(panels.open, IsEmpty());
 }

@@ -170,12 +170,14 @@ void ButtonMapper::sendCatalogueShortcut(ButtonAction action, KeyChord chord) {
 }
 
 void ButtonMapper::sendMediaKey(MediaKey mediaKey) {
-    const auto data1 = static_cast<std::int64_t>(mediaKey) << 16U;
-    for (const EventFlags edge : {mediaKeyDown, mediaKeyUp}) {
-        ports_.poster.post(
-            MediaKeyEvent{.flags = edge, .data1 = data1 | static_cast<std::int64_t>(edge), .data2 = -1},
-            TapLocation::session);
-    }
+    ports_.background.async([mediaKey, &poster = ports_.poster] {
+        const auto data1 = static_cast<std::int64_t>(mediaKey) << 16U;
+        for (const EventFlags edge : {mediaKeyDown, mediaKeyUp}) {
+            poster.post(
+                MediaKeyEvent{.flags = edge, .data1 = data1 | static_cast<std::int64_t>(edge), .data2 = -1},
+                TapLocation::session);
+        }
+    });
 }
 
 void ButtonMapper::simulateMouseClick(std::int64_t button) {
@@ -190,10 +192,12 @@ void ButtonMapper::simulateMouseClick(std::int64_t button) {
         down = EventType::rightMouseDown;
         up = EventType::rightMouseUp;
     }
-    for (const auto type : {down, up}) {
-        if (const auto event = ports_.poster.makeMouse(type, button, location))
-            ports_.poster.post(*event, TapLocation::session);
-    }
+    ports_.background.async([button, location, down, up, &poster = ports_.poster] {
+        for (const auto type : {down, up}) {
+            if (const auto event = poster.makeMouse(type, button, location))
+                poster.post(*event, TapLocation::session);
+        }
+    });
 }
 
 // The desktop's own views

@@ -94,13 +94,15 @@ void SmartButtonController::sendShortcut(const SmartButtonApp& app) {
         return;
     }
     // The modifiers go along as flags; no keys of their own are pressed for them.
-    const auto make = [&](bool down) {
-        return ports_.poster.makeKey(EventSourceState::hidSystem, app.shortcut.keyCode, down,
-                                     app.shortcut.modifiersRawValue);
-    };
-    for (const auto& event : {make(true), make(false)}) {
-        if (event) ports_.poster.post(*event, TapLocation::hid);
-    }
+    ports_.background.async(
+        [keyCode = app.shortcut.keyCode, flags = app.shortcut.modifiersRawValue, &poster = ports_.poster] {
+            const auto make = [&](bool down) {
+                return poster.makeKey(EventSourceState::hidSystem, keyCode, down, flags);
+            };
+            for (const auto& event : {make(true), make(false)}) {
+                if (event) poster.post(*event, TapLocation::hid);
+            }
+        });
     logger_.info(ShortText("Smart Button ejecutó shortcut ", app.name));
 }
 

@@ -24,6 +24,7 @@ class SmartButtonController final : public SmartButtonMenu {
         const Screens& screens;
         EventPoster& poster;
         Workspace& workspace;
+        BackgroundQueue& background;
         MainQueue& mainQueue;
     };
 

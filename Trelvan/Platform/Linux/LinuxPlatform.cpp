@@ -86,7 +86,7 @@ struct LinuxPlatform::Parts {
           poster(std::move(posting), tap, guard->page(), origin),
           loginItem(LinuxLoginItem::present(startArguments(options))) {
         setLastWish([this] { defaults.flush(); });
-        tap.onRunaway = [this] { poster.releaseAll(); };
+        tap.onRunaway = [this] { background.after(Seconds{0}, [this] { poster.releaseAll(); }); };
         watchGuard();
     }
     ~Parts() { setLastWish(nullptr); }
