@@ -33,6 +33,26 @@ TEST_F(SimulationTest, WhatIsNotJsonIsSaidSo) {
     EXPECT_THAT(run("[]"), HasSubstr("not a JSON object"));
 }
 
+TEST_F(SimulationTest, WithLinuxCombinationsAReleaseFollowsItsPress) {
+    const auto answers = [this](const ActionShortcuts& shortcuts) {
+        std::vector<std::string> lines;
+        Simulation program(shortcuts, files, [&lines](std::string_view line) {
+            if (line.find("\"type\":26") != std::string_view::npos) lines.emplace_back(line);
+        });
+        for (const std::string_view line :
+             {R"({"do":"defaults","set":{"trackball_profiles":[{"name":"P","mappings":[{"buttonNumber":3,)"
+              R"("buttonLabel":"","action":"Ninguna","functionSlots":2,"secondaryTrigger1":"Shift",)"
+              R"("secondaryAction":"Pegar"}]}]}})",
+              R"({"do":"start"})", R"({"do":"event","type":25,"button":3})",
+              R"({"do":"modifiers","flags":131072})", R"({"do":"event","type":26,"button":3})"})
+            EXPECT_EQ(program.runLine(line), std::nullopt) << line;
+        program.finish();
+        return lines;
+    };
+    EXPECT_THAT(answers(macShortcuts), ElementsAre(HasSubstr(R"("answer":"swallow")")));
+    EXPECT_THAT(answers(linuxShortcuts), ElementsAre(HasSubstr(R"("answer":"pass")")));
+}
+
 TEST_F(SimulationTest, UnknownDoIsNamed) {
     EXPECT_EQ(run(R"({"do":"jump"})"), R"(do: "jump" is not known)");
     EXPECT_THAT(run(R"({"at":1})"), HasSubstr("do: "));

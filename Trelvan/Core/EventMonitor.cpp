@@ -136,7 +136,13 @@ TapAnswer EventMonitor::handleButton(TapEvent& event) {
     publish({.type = buttonEventName(event.type),
              .buttonNumber = event.buttonNumber,
              .timestamp = ports_.clock.now()});
-    if (shouldBypassMapping(event)) return TapAnswer::deliver;
+    const bool isFollowing = ports_.tap.releasesFollowPresses();
+    if (isFollowing && event.type == EventType::otherMouseUp) return handleFollowingUp(event);
+    if (shouldBypassMapping(event)) {
+        // A press whose release never came, of a device that was pulled out, says nothing about this one's.
+        if (isFollowing) handledOtherButtonsOnDown_.remove(event.buttonNumber);
+        return TapAnswer::deliver;
+    }
     switch (event.type) {
         case EventType::otherMouseDown:
             return handleOtherDown(event);
@@ -169,6 +175,20 @@ TapAnswer EventMonitor::handleOtherUp(const TapEvent& event) {
     if (!offer(event.buttonNumber, event.flags)) return TapAnswer::deliver;
     logger_.debug(ShortText("Evento botón ", event.buttonNumber, " consumido (swallowed)"));
     return TapAnswer::swallow;
+}
+
+TapAnswer EventMonitor::handleFollowingUp(const TapEvent& event) {
+    pressedOtherButtons_.remove(event.buttonNumber);
+    if (handledOtherButtonsOnDown_.remove(event.buttonNumber)) {
+        logger_.debug(
+            ShortText("Evento botón ", event.buttonNumber, " ya manejado en down; no se repite en up"));
+        return TapAnswer::swallow;
+    }
+    if (!shouldBypassMapping(event) && offer(event.buttonNumber, event.flags)) {
+        logger_.debug(ShortText("Evento botón ", event.buttonNumber,
+                                " consumido en up; pasa como su pulsación (passed)"));
+    }
+    return TapAnswer::deliver;
 }
 
 bool EventMonitor::shouldBypassMapping(const TapEvent& event) const {

@@ -130,6 +130,8 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     TapAnswer handleButton(TapEvent& event);
     TapAnswer handleOtherDown(const TapEvent& event);
     TapAnswer handleOtherUp(const TapEvent& event);
+    /// On a platform where the release goes the way of its press.
+    TapAnswer handleFollowingUp(const TapEvent& event);
     TapAnswer handleScroll(TapEvent& event);
     TapAnswer handleMotion(TapEvent& event);
     void shapeScroll(TapEvent& event) const;

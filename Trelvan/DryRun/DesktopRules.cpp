@@ -16,6 +16,7 @@ void DesktopRules::choose(const ActionShortcuts& shortcuts) {
 
 void DesktopRules::apply(const ActionShortcuts& shortcuts) {
     desktop_.setActionShortcuts(shortcuts);
+    desktop_.releasesFollowPresses = shortcuts == linuxShortcuts;
     desktop_.onView = nullptr;
     if (!shortcuts.desktopGoesFirst) return;
     desktop_.onView = [this](SystemView view, const SystemViews::ByKeys& byKeys) {

@@ -45,6 +45,7 @@ class Recorder final : public EventTap {
 
     [[nodiscard]] bool create(std::uint64_t mask, Callback callback, void* userInfo) override;
     void enable(bool on) override { ports_.tap.enable(on); }
+    [[nodiscard]] bool releasesFollowPresses() const override { return ports_.tap.releasesFollowPresses(); }
     void remove() override { ports_.tap.remove(); }
 
     /// Writes that a person did this now, with the place in a list where the operation takes one. Nothing

@@ -21,6 +21,8 @@ struct ActionShortcuts {
     /// Screenshots, emojis and the lock are asked of the desktop, and the combinations are what is left where
     /// it has no way of its own.
     bool desktopGoesFirst = false;
+
+    friend bool operator==(const ActionShortcuts&, const ActionShortcuts&) = default;
 };
 
 /// macOS: the catalogue's own combinations.

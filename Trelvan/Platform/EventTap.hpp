@@ -28,6 +28,10 @@ class EventTap {
     /// Switches an existing tap on or, called with false, off. Called again after a tap-disabled pseudo-type.
     virtual void enable(bool on) = 0;
 
+    /// Whether the platform passes the release of a press that was passed, and keeps back that of one that
+    /// was swallowed, whatever the callback answers to it. Where it does not, the answer counts.
+    [[nodiscard]] virtual bool releasesFollowPresses() const { return false; }
+
     /// Takes the tap away; every event goes to the system again. No callback comes after it returns.
     virtual void remove() = 0;
 };

@@ -14,7 +14,8 @@ class InputState {
     [[nodiscard]] virtual EventFlags flags(EventSourceState source) const = 0;
 
     /// Seconds since the last event of the type in the combined session; very large when there was none.
-    /// Events that the program posts itself do not count: a nudge of the pointer is not the user's return.
+    /// Whether pointer events count that the program posts itself is the system's own matter: they do on
+    /// macOS and do not under X.
     [[nodiscard]] virtual double secondsSinceLast(EventType type) const = 0;
 };
 

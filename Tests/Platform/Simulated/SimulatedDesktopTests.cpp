@@ -72,5 +72,20 @@ TEST(SimulatedDesktopTest, IdleTimeCountsFromTheLastEventOfTheType) {
     EXPECT_DOUBLE_EQ(desktop.inputState().secondsSinceLast(EventType::keyDown), 15.0);
 }
 
+TEST(SimulatedDesktopTest, PostedPointerEvents_EndTheIdleTimeOnlyWhereTheyCount) {
+    for (const bool counts : {false, true}) {
+        TestDesktop desktop;
+        desktop.postedCountsAsActivity = counts;
+        desktop.time.runFor(Seconds{10});
+        for (const auto type : {EventType::mouseMoved, EventType::leftMouseDown}) {
+            const auto event = desktop.eventPoster().makeMouse(type, 0, {1, 1});
+            ASSERT_TRUE(event);
+            desktop.eventPoster().post(*event, TapLocation::session);
+            EXPECT_DOUBLE_EQ(desktop.inputState().secondsSinceLast(type), counts ? 0.0 : 10.0);
+        }
+        EXPECT_DOUBLE_EQ(desktop.inputState().secondsSinceLast(EventType::rightMouseDown), 10.0);
+    }
+}
+
 }  // namespace
 }  // namespace trelvan

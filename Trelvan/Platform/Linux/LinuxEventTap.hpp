@@ -31,6 +31,8 @@ class LinuxEventTap final : public EventTap, public XEventHandler {
 
     [[nodiscard]] bool create(std::uint64_t mask, Callback callback, void* userInfo) override;
     void enable(bool on) override;
+    /// Applications take a button for held until they see its release.
+    [[nodiscard]] bool releasesFollowPresses() const override { return true; }
     void remove() override;
 
     /// The changed copy of the movement the callback is looking at; false outside a callback.

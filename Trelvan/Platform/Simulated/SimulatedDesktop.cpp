@@ -11,7 +11,7 @@ struct SimulatedDesktop::Parts {
     explicit Parts(SimulatedDesktop& desktop)
         : input(desktop),
           tap(desktop),
-          poster(desktop, tap),
+          poster(desktop, tap, input),
           screens(desktop),
           defaults(desktop),
           workspace(desktop),

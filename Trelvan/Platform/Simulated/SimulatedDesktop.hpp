@@ -91,6 +91,8 @@ class SimulatedDesktop : public Platform {
     bool capsLock = false;
     /// Whether pointer events that the program posts end the idle time, as on macOS; under X they do not.
     bool postedCountsAsActivity = false;
+    /// See `EventTap`; under X they do.
+    bool releasesFollowPresses = false;
     SimulatedMicrophone microphone;
     SimulatedNotificationState notificationState;
     LoginItem::Status loginStatus = LoginItem::Status::notRegistered;

@@ -34,6 +34,10 @@ bool SimulatedTap::create(std::uint64_t mask, Callback callback, void* userInfo)
     return true;
 }
 
+bool SimulatedTap::releasesFollowPresses() const {
+    return desktop_.releasesFollowPresses;
+}
+
 void SimulatedTap::remove() {
     callback_ = nullptr;
     enabled_ = false;
@@ -88,6 +92,7 @@ void SimulatedPoster::post(const KeyEvent& event, TapLocation at) {
 
 void SimulatedPoster::post(const MouseEvent& event, TapLocation at) {
     desktop_.tell(trace::PostedMouse{event.type, event.buttonNumber, event.location, 0, 0, 0, at});
+    if (desktop_.postedCountsAsActivity) input_.note(event.type);
     desktop_.pointer = event.location;
     if (at != TapLocation::hid) return;
     TapEvent returning;

@@ -13,7 +13,8 @@ namespace trelvan {
 
 class SimulatedDesktop;
 
-/// Modifiers as the world says; idle time since the last event that was sent.
+/// Modifiers as the world says; idle time since the last event that was sent or, where the world counts them,
+/// posted.
 class SimulatedInputState final : public InputState {
   public:
     explicit SimulatedInputState(SimulatedDesktop& desktop) : desktop_(desktop) {}
@@ -36,6 +37,7 @@ class SimulatedTap final : public EventTap {
 
     [[nodiscard]] bool create(std::uint64_t mask, Callback callback, void* userInfo) override;
     void enable(bool on) override { enabled_ = callback_ != nullptr && on; }
+    [[nodiscard]] bool releasesFollowPresses() const override;
     void remove() override;
 
     /// `marked`: the event is a copy that the program posted and marked.
@@ -64,7 +66,8 @@ class SimulatedTap final : public EventTap {
 /// Tells the trace what is posted.
 class SimulatedPoster final : public EventPoster {
   public:
-    SimulatedPoster(SimulatedDesktop& desktop, SimulatedTap& tap) : desktop_(desktop), tap_(tap) {}
+    SimulatedPoster(SimulatedDesktop& desktop, SimulatedTap& tap, SimulatedInputState& input)
+        : desktop_(desktop), tap_(tap), input_(input) {}
 
     [[nodiscard]] std::optional<KeyEvent> makeKey(EventSourceState source, KeyCode keyCode, bool down,
                                                   EventFlags flags) override;
@@ -79,6 +82,7 @@ class SimulatedPoster final : public EventPoster {
   private:
     SimulatedDesktop& desktop_;
     SimulatedTap& tap_;
+    SimulatedInputState& input_;
 };
 
 }  // namespace trelvan
