@@ -89,7 +89,8 @@ void KeepAwakeManager::setAutoStopPreset(AutoStopPreset preset) {
 void KeepAwakeManager::startMonitoring() {
     if (pollTimer_) return scheduleAutoStop();
     lastErrorMessage = std::nullopt;
-    lastSyntheticMove_.reset();
+    lastSyntheticMoveDate_.reset();
+    lastTickDate_ = ports_.clock.now();
     scheduleAutoStop();
     pollTimer_ = ports_.timers.every(pollInterval, [this] { tick(); });
     tick();
@@ -108,7 +109,8 @@ void KeepAwakeManager::stopMonitoring() {
 
 void KeepAwakeManager::scheduleAutoStop() {
     autoStopTimer_.reset();
-    enabledAt_ = ports_.clock.uptime();
+    followTimeOfDay();
+    enabledAt_ = now();
     const auto length = duration(autoStopPreset);
     if (!length) {
         remainingAutoStopSeconds = std::nullopt;
@@ -120,29 +122,45 @@ void KeepAwakeManager::scheduleAutoStop() {
 
 void KeepAwakeManager::tick() {
     if (!isEnabled) return;
+    followTimeOfDay();
     const double idle = sessionIdleSeconds(ports_.input);
     const double threshold = idleThresholdMinutes * secondsInMinute;
     const double interval = moveEveryMinutes * secondsInMinute;
-    const double now = ports_.clock.uptime().count();
 
     const bool away = threshold <= idle;
     isCurrentlyAway = away;
     inhibitIdle(away);
 
     const auto length = duration(autoStopPreset);
-    remainingAutoStopSeconds =
-        length && enabledAt_
-            ? std::optional(countdown(std::trunc(length->count() - (now - enabledAt_->count()))))
-            : std::nullopt;
+    const auto left =
+        length && enabledAt_ ? std::optional(length->count() - secondsSince(*enabledAt_)) : std::nullopt;
+    remainingAutoStopSeconds = left ? std::optional(countdown(std::trunc(*left))) : std::nullopt;
+    // The timer stands still while the computer sleeps.
+    if (left && *left <= 0) return setEnabled(false);
 
     if (!away) {
         nextMoveInSeconds = countdown(std::ceil(threshold - idle));
         return;
     }
     const double elapsed =
-        lastSyntheticMove_ ? now - lastSyntheticMove_->count() : std::max(0.0, idle - threshold);
+        lastSyntheticMoveDate_ ? secondsSince(*lastSyntheticMoveDate_) : std::max(0.0, idle - threshold);
     nextMoveInSeconds = countdown(std::ceil(interval - elapsed));
     if (interval <= elapsed) performJiggle();
+}
+
+void KeepAwakeManager::followTimeOfDay() {
+    const auto date = ports_.clock.now();
+    if (const auto back = lastTickDate_ - date; back.count() > 0) {
+        for (auto* moment : {&enabledAt_, &lastSyntheticMoveDate_}) {
+            if (*moment) (*moment)->date -= back;
+        }
+    }
+    lastTickDate_ = date;
+}
+
+double KeepAwakeManager::secondsSince(const Moment& moment) const {
+    const Moment present = now();
+    return std::max(Seconds(present.date - moment.date), present.uptime - moment.uptime).count();
 }
 
 void KeepAwakeManager::inhibitIdle(bool away) {
@@ -171,8 +189,8 @@ void KeepAwakeManager::performJiggle() {
                                if (const auto manager = weak.lock()) (*manager)->movePointer(back);
                            });
     jiggleDirection_ = -jiggleDirection_;
-    lastSyntheticMove_ = ports_.clock.uptime();
-    lastMoveDate = ports_.clock.now();
+    lastSyntheticMoveDate_ = now();
+    lastMoveDate = lastSyntheticMoveDate_->date;
 }
 
 void KeepAwakeManager::movePointer(TopLeftPoint to) {

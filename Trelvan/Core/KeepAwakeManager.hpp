@@ -86,13 +86,24 @@ class KeepAwakeManager {
     void movePointer(TopLeftPoint to);
     void inhibitIdle(bool away);
 
+    /// A moment by the time of day, and by the clock that stands still while the computer sleeps.
+    struct Moment {
+        std::chrono::system_clock::time_point date;
+        Seconds uptime;
+    };
+    [[nodiscard]] Moment now() const { return {ports_.clock.now(), ports_.clock.uptime()}; }
+    /// The longer of the two, so that sleep counts.
+    [[nodiscard]] double secondsSince(const Moment& moment) const;
+    /// Moves the moments along with a time of day that was set back, which gives no time back.
+    void followTimeOfDay();
+
     Ports ports_;
     std::unique_ptr<Timers::Timer> pollTimer_;
     std::unique_ptr<Timers::Timer> autoStopTimer_;
-    /// When the countdown started. Moments are those of the clock that never jumps: setting the time of day
-    /// is neither inactivity nor the end of an hour.
-    std::optional<Seconds> enabledAt_;
-    std::optional<Seconds> lastSyntheticMove_;
+    /// When the countdown started.
+    std::optional<Moment> enabledAt_;
+    std::optional<Moment> lastSyntheticMoveDate_;
+    std::chrono::system_clock::time_point lastTickDate_;
     double jiggleDirection_ = 1.0;
     std::unique_ptr<IdleInhibitor::Hold> inhibition_;
     /// What was put into the main queue asks this before it touches the manager.

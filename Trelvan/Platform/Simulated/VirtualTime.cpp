@@ -64,7 +64,7 @@ BackgroundQueue& VirtualTime::background() {
 
 std::chrono::system_clock::time_point VirtualTime::now() const {
     return std::chrono::system_clock::time_point(
-        std::chrono::round<std::chrono::system_clock::duration>(now_));
+        std::chrono::round<std::chrono::system_clock::duration>(now_ + dayShift_));
 }
 
 void VirtualTime::after(Seconds delay, std::function<void()> job) {

@@ -19,7 +19,7 @@ class VirtualTime final : public Clock, public MainQueue, public Timers {
     VirtualTime(const VirtualTime&) = delete;
     VirtualTime& operator=(const VirtualTime&) = delete;
 
-    // Clock. The virtual day starts at the epoch.
+    // Clock. The virtual day starts at the epoch, unless it is shifted.
     [[nodiscard]] Seconds uptime() const override { return now_; }
     [[nodiscard]] std::chrono::system_clock::time_point now() const override;
 
@@ -31,6 +31,9 @@ class VirtualTime final : public Clock, public MainQueue, public Timers {
     // Timers
     [[nodiscard]] std::unique_ptr<Timer> every(Seconds interval, std::function<void()> job) override;
     [[nodiscard]] std::unique_ptr<Timer> once(Seconds delay, std::function<void()> job) override;
+
+    /// The time of day jumps, as after the computer slept or when somebody sets it; nothing else moves on.
+    void shiftTimeOfDay(Seconds by) { dayShift_ += by; }
 
     /// The queue beside the main thread; it shares this time.
     [[nodiscard]] BackgroundQueue& background();
@@ -66,6 +69,7 @@ class VirtualTime final : public Clock, public MainQueue, public Timers {
     static bool isLater(const Entry& left, const Entry& right);
 
     Seconds now_{0};
+    Seconds dayShift_{0};
     std::uint64_t nextOrder_ = 0;
     /// Heap with the next entry at the front.
     std::vector<Entry> entries_;
