@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <thread>
 
@@ -122,6 +123,76 @@ TEST_F(HighRateTest, EveryEventOfTenSecondsArrivesInOrderAndMemoryStays) {
               << std::lround(share) << " % of a processor, memory " << settled.memory << " to "
               << after.memory << " KiB\n";
     EXPECT_LT(after.memory - settled.memory, 1024);
+}
+
+/// More clicks than the program can serve, for a while.
+class FloodTest : public HighRateTest {
+  protected:
+    static constexpr int clicksPerMillisecond = 16;
+    static constexpr int floodSeconds = 5;
+
+    /// Clicks away, and says how large the program was before, at most and in the end, in KiB.
+    void flood(const std::function<void(int)>& click) {
+        before = usage(program().id()).memory;
+        trackball().setWaiting(false);
+        const auto begin = Clock::now();
+        for (int tick = 0; tick < floodSeconds * 1000; ++tick) {
+            for (int count = 0; count < clicksPerMillisecond; ++count)
+                click(tick * clicksPerMillisecond + count);
+            if (tick % 8 == 0) trackball().settle();
+            if (tick % 100 == 0) {
+                (void)client().events();
+                client().forget();
+                most = std::max(most, usage(program().id()).memory);
+            }
+            std::this_thread::sleep_until(begin + std::chrono::milliseconds(tick + 1));
+        }
+        trackball().settle();
+        const std::chrono::duration<double> sending = Clock::now() - begin;
+        trackball().setWaiting(true);
+        trackball().releaseAll();
+        most = std::max(most, usage(program().id()).memory);
+        client().forget();
+        // The sentinel comes after everything that still waits.
+        trackball().click(sentinelButton);
+        EXPECT_TRUE(client().waitFor(
+            [&](const auto&) {
+                most = std::max(most, usage(program().id()).memory);
+                return client().count(Kind::buttonRelease, sentinelButton) > 0;
+            },
+            std::chrono::seconds{60}));
+        const std::chrono::duration<double> arriving = Clock::now() - begin;
+        after = usage(program().id()).memory;
+        std::cout << std::lround(clicksPerMillisecond * floodSeconds * 1000 / sending.count())
+                  << " clicks a second, the last " << std::lround((arriving - sending).count() * 1e3)
+                  << " ms after it was sent; memory " << before << ", at most " << most << ", in the end "
+                  << after << " KiB\n";
+        EXPECT_LT(most - before, allowed);
+        EXPECT_LT((arriving - sending).count(), 2.0) << "what waits has piled up";
+    }
+
+    /// How much larger the program may get, in KiB. What it gets to depends on what else the machine does.
+    static constexpr long allowed = 64 * 1024;
+    long before = 0;
+    long most = 0;
+    long after = 0;
+};
+
+TEST_F(FloodTest, ClicksThatPass_DoNotPileUp) {
+    start(Settings().map(3, "Copiar"));
+    flood([this](int) { trackball().click(9); });
+}
+
+TEST_F(FloodTest, ClicksThatFire_DoNotPileUpAndLeaveNothingHeld) {
+    start(Settings().map(3, "Copiar").map(4, "Pegar"));
+    flood([this](int number) { trackball().click(xButton(3 + number % 2)); });
+    EXPECT_TRUE(waitUntil([&] { return !client().isAnythingHeld(); }));
+}
+
+TEST_F(FloodTest, TurnsThatFire_DoNotPileUpAndLeaveNothingHeld) {
+    start(Settings().map(-100, "Copiar").map(-101, "Pegar"));
+    flood([this](int number) { trackball().scrollVertical(number / 1000 % 2 == 0 ? 1 : -1); });
+    EXPECT_TRUE(waitUntil([&] { return !client().isAnythingHeld(); }));
 }
 
 }  // namespace

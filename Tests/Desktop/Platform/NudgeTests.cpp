@@ -12,6 +12,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <tuple>
+#include <vector>
 
 namespace trelvan::desktop {
 namespace {
@@ -93,8 +95,15 @@ class NudgeOnMonitorsTest : public NudgeTest {
         NudgeTest::TearDown();
     }
 
-    void setMonitor(const char* name, const PixelRect& at, bool isMain) const {
-        desktop::setMonitor(connection->display(), name, {at.x, at.y, at.width, at.height}, isMain);
+    /// The toolkit takes monitors of the same name for the same, so they get new ones each time.
+    void arrange(const PixelRect& main, const PixelRect& other) {
+        deleteMonitors();
+        const std::string number = std::to_string(++arranged);
+        for (const auto& [name, at, isMain] :
+             {std::tuple{"main-" + number, main, true}, std::tuple{"other-" + number, other, false}}) {
+            setMonitor(connection->display(), name.c_str(), {at.x, at.y, at.width, at.height}, isMain);
+            names.push_back(name);
+        }
     }
     static std::string toolkitsScreens() {
         std::string text;
@@ -107,8 +116,9 @@ class NudgeOnMonitorsTest : public NudgeTest {
         }
         return text;
     }
-    void deleteMonitors() const {
-        for (const char* name : {"first", "second"}) deleteMonitor(connection->display(), name);
+    void deleteMonitors() {
+        for (const auto& name : names) deleteMonitor(connection->display(), name.c_str());
+        names.clear();
     }
     void place(Pixel at) const {
         XWarpPointer(connection->display(), x11::none, connection->root(), 0, 0, 0, 0, at.x, at.y);
@@ -117,6 +127,10 @@ class NudgeOnMonitorsTest : public NudgeTest {
     [[nodiscard]] Pixel pixel() const { return pointerLocation(connection->display(), connection->root()); }
 
     LinuxScreens screens{pump, tap, origin};
+
+  private:
+    std::vector<std::string> names;
+    int arranged = 0;
 };
 
 TEST_F(NudgeOnMonitorsTest, PointerIsNudgedByAPointAndComesBackToItsPixel) {
@@ -130,9 +144,7 @@ TEST_F(NudgeOnMonitorsTest, PointerIsNudgedByAPointAndComesBackToItsPixel) {
                                         {{0, 333, 701, 567}, {701, 0, 739, 900}}};
     for (const auto& [main, other] : arrangements) {
         SCOPED_TRACE(testing::Message() << "main at " << main.x << ", " << main.y);
-        if (main != arrangements[0].main) deleteMonitors();
-        setMonitor("first", main, true);
-        setMonitor("second", other, false);
+        arrange(main, other);
         const BottomLeftRect expected = screenFrames(std::vector{main}).front();
         ASSERT_TRUE(runUntil([&] {
             return origin.pixel({0, 0}) == Pixel{main.x, main.y} && screens.frames().front() == expected;

@@ -38,6 +38,26 @@ TEST(WorkerQueue, LaterJob_RunsAfterItsDelayAndAfterSoonerOnes) {
     EXPECT_EQ(order, (std::vector{1, 2}));
 }
 
+TEST(WorkerQueue, TooManyJobs_AreLeftOutAndWhatHasBegunGoesOn) {
+    std::promise<void> release;
+    std::promise<void> done;
+    std::promise<void> again;
+    std::size_t begun = 0;
+    int continued = 0;
+    WorkerQueue queue;
+    queue.async([&] { release.get_future().wait(); });
+    for (std::size_t job = 0; job < 10 * WorkerQueue::mostWaiting; ++job) queue.async([&] { ++begun; });
+    for (int job = 0; job < 100; ++job) queue.after(Seconds{0}, [&] { ++continued; });
+    queue.after(Seconds{0.001}, [&] { done.set_value(); });
+    release.set_value();
+    ASSERT_EQ(done.get_future().wait_for(bound), std::future_status::ready);
+    EXPECT_GE(begun, WorkerQueue::mostWaiting - 1);
+    EXPECT_LE(begun, WorkerQueue::mostWaiting);
+    EXPECT_EQ(continued, 100);
+    queue.async([&] { again.set_value(); });
+    EXPECT_EQ(again.get_future().wait_for(bound), std::future_status::ready) << "there is room again";
+}
+
 TEST(WorkerQueue, EndWithJobsPending_RunsThemAtOnceInOrder) {
     std::vector<int> order;
     const auto start = std::chrono::steady_clock::now();

@@ -5,8 +5,11 @@
 #include "Platform/Linux/XErrorScope.hpp"
 #include "Utilities/Logger.hpp"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <span>
+#include <utility>
 
 namespace trelvan {
 
@@ -20,6 +23,18 @@ constexpr Seconds retryBusy{0.1};
 /// The tracked location is compared with the server's this often while the pointer moves: barriers, warps and
 /// other devices move it behind the tap's back.
 constexpr std::chrono::milliseconds syncInterval{100};
+
+/// With so many events waiting the location is asked for less often: each question takes as long as the
+/// server has other things to do.
+constexpr int someWaiting = 64;
+constexpr std::chrono::milliseconds busySyncInterval{5};
+
+/// No hand makes the program fall so far behind, and two mice with 8,000 movements a second do not until the
+/// guard takes them away. From then on new presses and turns are left out until the rest is done.
+constexpr int tooManyWaiting = 8'192;
+constexpr int fewWaiting = tooManyWaiting / 4;
+/// The memory of so many goes back to the system once they are done; no ordinary day needs it.
+constexpr int worthGivingBack = 1'024;
 
 }  // namespace
 
@@ -307,7 +322,8 @@ void LinuxEventTap::rawMotion(const void* data) {
     }
     if ((vertical == 0 && horizontal == 0) || find(raw.deviceid) != device) return;
     activity_.note(EventType::scrollWheel, now);
-    syncLocation();
+    if (isOverrun()) return;
+    syncLocationForPress();
     road_.scroll(*device, vertical, horizontal);
 }
 
@@ -315,9 +331,10 @@ void LinuxEventTap::buttonEvent(const void* data, bool down) {
     const auto& event = *static_cast<const XIDeviceEvent*>(data);
     PointerDevice* device = find(event.deviceid);
     if (device == nullptr || event.serial < device->grabSerial) return;
+    if (isOverrun() && down) return;
     road_.time = static_cast<std::uint32_t>(event.time);
     road_.flags = modifiers_.flags();
-    syncLocation();
+    syncLocationForPress();
     if (const auto number = quartzButton(event.detail)) {
         activity_.note(buttonType(*number, down));
         road_.button(*device, event.detail, down);
@@ -330,6 +347,28 @@ void LinuxEventTap::buttonEvent(const void* data, bool down) {
     const double turn = event.detail == 4 || event.detail == 6 ? 1.0 : -1.0;
     const bool isVertical = event.detail <= 5;
     road_.scroll(*device, isVertical ? turn : 0.0, isVertical ? 0.0 : turn);
+}
+
+bool LinuxEventTap::isOverrun() {
+    const int waiting = pump_.waiting();
+    if (waiting > tooManyWaiting && !overrun_) {
+        overrun_ = true;
+        if (!std::exchange(reportedOverrun_, true))
+            AppLogger.warning("Llegan más pulsaciones de las que se pueden atender; algunas se pierden");
+    } else if (waiting < fewWaiting) {
+        overrun_ = false;
+    }
+    pileUp_ = std::max(pileUp_, waiting);
+    if (waiting == 0 && pileUp_ > worthGivingBack) {
+        pileUp_ = 0;
+        malloc_trim(0);
+    }
+    return overrun_;
+}
+
+void LinuxEventTap::syncLocationForPress() {
+    const bool isBusy = pump_.waiting() > someWaiting;
+    if (!isBusy || std::chrono::steady_clock::now() - lastSync_ > busySyncInterval) syncLocation();
 }
 
 void LinuxEventTap::readBounds() {

@@ -38,11 +38,11 @@ class LinuxEventTap final : public EventTap, public XEventHandler {
     /// The changed copy of the movement the callback is looking at; false outside a callback.
     [[nodiscard]] bool postCopy(const TapEvent& changed) { return road_.sendCopy(changed); }
 
-    /// Leaves the devices to the pointer until told otherwise, whatever the switch says: the user's way out.
-    void yield(bool on);
     /// Where the pointer is: inside the callback the place of its event, otherwise the server is asked.
     [[nodiscard]] Pixel pointer() const;
 
+    /// Leaves the devices to the pointer until told otherwise, whatever the switch says: the user's way out.
+    void yield(bool on);
     [[nodiscard]] bool isYielding() const { return yielding_; }
 
     /// Whether the server denied this program the grabs, as a security policy may. Another client's hold on a
@@ -80,9 +80,14 @@ class LinuxEventTap final : public EventTap, public XEventHandler {
 
     void rawMotion(const void* data);
     void buttonEvent(const void* data, bool down);
+    /// Whether presses come faster than they can be passed on, so that new ones are left out. Their releases
+    /// then go nowhere by themselves.
+    [[nodiscard]] bool isOverrun();
     void readBounds();
     void setBounds(int width, int height);
     void syncLocation();
+    /// Not for each of very many.
+    void syncLocationForPress();
 
     XEventPump& pump_;
     const ModifierState& modifiers_;
@@ -100,6 +105,10 @@ class LinuxEventTap final : public EventTap, public XEventHandler {
     ActivityLog::Time lastSync_{};
     bool created_ = false;
     bool enabled_ = false;
+    bool overrun_ = false;
+    /// The most events that have waited since none did.
+    int pileUp_ = 0;
+    bool reportedOverrun_ = false;
     bool yielding_ = false;
     bool denied_ = false;
     int depth_ = 0;

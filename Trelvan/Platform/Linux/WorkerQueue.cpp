@@ -1,5 +1,7 @@
 #include "Platform/Linux/WorkerQueue.hpp"
 
+#include "Utilities/Logger.hpp"
+
 #include <pthread.h>
 #include <signal.h>
 #include <sys/prctl.h>
@@ -32,14 +34,28 @@ bool WorkerQueue::isLater(const Entry& left, const Entry& right) {
     return std::tie(left.due, left.order) > std::tie(right.due, right.order);
 }
 
+void WorkerQueue::async(std::function<void()> job) {
+    {
+        const std::lock_guard lock(mutex_);
+        isFull_ = isFull_ || heap_.size() >= mostWaiting;
+        if (!isFull_) put(std::chrono::steady_clock::now(), std::move(job));
+        if (!isFull_ || std::exchange(reportedFull_, true)) return changed_.notify_one();
+    }
+    AppLogger.warning("Hay demasiadas funciones en marcha; no empiezan más hasta que acaben algunas");
+}
+
 void WorkerQueue::after(Seconds delay, std::function<void()> job) {
     const auto pause = std::chrono::duration_cast<Time::duration>(std::max(delay, Seconds{0}));
     {
         const std::lock_guard lock(mutex_);
-        heap_.push_back({std::chrono::steady_clock::now() + pause, ++lastOrder_, std::move(job)});
-        std::ranges::push_heap(heap_, isLater);
+        put(std::chrono::steady_clock::now() + pause, std::move(job));
     }
     changed_.notify_one();
+}
+
+void WorkerQueue::put(Time due, std::function<void()> job) {
+    heap_.push_back({due, ++lastOrder_, std::move(job)});
+    std::ranges::push_heap(heap_, isLater);
 }
 
 void WorkerQueue::work() {
@@ -70,6 +86,8 @@ std::function<void()> WorkerQueue::next() {
         std::ranges::pop_heap(heap_, isLater);
         auto job = std::move(heap_.back().job);
         heap_.pop_back();
+        if (heap_.size() <= mostWaiting / 2) isFull_ = false;
+        if (heap_.empty() && heap_.capacity() > mostWaiting / 2) heap_.shrink_to_fit();
         return job;
     }
 }

@@ -29,6 +29,10 @@ XEventPump::XEventPump(XConnection& connection)
 
 XEventPump::~XEventPump() = default;
 
+int XEventPump::waiting() const {
+    return XEventsQueued(connection_.display(), QueuedAlready);
+}
+
 void XEventPump::drainLeftovers() {
     // First the flush: it reads as well, and what it brought along would wait for the loop's next reason to
     // wake.

@@ -33,6 +33,9 @@ class XEventPump {
     void add(XEventHandler& handler) { handlers_.push_back(&handler); }
     void remove(XEventHandler& handler) { std::erase(handlers_, &handler); }
 
+    /// How many events have been read and not yet handled.
+    [[nodiscard]] int waiting() const;
+
     /// Handles all that has arrived and sends what has been asked.
     void drain();
 
