@@ -8,7 +8,8 @@
 namespace trelvan {
 
 /// What tells one platform's desktop from another's in a dry run: whose key combinations the actions send,
-/// and whether the desktop is asked for its views (`offeredViews`) before keys are pressed.
+/// whether the desktop is asked for its views (`offeredViews`) before keys are pressed, and whether a release
+/// goes the way of its press.
 class DesktopRules {
   public:
     /// Those of `shortcuts`; where they are `fixed`, a script changes nothing. The desktop outlives this.
