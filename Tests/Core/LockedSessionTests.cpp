@@ -171,10 +171,10 @@ class LockedMenuTest : public testing::Test {
         SmartButtonApp app;
         app.name = "Notes";
         configuration.apps = {app};
-        controller.emplace(
-            SmartButtonController::Ports{desktop.screens(), desktop.eventPoster(), desktop.workspace(),
-                                         desktop.mainQueue(), desktop.sessionState()},
-            panels, desktop.logger);
+        controller.emplace(SmartButtonController::Ports{desktop.screens(), desktop.eventPoster(),
+                                                        desktop.workspace(), desktop.backgroundQueue(),
+                                                        desktop.mainQueue(), desktop.sessionState()},
+                           panels, desktop.logger);
     }
     test::TestDesktop desktop;
     test::FakePanels panels;

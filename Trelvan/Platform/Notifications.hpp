@@ -15,7 +15,7 @@ struct NotificationRequest {
     std::string identifier;
     /// What the news is of, in this poster's words ("caps-lock"): on a platform whose notifications stay,
     /// news replaces what is shown of the same kind. Empty: it replaces nothing.
-    std::string kind;
+    std::string kind{};
     std::string title;
     /// Plain text; the platform escapes it where its form has markup.
     std::string body;

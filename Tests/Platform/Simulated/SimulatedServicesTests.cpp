@@ -27,7 +27,9 @@ class SimulatedServicesTest : public testing::Test {
     };
 
     void allow() { desktop.notificationState.authorization = Notifications::Authorization::authorized; }
-    void add(const char* body) { desktop.notifications().add({"1", "t", body, InterruptionLevel::active}); }
+    void add(const char* body) {
+        desktop.notifications().add({"1", "", "t", body, InterruptionLevel::active});
+    }
     std::size_t shown() const { return desktop.all<trace::Notification>().size(); }
     KeyMonitors::LocalHandler noting(const std::string& name,
                                      KeyMonitors::LocalAnswer answer = KeyMonitors::LocalAnswer::passOn) {
