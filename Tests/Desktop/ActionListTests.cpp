@@ -33,11 +33,15 @@ TEST_F(ActionListTest, EveryActionIsThereWithBothNames) {
 }
 
 TEST_F(ActionListTest, WhatTheWindowManagerHasAndWhatNobodyHasIsTold) {
-    const auto all = list({{"XDG_DATA_DIRS", "/nonexistent"}});
+    // With no programs but the desktop's stand-ins.
+    const auto all =
+        list({{"XDG_DATA_DIRS", "/nonexistent"}, {"PATH", (desktop().folder() / "bin").string()}});
     const auto showDesktop = named(all, "Mostrar Escritorio");
     EXPECT_EQ(showDesktop.value("can", false), true);
     EXPECT_EQ(showDesktop["sends"].back(), "Here: the window manager");
     EXPECT_EQ(named(all, "Mission Control").value("can", true), false);
+    EXPECT_EQ(named(all, "Mission Control").value("obstacle", ""),
+              "Nothing on this desktop does it; installed, this would: rofi");
     EXPECT_EQ(named(all, "New Note").value("obstacle", ""), "No editor and no note taker is installed");
     EXPECT_EQ(named(all, "Lock Workstation").value("can", false), true);
 }

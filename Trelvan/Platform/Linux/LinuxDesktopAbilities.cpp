@@ -7,6 +7,7 @@
 #include "Platform/Linux/ScreenLock.hpp"
 #include "Platform/Linux/ScreenshotProgram.hpp"
 #include "Platform/Linux/ShellViews.hpp"
+#include "Platform/Linux/ViewProgram.hpp"
 #include "Platform/Linux/X11.hpp"
 
 #include <QCoreApplication>
@@ -73,8 +74,12 @@ class Probe {
                     .flags = shortcut->second.flags,
                     .toInstall = {}};
         }
+        for (const auto& program : viewPrograms(desktop_, view)) {
+            if (isInstalled(program.command.front()))
+                return {.way = Way::program, .with = program.command.front(), .toInstall = {}};
+        }
         if (!connection_ || !QDBusConnection::sessionBus().isConnected()) return {};
-        return {.way = Way::nothing, .with = {}, .toInstall = {}};
+        return {.way = Way::nothing, .with = {}, .toInstall = std::string(programToInstall(view))};
     }
 
   private:
