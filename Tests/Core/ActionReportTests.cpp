@@ -61,6 +61,14 @@ TEST_F(ActionReportTest, WayOfThisDesktopIsNamed) {
     EXPECT_EQ(report(ButtonAction::newNote).sends.back(), "Here: org.xfce.mousepad.desktop");
 }
 
+TEST_F(ActionReportTest, ShortcutOfTheDesktopIsWhatItSends) {
+    desktop.hotKeys[hotkey::launchpad] = {flag::option, "F3"};
+    EXPECT_EQ(report(ButtonAction::launchpad).sends.front(),
+              "Asked of the desktop; where it has no way of its own, sent: its hot key Alt+F3");
+    EXPECT_EQ(report(ButtonAction::missionControl).sends.front(),
+              "Asked of the desktop; where it has no way of its own, nothing is sent: it has no hot key");
+}
+
 TEST_F(ActionReportTest, ViewThatNothingShowsIsAnObstacleWithWhatToInstall) {
     desktop.views = {{SystemView::missionControl, {.way = Way::nothing, .toInstall = "rofi"}},
                      {SystemView::appExpose, {.way = Way::nothing}}};

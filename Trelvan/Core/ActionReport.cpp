@@ -71,11 +71,15 @@ std::optional<std::string> obstacleTo(ButtonAction action, const DesktopAbilitie
 
 std::vector<ActionReport> reportActions(const ActionShortcuts& shortcuts, const DesktopAbilities& desktop,
                                         AppLanguage language) {
+    const NamedHotKeys hotKeys = [&desktop](int id) -> std::optional<NamedHotKey> {
+        const auto found = desktop.hotKeys.find(id);
+        return found != desktop.hotKeys.end() ? std::optional(found->second) : std::nullopt;
+    };
     std::vector<ActionReport> reports;
     for (std::size_t index = 0; index < RawValueTable<ButtonAction>::rawValues.size(); ++index) {
         const auto action = static_cast<ButtonAction>(index);
         ActionReport report{.action = action,
-                            .sends = describeAction(action, shortcuts, language),
+                            .sends = describeAction(action, shortcuts, language, hotKeys),
                             .obstacle = obstacleTo(action, desktop, language)};
         if (const auto* const ability = abilityFor(action, desktop)) {
             if (auto way = wayHere(*ability, language)) report.sends.push_back(*std::move(way));

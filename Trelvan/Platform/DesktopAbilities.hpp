@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/HotKeyTable.hpp"
 #include "Platform/Quartz.hpp"
 #include "Platform/SystemViews.hpp"
 
@@ -35,6 +36,8 @@ struct DesktopAbilities {
     /// What the desktop calls itself; empty where it says nothing.
     std::string desktop;
     std::map<SystemView, ViewAbility> views;
+    /// The shortcuts that its settings give its functions, by their symbolic identifiers.
+    std::map<int, NamedHotKey> hotKeys = {};
     /// The application that a new note is written in; none when none is installed.
     std::optional<std::string> noteApplication;
 };

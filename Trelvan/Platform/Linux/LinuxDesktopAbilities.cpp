@@ -1,14 +1,13 @@
 #include "Platform/DesktopAbilities.hpp"
 #include "Platform/HotKeyTable.hpp"
 #include "Platform/Linux/DesktopEntry.hpp"
-#include "Platform/Linux/LinuxHotKeys.hpp"
 #include "Platform/Linux/NoteApplications.hpp"
 #include "Platform/Linux/RootProperties.hpp"
 #include "Platform/Linux/ScreenLock.hpp"
 #include "Platform/Linux/ScreenshotProgram.hpp"
 #include "Platform/Linux/ShellViews.hpp"
 #include "Platform/Linux/ViewProgram.hpp"
-#include "Platform/Linux/X11.hpp"
+#include "Platform/Platform.hpp"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -16,6 +15,7 @@
 #include <QStandardPaths>
 #include <array>
 #include <cstdlib>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -51,7 +51,8 @@ bool isInstalled(const std::string& program) {
 /// Asks in the order in which the views are asked for themselves.
 class Probe {
   public:
-    Probe() : desktop_(currentDesktop()), shortcuts_(readShortcutsNow(desktop_)) {
+    explicit Probe(const std::map<int, NamedHotKey>& shortcuts)
+        : desktop_(currentDesktop()), shortcuts_(shortcuts) {
         auto opened = XConnection::open();
         if (auto* connection = std::get_if<std::unique_ptr<XConnection>>(&opened))
             connection_ = std::move(*connection);
@@ -68,9 +69,8 @@ class Probe {
             if (!command.empty() && isInstalled(command.front()))
                 return {.way = Way::program, .with = command.front(), .toInstall = {}};
         } else {
-            const char* name = XKeysymToString(shortcut->second.keysym);
             return {.way = Way::shortcut,
-                    .with = name != nullptr ? name : "?",
+                    .with = shortcut->second.key,
                     .flags = shortcut->second.flags,
                     .toInstall = {}};
         }
@@ -111,7 +111,7 @@ class Probe {
     }
 
     DesktopKind desktop_;
-    ShortcutTable shortcuts_;
+    const std::map<int, NamedHotKey>& shortcuts_;
     std::unique_ptr<XConnection> connection_;
 };
 
@@ -127,7 +127,8 @@ DesktopAbilities desktopAbilities() {
     const char* desktops = std::getenv("XDG_CURRENT_DESKTOP");
     DesktopAbilities result{
         .desktop = desktops != nullptr ? desktops : "", .views = {}, .noteApplication = {}};
-    const Probe probe;
+    result.hotKeys = desktopHotKeys();
+    const Probe probe(result.hotKeys);
     for (const auto& [view, hotKey] : views) result.views[view] = probe.ability(view, hotKey);
     for (const auto id : noteApplications(result.desktop)) {
         if (result.noteApplication) break;
