@@ -92,6 +92,7 @@ int recordEvents(int& argc, char** argv, const command::Record& options, AppLang
 }  // namespace
 
 int main(int argc, char** argv) {
+    prepareProcess();
     if (const auto status = runHelperProcess(argc, argv)) return *status;
     const AppLanguage language = terminalLanguage();
     const std::vector<std::string_view> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);

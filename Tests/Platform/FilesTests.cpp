@@ -1,11 +1,19 @@
 #include "Platform/Files.hpp"
+#include "Platform/Shared/AtomicFile.hpp"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <vector>
 
 namespace trelvan {
 namespace {
@@ -24,6 +32,22 @@ class StandardFilesTest : public testing::Test {
         return error != nullptr ? error->text : "(none)";
     }
 
+    mode_t modeOf(const std::string& name) const {
+        struct stat info {};
+        return stat((place + name).c_str(), &info) == 0 ? info.st_mode & 07777U : 0;
+    }
+    static void makeOld(const std::string& path) {
+        const timespec hourAgo{.tv_sec = std::time(nullptr) - 3600, .tv_nsec = 0};
+        const timespec times[]{hourAgo, hourAgo};
+        ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+    }
+    static std::vector<std::string> namesIn(const std::string& folder) {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder))
+            names.push_back(entry.path().filename());
+        return names;
+    }
+
     std::string place;
     StandardFiles files;
 };
@@ -33,7 +57,7 @@ TEST_F(StandardFilesTest, WhatIsWrittenIsRead) {
     EXPECT_FALSE(files.write(place + "/f", "first"));
     EXPECT_FALSE(files.write(place + "/f", bytes));
     EXPECT_EQ(std::get<std::string>(files.read(place + "/f")), bytes);
-    EXPECT_FALSE(std::filesystem::exists(place + "/f.new"));
+    EXPECT_EQ(namesIn(place), std::vector<std::string>{"f"});
 }
 
 TEST_F(StandardFilesTest, EmptyFileIsEmpty) {
@@ -89,7 +113,70 @@ TEST_F(StandardFilesTest, WriteThatFailsLeavesTheFile) {
     std::ofstream(place + "/taken/inside").close();
     EXPECT_TRUE(files.write(place + "/taken", "x"));
     EXPECT_TRUE(std::filesystem::exists(place + "/taken/inside"));
-    EXPECT_FALSE(std::filesystem::exists(place + "/taken.new"));
+    EXPECT_EQ(namesIn(place), std::vector<std::string>{"taken"});
+}
+
+TEST_F(StandardFilesTest, FileThatIsReplaced_KeepsItsPermissions) {
+    for (const mode_t mode : {0600U, 0640U, 0644U}) {
+        EXPECT_FALSE(files.write(place + "/f", "first"));
+        ASSERT_EQ(chmod((place + "/f").c_str(), mode), 0);
+        EXPECT_FALSE(files.write(place + "/f", "second"));
+        EXPECT_EQ(modeOf("/f"), mode);
+    }
+}
+
+TEST_F(StandardFilesTest, NewFile_HasThePermissionsThatTheUserWants) {
+    const mode_t before = umask(0027);
+    EXPECT_FALSE(files.write(place + "/f", "x"));
+    umask(before);
+    EXPECT_EQ(modeOf("/f"), 0640U);
+}
+
+TEST_F(StandardFilesTest, PlantedLinkUnderTheTemporaryName_IsNotFollowed) {
+    EXPECT_FALSE(files.write(place + "/victim", "safe"));
+    // The name that could be guessed once.
+    std::filesystem::create_symlink("victim", place + "/f.new");
+    EXPECT_FALSE(files.write(place + "/f", "x"));
+    EXPECT_EQ(std::get<std::string>(files.read(place + "/victim")), "safe");
+    EXPECT_FALSE(std::filesystem::is_symlink(place + "/f"));
+}
+
+TEST_F(StandardFilesTest, LinkToItself_IsAnError) {
+    std::filesystem::create_symlink("loop", place + "/loop");
+    EXPECT_TRUE(files.write(place + "/loop", "x"));
+    EXPECT_TRUE(std::filesystem::is_symlink(place + "/loop"));
+}
+
+TEST_F(StandardFilesTest, WhatKilledWritesLeftBehind_IsRemovedOnceItIsOldAndNobodys) {
+    const std::string prefix = temporaryPrefix(place + "/f");
+    for (const char* name : {"old", "young", "held"}) std::ofstream(prefix + name) << "half";
+    std::ofstream(place + "/.f.trelvan") << "mine";
+    for (const std::string& path : {prefix + "old", prefix + "held", place + "/.f.trelvan"}) makeOld(path);
+    const int held = open((prefix + "held").c_str(), O_RDONLY);
+    ASSERT_EQ(flock(held, LOCK_EX), 0);
+    EXPECT_FALSE(files.write(place + "/f", "x"));
+    EXPECT_FALSE(std::filesystem::exists(prefix + "old"));
+    EXPECT_TRUE(std::filesystem::exists(prefix + "young"));
+    EXPECT_TRUE(std::filesystem::exists(prefix + "held"));
+    EXPECT_TRUE(std::filesystem::exists(place + "/.f.trelvan"));
+    close(held);
+    EXPECT_FALSE(files.write(place + "/f", "y"));
+    EXPECT_FALSE(std::filesystem::exists(prefix + "held"));
+}
+
+TEST_F(StandardFilesTest, WriteBeyondTheSizeLimit_IsAnErrorThatLeavesTheFile) {
+    EXPECT_FALSE(files.write(place + "/f", "first"));
+    signal(SIGXFSZ, [](int) {});
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit tight{.rlim_cur = 1000, .rlim_max = before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &tight);
+    const auto error = files.write(place + "/f", std::string(5000, 'x'));
+    setrlimit(RLIMIT_FSIZE, &before);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->text, place + "/f: File too large");
+    EXPECT_EQ(std::get<std::string>(files.read(place + "/f")), "first");
+    EXPECT_EQ(namesIn(place), std::vector<std::string>{"f"});
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "Core/Model/RecordJson.hpp"
 #include "DryRun/TraceJson.hpp"
+#include "Utilities/JsonText.hpp"
 
 #include <type_traits>
 
@@ -31,7 +32,9 @@ Json jsonOf(const DefaultsValue& value) {
             using Stored = std::decay_t<decltype(stored)>;
             if constexpr (std::is_same_v<Stored, Data>) {
                 // Bytes that hold JSON are shown as what they hold.
-                auto parsed = Json::parse(stored.bytes, nullptr, false);
+                const bool isDeep = tooDeepAt(stored.bytes).has_value();
+                auto parsed =
+                    isDeep ? Json(Json::value_t::discarded) : Json::parse(stored.bytes, nullptr, false);
                 return parsed.is_discarded() ? Json(stored.bytes) : parsed;
             } else if constexpr (std::is_same_v<Stored, double>) {
                 return plainNumber(stored);

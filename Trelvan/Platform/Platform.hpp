@@ -77,6 +77,10 @@ struct PlatformOptions {
 [[nodiscard]] std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(
     int& argc, char** argv, const PlatformOptions& options);
 
+/// Makes the process ready to be told to end and to run into limits, whatever it inherited: the first call of
+/// `main`, before the first thread.
+void prepareProcess();
+
 /// Where this process is a helper that the platform made by starting the program again: its whole life, and
 /// its exit status. None in the program itself. Before anything else.
 [[nodiscard]] std::optional<int> runHelperProcess(int argc, char** argv);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <vector>
 
 namespace trelvan {
 namespace {
@@ -156,6 +157,19 @@ TEST(Encoding, IndentsOnRequestWithKeysInOrder) {
     const auto text = json::encode(CustomShortcut{1, 2, "x"}, 2);
     ASSERT_TRUE(text);
     EXPECT_EQ(*text, "{\n  \"displayString\": \"x\",\n  \"keyCode\": 1,\n  \"modifiersRawValue\": 2\n}");
+}
+
+TEST(Decoding, EndlessNestingIsRefusedWithItsPlace) {
+    const auto decoded = json::decode<std::vector<std::int64_t>>(std::string(1'000'000, '['), nullptr);
+    ASSERT_FALSE(decoded);
+    EXPECT_EQ(decoded.error().text(), "line 1, column 65: lists and objects are nested too deeply");
+}
+
+TEST(Decoding, ImmenseTextIsRefused) {
+    const std::string immense(17'000'000, ' ');
+    const auto decoded = json::decode<bool>(immense, nullptr);
+    ASSERT_FALSE(decoded);
+    EXPECT_EQ(decoded.error().text(), "the text is too large");
 }
 
 TEST(Encoding, TextThatIsNotUtf8FailsNamingItsKey) {

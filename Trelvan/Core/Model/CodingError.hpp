@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Utilities/JsonText.hpp"
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -8,13 +10,6 @@
 #include <variant>
 
 namespace trelvan {
-
-/// A place in a text; both count from 1, columns in bytes.
-struct TextPosition {
-    std::size_t line = 1;
-    std::size_t column = 1;
-    friend bool operator==(const TextPosition&, const TextPosition&) = default;
-};
 
 /// Why a value could not be encoded or decoded.
 struct CodingError {

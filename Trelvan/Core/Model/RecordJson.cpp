@@ -9,18 +9,14 @@ namespace trelvan::json {
 
 namespace {
 
+/// No profiles, backup or line of a script come near it.
+constexpr std::size_t largestText = std::size_t{16} * 1024 * 1024;
+
 /// Texts longer than this are not repeated in an error.
 constexpr std::size_t longestQuoted = 80;
 
 /// Up to here a number with a fraction or an exponent says exactly which whole number it means.
 constexpr double exactLimit = 9007199254740992.0;
-
-TextPosition positionOf(std::string_view bytes, std::size_t offset) {
-    const auto before = bytes.substr(0, offset);
-    const auto lineStart = before.rfind('\n');
-    return {1 + static_cast<std::size_t>(std::ranges::count(before, '\n')),
-            1 + before.size() - (lineStart == std::string_view::npos ? 0 : lineStart + 1)};
-}
 
 bool isUtf8(std::string_view text) {
     auto* at = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
@@ -57,6 +53,9 @@ std::string_view nameOf(const Value& value) {
 }  // namespace
 
 Coded<Value> parse(std::string_view bytes) {
+    if (bytes.size() > largestText) return CodingError{"", "the text is too large"};
+    if (const auto place = tooDeepAt(bytes))
+        return CodingError{"", "lists and objects are nested too deeply", positionOf(bytes, *place)};
     try {
         return Value::parse(bytes);
     } catch (const Value::parse_error& error) {

@@ -1,26 +1,20 @@
 #pragma once
 
+#include "Platform/Shared/AtomicFile.hpp"
+
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace trelvan {
 
-/// Files that survive a crash at any moment. Each function waits for the disk.
+// The program's own files. Each function waits for the disk.
 
-/// The bytes of a file. `missing` tells a file that is not there from one that cannot be read.
-struct FileContent {
-    std::optional<std::string> bytes;
-    bool missing = false;
-    std::string error;
-};
+/// The bytes of a file of a size that this program has to do with.
 [[nodiscard]] FileContent readFile(const std::string& path);
 
-/// Where a path leads through symbolic links, also when nothing is there yet.
-[[nodiscard]] std::string linkTarget(const std::string& path);
-
-/// Replaces the file's content whole or not at all, readable by its owner only; makes the folder where it is
-/// missing. Why it could not, else none.
+/// Replaces the file's content whole or not at all; a new one is readable by its owner only. Makes the folder
+/// where it is missing. Why it could not, else none.
 [[nodiscard]] std::optional<std::string> replaceFile(const std::string& path, std::string_view bytes);
 
 /// Writes a new file under the first free of the names prefix + "1" + suffix, "2" and so on; its path, or

@@ -1,5 +1,7 @@
 #include "Platform/Linux/TerminationSignals.hpp"
 
+#include "Platform/Platform.hpp"
+
 #include <fcntl.h>
 #include <signal.h>
 #include <unistd.h>
@@ -31,6 +33,21 @@ void route(void (*handler)(int)) {
 }
 
 }  // namespace
+
+void prepareProcess() {
+    // A parent that blocks them hands that on, and nobody could end the program any more.
+    sigset_t ending;
+    sigemptyset(&ending);
+    for (const int signal : handled) sigaddset(&ending, signal);
+    sigprocmask(SIG_UNBLOCK, &ending, nullptr);
+    // A file that may not grow any more is a write that fails and no reason to die. By a handler, for
+    // programs started from this one have the signal's ordinary meaning again.
+    struct sigaction carryOn {};
+    carryOn.sa_handler = [](int) {};
+    carryOn.sa_flags = SA_RESTART;
+    sigemptyset(&carryOn.sa_mask);
+    sigaction(SIGXFSZ, &carryOn, nullptr);
+}
 
 TerminationSignals::TerminationSignals(std::function<void()> onSignal) {
     if (pipe2(wakePipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
