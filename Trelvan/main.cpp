@@ -12,6 +12,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -37,6 +38,14 @@ std::unique_ptr<Platform> openPlatform(int& argc, char** argv, const std::string
     return std::get<std::unique_ptr<Platform>>(std::move(made));
 }
 
+/// Says on the terminal what of the settings could not be read; the log says it too, but in the log's
+/// language.
+void complain(const std::optional<SettingsProblem>& problem, AppLanguage language) {
+    if (!problem) return;
+    const auto text = language == AppLanguage::spanish ? problem->spanishText() : problem->englishText();
+    print(stderr, "trelvan: " + text + "\n");
+}
+
 SmartButtonWindows menuWindows(Platform& platform) {
     return SmartButtonWindows({.screens = platform.screens(),
                                .appearance = platform.appearance(),
@@ -49,8 +58,10 @@ SmartButtonWindows menuWindows(Platform& platform) {
 int runApplication(int& argc, char** argv, const command::Run& options, AppLanguage language) {
     const auto platform = openPlatform(argc, argv, options.configDirectory, language);
     if (!platform) return exitStatus::unavailable;
+    complain(platform->userDefaults().problem, language);
     SmartButtonWindows windows = menuWindows(*platform);
     TrelvanApp app(*platform, windows, AppLogger);
+    complain(app.profileManager.problem.get(), language);
     app.appear();
     return platform->run();
 }
@@ -58,6 +69,7 @@ int runApplication(int& argc, char** argv, const command::Run& options, AppLangu
 int recordEvents(int& argc, char** argv, const command::Record& options, AppLanguage language) {
     const auto platform = openPlatform(argc, argv, options.configDirectory, language);
     if (!platform) return exitStatus::unavailable;
+    complain(platform->userDefaults().problem, language);
     auto file = RecordingFile::create(options.script);
     if (!file) {
         const auto reason = localized(language, "cannot make a new file ", "no se puede crear el archivo ");
@@ -83,6 +95,7 @@ int recordEvents(int& argc, char** argv, const command::Record& options, AppLang
         SmartButtonWindows windows = menuWindows(*platform);
         RecordingPanels panels(windows, recorder);
         TrelvanApp app(*platform, panels, AppLogger, &Uuid::random, &recorder);
+        complain(app.profileManager.problem.get(), language);
         app.appear();
         status = platform->run();
     }

@@ -52,6 +52,7 @@ EventMonitor::EventMonitor(const Ports& ports, PermissionsProvider permissions, 
     sessionObserver_ = ports_.session.observe(say);
     if (!ports_.session.isUsable()) say(false);
     loadSpeedSettings();
+    outsideChange_ = ports_.defaults.onOutsideChange([this](const auto& keys) { followOutsideChange(keys); });
 }
 
 EventMonitor::~EventMonitor() {
@@ -313,36 +314,62 @@ void EventMonitor::deliverPublished() {
 
 // Settings
 
-std::optional<double> EventMonitor::storedDouble(std::string_view key) const {
-    return asDouble(ports_.defaults.object(key));
+const std::array<EventMonitor::NumberProperty, 4> EventMonitor::numberProperties{
+    {{"scrollSpeedVertical", setting::scrollSpeedVertical, &EventMonitor::scrollSpeedVertical},
+     {"scrollSpeedHorizontal", setting::scrollSpeedHorizontal, &EventMonitor::scrollSpeedHorizontal},
+     {"mouseSpeed", setting::mouseSpeed, &EventMonitor::mouseSpeed},
+     {"mouseAcceleration", setting::mouseAcceleration, &EventMonitor::mouseAcceleration}}};
+
+const std::array<EventMonitor::SwitchProperty, 3> EventMonitor::switchProperties{
+    {{"horizontalScrollEnabled", setting::horizontalScrollEnabled, &EventMonitor::horizontalScrollEnabled},
+     {"swapScrollDirection", setting::swapScrollDirection, &EventMonitor::swapScrollDirection},
+     {"advancedMouseSpeedEnabled", setting::advancedMouseSpeedEnabled,
+      &EventMonitor::advancedMouseSpeedEnabled}}};
+
+void EventMonitor::setNumber(const NumberProperty& property, double number) {
+    if (const auto accepted = property.row.accepted(number)) this->*property.value = *accepted;
 }
 
 void EventMonitor::loadSpeedSettings() {
-    const auto loadScrollSpeed = [this](std::string_view key, Published<double>& speed) {
-        if (const auto stored = storedDouble(key)) speed = std::clamp(*stored, 0.2, 3.0);
-    };
-    const auto loadBool = [this](std::string_view key, Published<bool>& setting) {
-        if (const auto stored = asBool(ports_.defaults.object(key))) setting = *stored;
-    };
-    const auto resetMouseSpeed = [this] {
-        mouseSpeed = defaultMouseSpeed;
-        ports_.defaults.set(mouseSpeedKey, defaultMouseSpeed);
-    };
-    loadScrollSpeed(scrollSpeedVerticalKey, scrollSpeedVertical);
-    loadBool(horizontalScrollEnabledKey, horizontalScrollEnabled);
-    loadScrollSpeed(scrollSpeedHorizontalKey, scrollSpeedHorizontal);
-    loadBool(swapScrollDirectionKey, swapScrollDirection);
-    if (const auto stored = storedDouble(mouseSpeedKey)) {
-        if (*stored > maxMouseSpeed || *stored < minMouseSpeed) {
-            resetMouseSpeed();
-        } else {
-            mouseSpeed = *stored;
-        }
+    for (const auto& property : numberProperties) loadNumber(property);
+    for (const auto& property : switchProperties) loadSwitch(property);
+}
+
+void EventMonitor::followOutsideChange(const UserDefaults::Keys& keys) {
+    // A setting that was taken out has its default again; one of the wrong kind changes nothing.
+    const auto isGone = [this](const SettingRow& row) { return !ports_.defaults.object(row.key); };
+    for (const auto& property : numberProperties) {
+        if (!contains(keys, property.row.key)) continue;
+        if (isGone(property.row)) this->*property.value = property.row.initial;
+        loadNumber(property);
     }
-    if (mouseSpeed > maxLoadedMouseSpeed) resetMouseSpeed();
-    loadBool(advancedMouseSpeedEnabledKey, advancedMouseSpeedEnabled);
-    if (const auto stored = storedDouble(mouseAccelerationKey))
-        mouseAcceleration = std::clamp(*stored, 0.0, 1.0);
+    for (const auto& property : switchProperties) {
+        if (!contains(keys, property.row.key)) continue;
+        if (isGone(property.row)) this->*property.value = property.row.isOn;
+        loadSwitch(property);
+    }
+}
+
+void EventMonitor::loadSwitch(const SwitchProperty& property) {
+    if (const auto stored = asBool(ports_.defaults.object(property.row.key))) this->*property.value = *stored;
+}
+
+void EventMonitor::loadNumber(const NumberProperty& property) {
+    if (property.row.key == mouseSpeedKey) return loadMouseSpeed();
+    const auto stored = property.row.accepted(asDouble(ports_.defaults.object(property.row.key)));
+    if (stored) this->*property.value = *stored;
+}
+
+void EventMonitor::loadMouseSpeed() {
+    const auto stored = asDouble(ports_.defaults.object(mouseSpeedKey));
+    const auto accepted = setting::mouseSpeed.accepted(stored);
+    if (!accepted) return;
+    if (*accepted == *stored && *stored <= maxLoadedMouseSpeed) {
+        mouseSpeed = *stored;
+        return;
+    }
+    mouseSpeed = defaultMouseSpeed;
+    ports_.defaults.set(mouseSpeedKey, defaultMouseSpeed);
 }
 
 void EventMonitor::persistSpeedSettings() {

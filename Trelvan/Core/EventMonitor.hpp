@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/PermissionsManager.hpp"
+#include "Core/SettingsCatalogue.hpp"
 #include "Core/Shaping.hpp"
 #include "Platform/EventPoster.hpp"
 #include "Platform/EventTap.hpp"
@@ -62,20 +63,20 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     /// The process that shows the system's own menu-bar menus; while it is in front buttons pass.
     static constexpr std::string_view systemMenuOwner = "com.apple.systemuiserver";
 
-    static constexpr std::string_view scrollSpeedVerticalKey = "trackball_scroll_speed_vertical";
-    static constexpr std::string_view horizontalScrollEnabledKey = "trackball_horizontal_scroll_enabled";
-    static constexpr std::string_view scrollSpeedHorizontalKey = "trackball_scroll_speed_horizontal";
-    static constexpr std::string_view swapScrollDirectionKey = "trackball_swap_scroll_direction";
-    static constexpr std::string_view mouseSpeedKey = "trackball_mouse_speed";
-    static constexpr std::string_view advancedMouseSpeedEnabledKey = "trackball_advanced_mouse_speed_enabled";
-    static constexpr std::string_view mouseAccelerationKey = "trackball_mouse_acceleration";
+    static constexpr std::string_view scrollSpeedVerticalKey = setting::scrollSpeedVertical.key;
+    static constexpr std::string_view horizontalScrollEnabledKey = setting::horizontalScrollEnabled.key;
+    static constexpr std::string_view scrollSpeedHorizontalKey = setting::scrollSpeedHorizontal.key;
+    static constexpr std::string_view swapScrollDirectionKey = setting::swapScrollDirection.key;
+    static constexpr std::string_view mouseSpeedKey = setting::mouseSpeed.key;
+    static constexpr std::string_view advancedMouseSpeedEnabledKey = setting::advancedMouseSpeedEnabled.key;
+    static constexpr std::string_view mouseAccelerationKey = setting::mouseAcceleration.key;
 
     /// Written into the user-data field of every pointer event the monitor posts, so that the tap knows them
     /// again: the ASCII bytes T R K M.
     static constexpr std::int64_t scaledMotionMarker = 0x54524B4D;
-    static constexpr double defaultMouseSpeed = 1.0;
-    static constexpr double minMouseSpeed = 0.5;
-    static constexpr double maxMouseSpeed = 2.0;
+    static constexpr double defaultMouseSpeed = setting::mouseSpeed.initial;
+    static constexpr double minMouseSpeed = setting::mouseSpeed.minimum;
+    static constexpr double maxMouseSpeed = setting::mouseSpeed.maximum;
     /// A faster speed lasts until the next launch only, so that nobody is locked in with a wild pointer.
     static constexpr double maxLoadedMouseSpeed = 1.4;
     static constexpr std::size_t debugLogCapacity = 50;
@@ -98,19 +99,37 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     Published<std::vector<MouseEventInfo>> debugLog;
 
     /// Factor on vertical scroll deltas, 0.2 to 3.0 when loaded.
-    Published<double> scrollSpeedVertical{1.0};
+    Published<double> scrollSpeedVertical{setting::scrollSpeedVertical.initial};
     /// Whether horizontal deltas are scaled; they are never blocked.
-    Published<bool> horizontalScrollEnabled{false};
+    Published<bool> horizontalScrollEnabled{setting::horizontalScrollEnabled.isOn};
     /// Factor on horizontal scroll deltas, 0.2 to 3.0 when loaded.
-    Published<double> scrollSpeedHorizontal{1.0};
+    Published<double> scrollSpeedHorizontal{setting::scrollSpeedHorizontal.initial};
     /// Reverses both scroll axes.
-    Published<bool> swapScrollDirection{false};
+    Published<bool> swapScrollDirection{setting::swapScrollDirection.isOn};
     /// Pointer gain; exactly 1.0 leaves the pointer alone.
     Published<double> mouseSpeed{defaultMouseSpeed};
     /// Whether scaled motion is posted as a repositioned copy rather than written into the event.
-    Published<bool> advancedMouseSpeedEnabled{true};
+    Published<bool> advancedMouseSpeedEnabled{setting::advancedMouseSpeedEnabled.isOn};
     /// 0.0 to 1.0; shapes the gain above speed 1.0.
-    Published<double> mouseAcceleration{0.6};
+    Published<double> mouseAcceleration{setting::mouseAcceleration.initial};
+
+    /// The shaping settings by the names of their properties.
+    struct NumberProperty {
+        std::string_view name;
+        const SettingRow& row;
+        Published<double> EventMonitor::*value;
+    };
+    struct SwitchProperty {
+        std::string_view name;
+        const SettingRow& row;
+        Published<bool> EventMonitor::*value;
+    };
+    static const std::array<NumberProperty, 4> numberProperties;
+    static const std::array<SwitchProperty, 3> switchProperties;
+
+    /// Sets the property to a number from outside (a backup, a script), moved into the setting's range; what
+    /// is not a number changes nothing.
+    void setNumber(const NumberProperty& property, double number);
 
     ButtonHandler onButtonEvent;
     bool debugMode = false;
@@ -127,7 +146,10 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     static TapAnswer eventTapCallback(void* userInfo, TapEvent& event);
 
     void loadSpeedSettings();
-    [[nodiscard]] std::optional<double> storedDouble(std::string_view key) const;
+    void loadNumber(const NumberProperty& property);
+    void loadSwitch(const SwitchProperty& property);
+    void followOutsideChange(const UserDefaults::Keys& keys);
+    void loadMouseSpeed();
 
     TapAnswer handle(TapEvent& event);
     TapAnswer handleButton(TapEvent& event);
@@ -162,6 +184,7 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     Ports ports_;
     PermissionsProvider permissions_;
     Logger& logger_;
+    Subscription outsideChange_;
     /// Whether the tap exists; the port holds the tap itself and its place in the main run loop.
     bool eventTap_ = false;
     /// The reference that the tap holds on the monitor.

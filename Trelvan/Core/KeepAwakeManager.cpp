@@ -7,18 +7,17 @@ namespace trelvan {
 
 namespace {
 
-constexpr double defaultIdleThreshold = 3.0;
-constexpr double maxIdleThreshold = 120.0;
-constexpr double defaultMoveEvery = 1.0;
-constexpr double maxMoveEvery = 60.0;
-constexpr double minMinutes = 1.0;
 constexpr double secondsInMinute = 60.0;
 /// How far a nudge keeps from the edges of the screen, in points.
 constexpr double edgeMargin = 2.0;
 
-double storedMinutes(const UserDefaults& defaults, std::string_view key, double fallback, double longest) {
-    const auto stored = onlyNumber(defaults.object(key));
-    return stored && !std::isnan(*stored) ? std::clamp(*stored, minMinutes, longest) : fallback;
+double storedMinutes(const UserDefaults& defaults, const SettingRow& row) {
+    return row.accepted(onlyNumber(defaults.object(row.key))).value_or(row.initial);
+}
+
+AutoStopPreset storedPreset(const UserDefaults& defaults) {
+    const auto stored = asText(defaults.object(setting::autoStopPreset.key));
+    return fromRawValue<AutoStopPreset>(stored.value_or(std::string())).value_or(AutoStopPreset::never);
 }
 
 /// Seconds as a countdown shows them: never below zero, and never beyond what a whole number holds.
@@ -44,16 +43,30 @@ KeepAwakeManager::KeepAwakeManager(const Ports& ports)
     : ports_(ports), alive_(std::make_shared<KeepAwakeManager*>(this)) {
     loadSettings();
     if (isEnabled) startMonitoring();
+    outsideChange_ = ports_.defaults.onOutsideChange([this](const auto& keys) { followOutsideChange(keys); });
 }
 
 void KeepAwakeManager::loadSettings() {
     const auto& defaults = ports_.defaults;
-    isEnabled = onlyBool(defaults.object(enabledKey)).value_or(false);
-    idleThresholdMinutes = storedMinutes(defaults, idleThresholdKey, defaultIdleThreshold, maxIdleThreshold);
-    moveEveryMinutes = storedMinutes(defaults, moveEveryKey, defaultMoveEvery, maxMoveEvery);
-    const auto preset = asText(defaults.object(autoStopPresetKey));
-    autoStopPreset =
-        fromRawValue<AutoStopPreset>(preset.value_or(std::string())).value_or(AutoStopPreset::never);
+    isEnabled = onlyBool(defaults.object(enabledKey)).value_or(setting::keepAwakeEnabled.isOn);
+    idleThresholdMinutes = storedMinutes(defaults, setting::idleThresholdMinutes);
+    moveEveryMinutes = storedMinutes(defaults, setting::moveEveryMinutes);
+    autoStopPreset = storedPreset(defaults);
+}
+
+void KeepAwakeManager::followOutsideChange(const UserDefaults::Keys& keys) {
+    const auto& defaults = ports_.defaults;
+    if (contains(keys, idleThresholdKey))
+        idleThresholdMinutes = storedMinutes(defaults, setting::idleThresholdMinutes);
+    if (contains(keys, moveEveryKey)) moveEveryMinutes = storedMinutes(defaults, setting::moveEveryMinutes);
+    const bool wasEnabled = isEnabled;
+    if (contains(keys, enabledKey))
+        isEnabled = onlyBool(defaults.object(enabledKey)).value_or(setting::keepAwakeEnabled.isOn);
+    const auto preset = storedPreset(defaults);
+    const bool isOtherPreset = contains(keys, autoStopPresetKey) && preset != autoStopPreset.get();
+    if (isOtherPreset) autoStopPreset = preset;
+    if (isEnabled && (!wasEnabled || isOtherPreset)) startMonitoring();
+    if (!isEnabled && wasEnabled) stopMonitoring();
 }
 
 // Settings
@@ -69,11 +82,13 @@ void KeepAwakeManager::setEnabled(bool enabled) {
 }
 
 void KeepAwakeManager::setIdleThresholdMinutes(double minutes) {
+    if (std::isnan(minutes)) return;
     idleThresholdMinutes = minutes;
     ports_.defaults.set(idleThresholdKey, minutes);
 }
 
 void KeepAwakeManager::setMoveEveryMinutes(double minutes) {
+    if (std::isnan(minutes)) return;
     moveEveryMinutes = minutes;
     ports_.defaults.set(moveEveryKey, minutes);
 }

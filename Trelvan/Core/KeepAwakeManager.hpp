@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Model/AutoStopPreset.hpp"
+#include "Core/SettingsCatalogue.hpp"
 #include "Platform/EventPoster.hpp"
 #include "Platform/IdleInhibitor.hpp"
 #include "Platform/InputState.hpp"
@@ -36,10 +37,10 @@ class KeepAwakeManager {
         IdleInhibitor& inhibitor;
     };
 
-    static constexpr std::string_view enabledKey = "keep_awake_enabled";
-    static constexpr std::string_view idleThresholdKey = "keep_awake_idle_threshold_minutes";
-    static constexpr std::string_view moveEveryKey = "keep_awake_move_every_minutes";
-    static constexpr std::string_view autoStopPresetKey = "keep_awake_auto_stop_preset";
+    static constexpr std::string_view enabledKey = setting::keepAwakeEnabled.key;
+    static constexpr std::string_view idleThresholdKey = setting::idleThresholdMinutes.key;
+    static constexpr std::string_view moveEveryKey = setting::moveEveryMinutes.key;
+    static constexpr std::string_view autoStopPresetKey = setting::autoStopPreset.key;
 
     static constexpr Seconds pollInterval{1.0};
     /// How long the pointer stays at the place it was nudged to.
@@ -68,7 +69,8 @@ class KeepAwakeManager {
     /// The last failure; the next start clears it.
     Property<std::optional<std::string>> lastErrorMessage;
 
-    // Each of these stores the value at once, also when it is the same as before.
+    // Each of these stores the value at once, also when it is the same as before. Minutes are not moved into
+    // their range before the next launch; what is not a number changes nothing.
 
     void setEnabled(bool enabled);
     void setIdleThresholdMinutes(double minutes);
@@ -78,6 +80,7 @@ class KeepAwakeManager {
 
   private:
     void loadSettings();
+    void followOutsideChange(const UserDefaults::Keys& keys);
     void startMonitoring();
     void stopMonitoring();
     void scheduleAutoStop();
@@ -98,6 +101,7 @@ class KeepAwakeManager {
     void followTimeOfDay();
 
     Ports ports_;
+    Subscription outsideChange_;
     std::unique_ptr<Timers::Timer> pollTimer_;
     std::unique_ptr<Timers::Timer> autoStopTimer_;
     /// When the countdown started.

@@ -49,6 +49,7 @@ std::string placeOf(const CodingError& error) {
 ProfileManager::ProfileManager(UserDefaults& defaults, Logger& logger, UuidSource newId)
     : defaults_(defaults), logger_(logger), newId_(std::move(newId)) {
     load();
+    outsideChange_ = defaults_.onOutsideChange([this](const auto& keys) { followOutsideChange(keys); });
 }
 
 ProfileManager::~ProfileManager() {
@@ -56,14 +57,28 @@ ProfileManager::~ProfileManager() {
 }
 
 void ProfileManager::load() {
-    auto loaded = storedProfiles();
-    if (loaded && !loaded->empty()) {
-        for (auto& profile : *loaded) profile = normalizeProfile(std::move(profile));
-        putProfiles(std::move(*loaded));
-    } else {
-        putProfiles({defaultProfile()});
-    }
+    takeIn(storedProfiles("Se usa el perfil por defecto").value_or(Profiles()));
+    loadActive();
+}
 
+void ProfileManager::takeIn(Profiles stored) {
+    for (auto& profile : stored) profile = normalizeProfile(std::move(profile));
+    if (stored.empty()) stored.push_back(defaultProfile());
+    putProfiles(std::move(stored));
+}
+
+void ProfileManager::followOutsideChange(const UserDefaults::Keys& keys) {
+    if (contains(keys, storageKey)) {
+        auto stored = storedProfiles("Siguen en uso los anteriores");
+        // What somebody left unreadable does not take the profiles away that are in use.
+        if (!unreadable_) takeIn(std::move(stored).value_or(Profiles()));
+    } else if (!contains(keys, activeKey)) {
+        return;
+    }
+    loadActive();
+}
+
+void ProfileManager::loadActive() {
     std::optional<Uuid> active;
     if (const auto text = asText(defaults_.object(activeKey))) active = Uuid::parse(*text);
     if (!active || !indexOf(*active)) active = profiles->front().id;
@@ -72,28 +87,36 @@ void ProfileManager::load() {
         ShortText("Perfiles cargados: ", profiles->size(), ". Activo: '", activeProfile().name, "'"));
 }
 
-std::optional<ProfileManager::Profiles> ProfileManager::storedProfiles() {
+std::optional<ProfileManager::Profiles> ProfileManager::storedProfiles(std::string_view instead) {
     unreadable_.reset();
+    problem = std::nullopt;
     const auto stored = defaults_.object(storageKey);
     if (!stored) return std::nullopt;
     const auto* data = std::get_if<Data>(&*stored);
     if (data == nullptr) {
-        keepUnreadable(*stored, "el valor no es de tipo datos");
+        keepUnreadable(*stored, {"", "not a list of profiles"}, instead);
         return std::nullopt;
     }
     if (data->bytes.empty()) return std::nullopt;
     auto decoded = decodeProfiles(data->bytes, newId_);
     if (!decoded) {
-        keepUnreadable(*stored, placeOf(decoded.error()));
+        keepUnreadable(*stored, decoded.error(), instead);
         return std::nullopt;
     }
     return std::move(*decoded);
 }
 
-void ProfileManager::keepUnreadable(const DefaultsValue& stored, std::string_view reason) {
+void ProfileManager::keepUnreadable(const DefaultsValue& stored, const CodingError& error,
+                                    std::string_view instead) {
     unreadable_ = bytesOf(stored);
-    logger_.warning(ShortText("No se pudieron leer los perfiles guardados: ", reason,
-                              ". Se usa el perfil por defecto y se conservan los datos"));
+    const std::string reason =
+        std::holds_alternative<Data>(stored) ? placeOf(error) : "el valor no es de tipo datos";
+    logger_.warning(ShortText("No se pudieron leer los perfiles guardados: ", reason, ". ", instead,
+                              " y se conservan los datos"));
+    const auto place = defaults_.locate(storageKey, error.path);
+    problem =
+        SettingsProblem{place.value_or(SettingsPlace{std::string(storageKey), {.line = 0, .column = 0}}),
+                        error.text(), reason};
 }
 
 bool ProfileManager::putUnreadableAside() {
@@ -109,13 +132,15 @@ bool ProfileManager::putUnreadableAside() {
 }
 
 void ProfileManager::save() {
-    if (unreadable_ && (!encoded() || !putUnreadableAside())) return;
+    if (unreadable_ && !encoded()) return;
+    if (!putUnreadableAside()) return;
     storedLazily_ = true;
     // Every change of the profiles comes here, so what is encoded later is what was last stored.
     defaults_.setLazily(storageKey, [this]() -> std::optional<DefaultsValue> {
         if (auto bytes = encoded()) return Data{std::move(*bytes)};
         return std::nullopt;
     });
+    if (problem.get()) problem = std::nullopt;
 }
 
 std::optional<std::string> ProfileManager::encoded() const {

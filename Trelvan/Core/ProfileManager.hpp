@@ -5,6 +5,7 @@
 #include "Core/Model/CodingError.hpp"
 #include "Core/Model/ProfileSnapshot.hpp"
 #include "Core/Model/TrackballProfile.hpp"
+#include "Core/SettingsCatalogue.hpp"
 #include "Platform/Files.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Utilities/Logger.hpp"
@@ -45,9 +46,9 @@ class ProfileManager {
     using Profiles = std::vector<TrackballProfile>;
 
     /// The settings key of the profile list.
-    static constexpr std::string_view storageKey = "trackball_profiles";
+    static constexpr std::string_view storageKey = setting::profiles.key;
     /// The settings key of the active profile's identifier.
-    static constexpr std::string_view activeKey = "trackball_active_profile";
+    static constexpr std::string_view activeKey = setting::activeProfile.key;
 
     /// Loads what is stored. The defaults and the logger must outlive the manager.
     ProfileManager(UserDefaults& defaults, Logger& logger, UuidSource newId = Uuid::random);
@@ -58,6 +59,9 @@ class ProfileManager {
     /// In order of creation; never empty.
     PublishedBy<Profiles, ProfileManager> profiles;
     PublishedBy<std::optional<Uuid>, ProfileManager> activeProfileID;
+    /// Why the stored profiles could not be read, and where where that is known; the default profile or,
+    /// while the program runs, those that were in force are used instead. None when they could.
+    PublishedBy<std::optional<SettingsProblem>, ProfileManager> problem;
 
     /// Reads the stored profiles and the stored choice again, in place of those in memory.
     void load();
@@ -108,8 +112,12 @@ class ProfileManager {
 
   private:
     [[nodiscard]] std::variant<std::int64_t, TransferError> addProfiles(std::string_view bytes);
-    [[nodiscard]] std::optional<Profiles> storedProfiles();
-    void keepUnreadable(const DefaultsValue& stored, std::string_view reason);
+    /// `instead` says what is used in place of unreadable ones, in the words of the log.
+    [[nodiscard]] std::optional<Profiles> storedProfiles(std::string_view instead);
+    void takeIn(Profiles stored);
+    void loadActive();
+    void followOutsideChange(const UserDefaults::Keys& keys);
+    void keepUnreadable(const DefaultsValue& stored, const CodingError& error, std::string_view instead);
     [[nodiscard]] bool putUnreadableAside();
     [[nodiscard]] std::optional<std::size_t> indexOf(const Uuid& profileID) const;
     [[nodiscard]] std::optional<std::size_t> mappingIndex(std::size_t profile, const Uuid& mappingID) const;
@@ -130,6 +138,7 @@ class ProfileManager {
     UserDefaults& defaults_;
     Logger& logger_;
     UuidSource newId_;
+    Subscription outsideChange_;
     /// Stored bytes that the next save would lose.
     std::optional<Data> unreadable_;
     /// The templates, made when first needed and then kept: profiles made from one share its mapping

@@ -1,6 +1,6 @@
 #include "Core/SettingsTransfer.hpp"
 
-#include "Core/Model/AppLanguage.hpp"
+#include "Core/SettingsCatalogue.hpp"
 
 #include <array>
 #include <string>
@@ -15,24 +15,22 @@ using Settings = AppSettingsSnapshot;
 
 /// Settings that live in the defaults alone. What is missing or damaged there has the snapshot's own default.
 constexpr std::array<std::pair<std::string_view, bool Settings::*>, 6> storedSwitches{
-    {{"notify_low_battery", &Settings::notifyLowBattery},
-     {"notify_caps_lock", &Settings::notifyCapsLock},
-     {"notify_fc_lock", &Settings::notifyFCLock},
-     {"notify_mic_mute_unmute", &Settings::notifyMicMuteUnmute},
-     {"privacy_store_local_only", &Settings::privacyStoreLocalOnly},
-     {"privacy_share_usage_data", &Settings::privacyShareUsageData}}};
+    {{setting::notifyLowBattery.key, &Settings::notifyLowBattery},
+     {setting::notifyCapsLock.key, &Settings::notifyCapsLock},
+     {setting::notifyFCLock.key, &Settings::notifyFCLock},
+     {setting::notifyMicMuteUnmute.key, &Settings::notifyMicMuteUnmute},
+     {setting::privacyStoreLocalOnly.key, &Settings::privacyStoreLocalOnly},
+     {setting::privacyShareUsageData.key, &Settings::privacyShareUsageData}}};
 constexpr std::array<std::pair<std::string_view, std::string Settings::*>, 2> storedTexts{
-    {{"general_theme", &Settings::generalThemeRawValue}, {languageKey, &Settings::generalLanguageRawValue}}};
+    {{setting::theme.key, &Settings::generalThemeRawValue},
+     {setting::language.key, &Settings::generalLanguageRawValue}}};
 
-constexpr std::array<std::pair<Published<double> EventMonitor::*, double Settings::*>, 4> shapingNumbers{
-    {{&EventMonitor::scrollSpeedVertical, &Settings::scrollSpeedVertical},
-     {&EventMonitor::scrollSpeedHorizontal, &Settings::scrollSpeedHorizontal},
-     {&EventMonitor::mouseSpeed, &Settings::mouseSpeed},
-     {&EventMonitor::mouseAcceleration, &Settings::mouseAcceleration}}};
-constexpr std::array<std::pair<Published<bool> EventMonitor::*, bool Settings::*>, 3> shapingSwitches{
-    {{&EventMonitor::horizontalScrollEnabled, &Settings::horizontalScrollEnabled},
-     {&EventMonitor::swapScrollDirection, &Settings::swapScrollDirection},
-     {&EventMonitor::advancedMouseSpeedEnabled, &Settings::advancedMouseSpeedEnabled}}};
+/// The members of the monitor's properties, in the order of its tables.
+constexpr std::array<double Settings::*, 4> shapingNumbers{
+    &Settings::scrollSpeedVertical, &Settings::scrollSpeedHorizontal, &Settings::mouseSpeed,
+    &Settings::mouseAcceleration};
+constexpr std::array<bool Settings::*, 3> shapingSwitches{
+    &Settings::horizontalScrollEnabled, &Settings::swapScrollDirection, &Settings::advancedMouseSpeedEnabled};
 
 }  // namespace
 
@@ -42,8 +40,10 @@ AppSettingsSnapshot SettingsTransfer::current() const {
         settings.*member = onlyBool(defaults_.object(key)).value_or(settings.*member);
     for (const auto& [key, member] : storedTexts)
         settings.*member = asText(defaults_.object(key)).value_or(settings.*member);
-    for (const auto& [live, member] : shapingNumbers) settings.*member = (monitor_.*live).get();
-    for (const auto& [live, member] : shapingSwitches) settings.*member = (monitor_.*live).get();
+    for (std::size_t index = 0; index < shapingNumbers.size(); ++index)
+        settings.*shapingNumbers[index] = (monitor_.*EventMonitor::numberProperties[index].value).get();
+    for (std::size_t index = 0; index < shapingSwitches.size(); ++index)
+        settings.*shapingSwitches[index] = (monitor_.*EventMonitor::switchProperties[index].value).get();
     settings.debugMode = monitor_.debugMode;
     settings.launchAtLoginEnabled = loginManager_.isEnabled;
     return settings;
@@ -52,8 +52,10 @@ AppSettingsSnapshot SettingsTransfer::current() const {
 void SettingsTransfer::apply(const AppSettingsSnapshot& settings) {
     for (const auto& [key, member] : storedSwitches) defaults_.set(key, settings.*member);
     for (const auto& [key, member] : storedTexts) defaults_.set(key, settings.*member);
-    for (const auto& [live, member] : shapingNumbers) monitor_.*live = settings.*member;
-    for (const auto& [live, member] : shapingSwitches) monitor_.*live = settings.*member;
+    for (std::size_t index = 0; index < shapingNumbers.size(); ++index)
+        monitor_.setNumber(EventMonitor::numberProperties[index], settings.*shapingNumbers[index]);
+    for (std::size_t index = 0; index < shapingSwitches.size(); ++index)
+        monitor_.*EventMonitor::switchProperties[index].value = settings.*shapingSwitches[index];
     monitor_.persistSpeedSettings();
     monitor_.debugMode = settings.debugMode;
     if (loginManager_.isEnabled != settings.launchAtLoginEnabled) loginManager_.toggle();

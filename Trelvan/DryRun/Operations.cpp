@@ -5,7 +5,6 @@
 #include "Platform/Files.hpp"
 
 #include <array>
-#include <concepts>
 #include <utility>
 
 namespace trelvan {
@@ -114,10 +113,6 @@ template <typename Setting, typename Set>
 Problem setTo(const Call& call, const Value& value, Set&& set) {
     Setting setting{};
     if (auto problem = json::read(value, setting, nullptr)) return std::move(*problem).inside("value");
-    if constexpr (std::same_as<Setting, double>) {
-        // Far outside what the interface offers, and still far from where arithmetic ends.
-        if (setting < -1000 || setting > 1000) return wrong("value", "is out of range -1000..1000");
-    }
     std::forward<Set>(set)(setting);
     return call.done();
 }
@@ -138,24 +133,17 @@ Problem setKeepAwake(const Call& call, const std::string& name, const Value& val
 
 Problem setSetting(const Call& call) {
     EventMonitor& monitor = *call.app.eventMonitor;
-    const std::array<std::pair<std::string_view, Published<double>*>, 4> numbers{
-        {{"scrollSpeedVertical", &monitor.scrollSpeedVertical},
-         {"scrollSpeedHorizontal", &monitor.scrollSpeedHorizontal},
-         {"mouseSpeed", &monitor.mouseSpeed},
-         {"mouseAcceleration", &monitor.mouseAcceleration}}};
-    const std::array<std::pair<std::string_view, Published<bool>*>, 3> switches{
-        {{"horizontalScrollEnabled", &monitor.horizontalScrollEnabled},
-         {"swapScrollDirection", &monitor.swapScrollDirection},
-         {"advancedMouseSpeedEnabled", &monitor.advancedMouseSpeedEnabled}}};
     return with<script::Name>(call, [&](const auto& record) -> Problem {
         const Value* value = json::member(call.line, "value");
         if (value == nullptr) return wrong("value", "required key is missing");
-        for (const auto& [name, setting] : numbers) {
-            if (name == record.name)
-                return setTo<double>(call, *value, [to = setting](double number) { *to = number; });
+        for (const auto& property : EventMonitor::numberProperties) {
+            if (property.name == record.name)
+                return setTo<double>(call, *value,
+                                     [&](double number) { monitor.setNumber(property, number); });
         }
-        for (const auto& [name, setting] : switches) {
-            if (name == record.name) return setTo<bool>(call, *value, [to = setting](bool on) { *to = on; });
+        for (const auto& property : EventMonitor::switchProperties) {
+            if (property.name == record.name)
+                return setTo<bool>(call, *value, [&](bool on) { monitor.*property.value = on; });
         }
         return setKeepAwake(call, record.name, *value);
     });

@@ -1,6 +1,6 @@
 #include "DryRun/ServiceLines.hpp"
 
-#include "DryRun/ScriptLines.hpp"
+#include "DryRun/ScriptLimits.hpp"
 
 #include <array>
 #include <utility>
@@ -97,6 +97,10 @@ Problem setBattery(SimulatedDesktop& desktop, const Value& line) {
     }
     std::vector<script::PowerSource> read;
     if (auto problem = json::read(*sources, read, nullptr)) return std::move(*problem).inside("sources");
+    for (std::size_t index = 0; index < read.size(); ++index) {
+        if (auto problem = script::outOfReach(read[index]))
+            return std::move(*problem).inside(index).inside("sources");
+    }
     desktop.powerSources.emplace();
     for (auto& source : read)
         desktop.powerSources->push_back({source.current, source.max, std::move(source.state)});

@@ -4,7 +4,7 @@
 #include "Core/Model/RecordJson.hpp"
 #include "DryRun/DesktopRules.hpp"
 #include "DryRun/Operations.hpp"
-#include "DryRun/ScriptLines.hpp"
+#include "DryRun/ScriptLimits.hpp"
 #include "DryRun/ServiceLines.hpp"
 #include "DryRun/StatePrinter.hpp"
 #include "Platform/Simulated/SimulatedDesktop.hpp"
@@ -45,26 +45,9 @@ CodingError wrong(std::string_view key, std::string problem) {
     return {std::string(key), std::move(problem)};
 }
 
-template <typename Rectangle>
-std::optional<Rectangle> rectOf(const std::vector<double>& numbers) {
-    if (numbers.size() != 4) return std::nullopt;
-    return Rectangle{numbers[0], numbers[1], numbers[2], numbers[3]};
-}
-
-const CodingError notARectangle{"", "must be four numbers: x, y, width, height"};
-
 std::optional<EventType> eventType(std::int64_t number) {
     if (number < 0 || number >= 64) return std::nullopt;
     return static_cast<EventType>(number);
-}
-
-/// A stored value as a script writes it. Bytes have no form of their own there.
-std::optional<DefaultsValue> defaultsValue(const Value& value) {
-    if (value.is_boolean()) return value.get<bool>();
-    if (value.is_number_unsigned() || value.is_number_integer()) return value.get<std::int64_t>();
-    if (value.is_number()) return value.get<double>();
-    if (value.is_string()) return value.get<std::string>();
-    return std::nullopt;
 }
 
 HotKeyEntry hotKeyEntry(const Value& entry) {
@@ -145,15 +128,19 @@ class Simulation::World {
         const Value* set = json::member(line, "set");
         if (set == nullptr || !set->is_object()) return wrong("set", "must be an object");
         desktop_.settleDefaults();
+        UserDefaults::Keys keys;
         for (const auto& [key, value] : set->items()) {
             if (key == ProfileManager::storageKey && !value.is_string()) {
                 desktop_.defaults[key] = Data{json::serialize(value)};
-            } else if (const auto stored = defaultsValue(value)) {
+            } else if (const auto stored = script::storedValue(value)) {
                 desktop_.defaults[key] = *stored;
             } else {
                 return wrong("set." + key, "must be a truth value, a number or a text");
             }
+            keys.push_back(key);
         }
+        // To a running program it is another program that stores them.
+        desktop_.userDefaults().tellOutsideChange(std::move(keys));
         return std::nullopt;
     }
 
@@ -182,9 +169,10 @@ class Simulation::World {
         return with<script::Screens>(line, [this](const auto& record) -> Problem {
             std::vector<BottomLeftRect> frames;
             for (const auto& numbers : record.frames) {
-                const auto frame = rectOf<BottomLeftRect>(numbers);
-                if (!frame) return CodingError(notARectangle).inside(frames.size()).inside("frames");
-                frames.push_back(*frame);
+                BottomLeftRect frame;
+                if (auto problem = script::readRect(numbers, frame))
+                    return std::move(*problem).inside(frames.size()).inside("frames");
+                frames.push_back(frame);
             }
             desktop_.screenFrames = std::move(frames);
             return std::nullopt;
@@ -193,6 +181,7 @@ class Simulation::World {
 
     Problem doPointer(const Value& line) {
         return with<script::Pointer>(line, [this](const auto& record) -> Problem {
+            if (auto problem = script::outOfReach(record)) return problem;
             desktop_.pointer = {record.x, record.y};
             return std::nullopt;
         });
@@ -201,14 +190,11 @@ class Simulation::World {
     Problem doOwnWindows(const Value& line) {
         return with<script::OwnWindows>(line, [this](const auto& record) -> Problem {
             std::vector<OwnWindow> windows;
-            for (const auto& window : record.windows) {
-                const auto frame = rectOf<TopLeftRect>(window.frame);
-                if (!frame)
-                    return CodingError(notARectangle)
-                        .inside("frame")
-                        .inside(windows.size())
-                        .inside("windows");
-                windows.push_back({*frame, window.visible, window.alpha});
+            for (const auto& asked : record.windows) {
+                OwnWindow window;
+                if (auto problem = script::readWindow(asked, window))
+                    return std::move(*problem).inside(windows.size()).inside("windows");
+                windows.push_back(window);
             }
             desktop_.windows = std::move(windows);
             return std::nullopt;
@@ -293,6 +279,7 @@ class Simulation::World {
         return with<script::Event>(line, [this](const script::Event& record) -> Problem {
             const auto type = eventType(record.type);
             if (!type) return wrong("type", "is not an event number");
+            if (auto problem = script::outOfReach(record)) return problem;
             desktop_.send(
                 {.type = *type,
                  .flags = record.flags,
@@ -444,6 +431,28 @@ void Simulation::finish() {
     world_->finish();
 }
 
+namespace {
+
+/// Reads one line without its end; `isWhole` is false for one that is longer than any script's, which is not
+/// read to its end. False at the end of the input.
+bool readLine(std::istream& input, std::string& line, bool& isWhole) {
+    using Traits = std::istream::traits_type;
+    line.clear();
+    isWhole = true;
+    auto& buffer = *input.rdbuf();
+    for (auto next = buffer.sbumpc(); !Traits::eq_int_type(next, Traits::eof()); next = buffer.sbumpc()) {
+        if (next == '\n') return true;
+        if (line.size() == Files::largest) {
+            isWhole = false;
+            return true;
+        }
+        line += Traits::to_char_type(next);
+    }
+    return !line.empty();
+}
+
+}  // namespace
+
 int simulate(const std::string& script, const ActionShortcuts* shortcuts, AppLanguage language) {
     std::ifstream file;
     const bool fromFile = script != "-";
@@ -463,8 +472,10 @@ int simulate(const std::string& script, const ActionShortcuts* shortcuts, AppLan
     Simulation simulation =
         shortcuts != nullptr ? Simulation(*shortcuts, files, print) : Simulation(files, print);
     std::string line;
-    for (std::size_t number = 1; std::getline(input, line); ++number) {
-        if (const auto reason = simulation.runLine(line)) {
+    bool isWhole = true;
+    for (std::size_t number = 1; readLine(input, line, isWhole); ++number) {
+        const auto reason = isWhole ? simulation.runLine(line) : std::optional<std::string>("is too long");
+        if (reason) {
             std::fflush(stdout);
             std::fprintf(stderr, "line %zu: %s\n", number, visible(*reason).c_str());
             return exitStatus::badUsage;
@@ -472,7 +483,9 @@ int simulate(const std::string& script, const ActionShortcuts* shortcuts, AppLan
         if (live && input.rdbuf()->in_avail() <= 0) std::fflush(stdout);
     }
     simulation.finish();
-    return std::fflush(stdout) == 0 ? exitStatus::ok : exitStatus::unavailable;
+    // A line that could not be written was lost, even where the last one could.
+    const bool isWritten = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    return isWritten ? exitStatus::ok : exitStatus::unavailable;
 }
 
 }  // namespace trelvan

@@ -12,6 +12,10 @@ namespace trelvan {
 /// The platform fills what the type carries (the rest stays 0), calls back, and carries the changed members
 /// over to its own event before it delivers it.
 struct TapEvent {
+    /// No delta is larger, in either direction: nothing that is computed from deltas and settings leaves 64
+    /// bits.
+    static constexpr std::int64_t largestDelta = 2'147'483'647;
+
     EventType type = EventType::mouseMoved;
     /// Modifier flags that the event itself carries.
     EventFlags flags = 0;

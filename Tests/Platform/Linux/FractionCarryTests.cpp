@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <random>
 
 namespace trelvan {
@@ -41,6 +42,15 @@ TEST(FractionCarry, ThereAndBack_EndsWhereItBegan) {
     for (int event = 0; event < 300; ++event) position += carry.take(0.37);
     for (int event = 0; event < 300; ++event) position += carry.take(-0.37);
     EXPECT_EQ(position, 0);
+}
+
+TEST(FractionCarry, AmountsBeyondEveryDevice_AreCutAndLeaveNothingBehind) {
+    FractionCarry carry;
+    EXPECT_EQ(carry.take(1e300), 2'147'483'647);
+    EXPECT_EQ(carry.take(-std::numeric_limits<double>::infinity()), -2'147'483'647);
+    EXPECT_EQ(carry.take(std::numeric_limits<double>::quiet_NaN()), 0);
+    EXPECT_EQ(carry.take(1.5), 1);
+    EXPECT_EQ(carry.take(0.5), 1);
 }
 
 }  // namespace

@@ -17,7 +17,9 @@ DefaultsValue roundTrip(const DefaultsValue& value) {
 std::string placeOfDamage(std::string_view text) {
     const auto parsed = parseSettings(text);
     const auto* damage = std::get_if<SettingsDamage>(&parsed);
-    return damage != nullptr ? damage->place : "(none)";
+    if (damage == nullptr) return "(none)";
+    return std::to_string(damage->position.line) + ":" + std::to_string(damage->position.column) + " " +
+           damage->english + " | " + damage->spanish;
 }
 
 TEST(SettingsJson, EveryKindAndItsExtremes_RoundTripWithTheirKind) {
@@ -56,22 +58,70 @@ TEST(SettingsJson, NotANumberAndNegativeZero_RoundTrip) {
 
 TEST(SettingsJson, Text_HasSortedKeysAndNaturalForms) {
     EXPECT_EQ(settingsText({{"b", 1.0}, {"a", std::int64_t{1}}, {"c", Data{"[]"}}, {"d", Data{"\xff"}}}),
-              "{\n  \"a\": 1,\n  \"b\": 1.0,\n  \"c\": {\n    \"utf8\": \"[]\"\n  },\n"
+              "{\n  \"a\": 1,\n  \"b\": 1.0,\n  \"c\": [],\n"
               "  \"d\": {\n    \"base64\": \"/w==\"\n  }\n}\n");
 }
 
-TEST(SettingsJson, BrokenText_NamesItsLine) {
-    EXPECT_EQ(placeOfDamage("{\n  \"a\": 1,\n  \"b\": oops\n}"), "línea 3");
-    EXPECT_EQ(placeOfDamage(""), "línea 1");
-    EXPECT_EQ(placeOfDamage("{\"a\": 1"), "línea 1");
+TEST(SettingsJson, BrokenText_NamesItsLineAndColumnInBothLanguages) {
+    EXPECT_EQ(placeOfDamage("{\n  \"a\": 1,\n  \"b\": oops\n}"), "3:8 not valid JSON | no es JSON válido");
+    EXPECT_EQ(placeOfDamage(""), "1:1 not valid JSON | no es JSON válido");
+    EXPECT_EQ(placeOfDamage("{\"a\": 1"), "1:8 not valid JSON | no es JSON válido");
+    EXPECT_EQ(placeOfDamage("{\n \"a\": \"e9\\\"9\", \"b\": [1, -1e999]}"),
+              "2:25 the number is too large | el número es demasiado grande");
 }
 
-TEST(SettingsJson, WrongShape_NamesItsKey) {
-    EXPECT_EQ(placeOfDamage(R"({"a": 1, "list": []})"), "clave \"list\"");
-    EXPECT_EQ(placeOfDamage(R"({"none": null})"), "clave \"none\"");
-    EXPECT_EQ(placeOfDamage(R"({"data": {"base64": "%"}})"), "clave \"data\"");
-    EXPECT_EQ(placeOfDamage(R"({"data": {"utf8": "a", "more": "b"}})"), "clave \"data\"");
-    EXPECT_EQ(placeOfDamage("[1]"), "línea 1: no es un objeto");
+TEST(SettingsJson, WrongShape_NamesItsKeyAndPlace) {
+    const auto shape = [](const std::string& place, const std::string& key) {
+        return place + " \"" + key + "\" is neither a boolean, a number, a string nor a list | \"" + key +
+               "\" no es un booleano, un número, un texto ni una lista";
+    };
+    EXPECT_EQ(placeOfDamage(R"({"a": 1, "object": {"b": 1}})"), shape("1:20", "object"));
+    EXPECT_EQ(placeOfDamage("{\n\"none\": null}"), shape("2:9", "none"));
+    EXPECT_EQ(placeOfDamage(R"({"data": {"base64": "%"}})"), shape("1:10", "data"));
+    EXPECT_EQ(placeOfDamage(R"({"data": {"utf8": "a", "more": "b"}})"), shape("1:10", "data"));
+    EXPECT_EQ(placeOfDamage("[1]"), "1:1 not a JSON object | no es un objeto JSON");
+}
+
+TEST(SettingsJson, EndlessNesting_IsRefusedBeforeItIsRead) {
+    EXPECT_EQ(placeOfDamage("{\"a\":" + std::string(15'000'000, '[')),
+              "1:69 lists and objects are nested too deeply | "
+              "listas y objetos anidados con demasiada profundidad");
+}
+
+TEST(SettingsJson, ListOfData_IsReadableInTheFileAndTheSameBytesAgain) {
+    const std::string profiles =
+        R"([{"name":"ñ \u00f1","z":1.50,"a":1e5,"unknown":{"x":[]},"big":123456789012345678901234567890}])";
+    const auto text = settingsText({{"trackball_profiles", Data{profiles}}});
+    EXPECT_NE(text.find("\"trackball_profiles\": [\n    {\n      \"name\": \"ñ \\u00f1\",\n"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("\"z\": 1.50,\n      \"a\": 1e5"), std::string::npos) << text;
+    EXPECT_EQ(std::get<SettingsValues>(parseSettings(text)).at("trackball_profiles"),
+              DefaultsValue{Data{profiles}});
+}
+
+TEST(SettingsJson, AllThreeFormsOfData_AreRead) {
+    const auto bytes = [](const std::string& form) {
+        const auto parsed = parseSettings("{\"data\": " + form + "}");
+        const auto* values = std::get_if<SettingsValues>(&parsed);
+        return values != nullptr ? std::get<Data>(values->at("data")).bytes : "(damaged)";
+    };
+    EXPECT_EQ(bytes("[ {\"a\" : 1} ]"), "[{\"a\":1}]");
+    EXPECT_EQ(bytes(R"({"utf8": "[ {\"a\" : 1} ]"})"), "[ {\"a\" : 1} ]");
+    EXPECT_EQ(bytes(R"({"base64": "W10="})"), "[]");
+}
+
+TEST(SettingsJson, DataThatIsNoList_KeepsItsForm) {
+    for (const std::string& bytes :
+         {std::string("[{"), std::string("{\"a\":[]}"), std::string("[1] x"), std::string("[1e999]"),
+          std::string(), std::string("[NaN]"), std::string(100, '[') + std::string(100, ']'),
+          std::string("[\"\xff\"]")}) {
+        const auto text = settingsText({{"data", Data{bytes}}});
+        EXPECT_TRUE(text.find("\"utf8\"") != std::string::npos ||
+                    text.find("\"base64\"") != std::string::npos)
+            << text;
+        EXPECT_EQ(std::get<SettingsValues>(parseSettings(text)).at("data"), DefaultsValue{Data{bytes}});
+    }
 }
 
 TEST(SettingsJson, WholeNumberBeyondSixtyFourBits_ReadsAsADouble) {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Platform/TapEvent.hpp"
+
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 
@@ -9,11 +12,14 @@ namespace trelvan {
 /// next.
 class FractionCarry {
   public:
-    /// The whole part of the amount and what was left before; truncated toward zero.
+    /// The whole part of the amount and what was left before; truncated toward zero. A device that reports
+    /// more than a tap event may carry is cut to that, and what is not a number is nothing.
     std::int64_t take(double amount) {
         // The server counts in 1/2^32; a sum that is whole but for rounding must come out whole.
         constexpr double rounding = 1e-6;
-        const double sum = rest_ + amount;
+        constexpr auto largest = static_cast<double>(TapEvent::largestDelta);
+        if (std::isnan(amount)) return 0;
+        const double sum = std::clamp(rest_ + amount, -largest, largest);
         const double nearest = std::round(sum);
         const double whole = std::abs(sum - nearest) < rounding ? nearest : std::trunc(sum);
         rest_ = sum - whole;

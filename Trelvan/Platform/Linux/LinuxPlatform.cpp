@@ -28,6 +28,7 @@
 #include "Platform/Linux/PulseAudioInput.hpp"
 #include "Platform/Linux/QtRunLoop.hpp"
 #include "Platform/Linux/SettingsFile.hpp"
+#include "Platform/Linux/SettingsWatch.hpp"
 #include "Platform/Linux/SteadyClock.hpp"
 #include "Platform/Linux/TerminationSignals.hpp"
 #include "Platform/Linux/WorkerQueue.hpp"
@@ -121,6 +122,7 @@ struct LinuxPlatform::Parts {
     QtTimers timers;
     XEventPump pump{*connection};
     SettingsFile defaults;
+    SettingsWatch settingsWatch{defaults};
     ActivityLog activity;
     ModifierState modifiers{pump};
     EventOrigin origin;

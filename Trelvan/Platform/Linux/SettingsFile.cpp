@@ -1,12 +1,16 @@
 #include "Platform/Linux/SettingsFile.hpp"
 
 #include "Platform/Linux/DurableFile.hpp"
+#include "Platform/Linux/FolderLock.hpp"
 #include "Platform/Linux/HomeFolder.hpp"
 #include "Platform/SettingsSnapshot.hpp"
 #include "Utilities/Logger.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <filesystem>
+#include <set>
 #include <utility>
 
 namespace trelvan {
@@ -23,11 +27,30 @@ std::string asFileName(std::string_view key) {
     return name;
 }
 
+/// Like the operator, but not a number is the same as itself: a value that stayed is no change.
+bool isSame(const DefaultsValue* left, const DefaultsValue* right) {
+    if (left == nullptr || right == nullptr) return left == right;
+    const auto* one = std::get_if<double>(left);
+    const auto* other = std::get_if<double>(right);
+    if (one != nullptr && other != nullptr && std::isnan(*one) && std::isnan(*other)) return true;
+    return *left == *right;
+}
+
+const DefaultsValue* find(const SettingsValues& values, std::string_view key) {
+    const auto found = values.find(key);
+    return found != values.end() ? &found->second : nullptr;
+}
+
+SettingsProblem problemAt(const std::string& path, const SettingsDamage& damage) {
+    return {{path, damage.position}, damage.english, damage.spanish};
+}
+
 }  // namespace
 
 SettingsFile::SettingsFile(std::string folder, Later later)
     : folder_(std::move(folder)), path_(folder_ + fileName), later_(std::move(later)) {
-    load();
+    removeStaleTemporaries(path_);
+    reload();
 }
 
 SettingsFile::~SettingsFile() {
@@ -40,32 +63,82 @@ std::string SettingsFile::defaultFolder() {
     return homeFolder() + "/.config/trelvan";
 }
 
-void SettingsFile::load() {
+// Reading
+
+void SettingsFile::reload() {
     const auto content = readFile(path_);
-    if (content.missing) return;
-    if (!content.bytes) {
-        irreplaceable_ = true;
-        AppLogger.error(ShortText("No se pueden leer los ajustes ", path_, ": ", content.error));
-        return;
+    // A file that was deleted is no new decision: what was set stays in force, and is written again.
+    if (content.bytes) {
+        if (*content.bytes != text_ || !damaged_.empty()) takeIn(*content.bytes);
+    } else if (!content.missing) {
+        const SettingsDamage damage{{.line = 0, .column = 0},
+                                    "cannot be read: " + content.error,
+                                    "no se puede leer: " + content.error};
+        const bool isNew = !problem.get() || problem.get()->english != damage.english;
+        if (isNew) {
+            problem = problemAt(path_, damage);
+            AppLogger.error(ShortText("No se pueden leer los ajustes ", path_, ": ", content.error));
+        }
     }
-    auto parsed = parseSettings(*content.bytes);
-    if (const auto* damage = std::get_if<SettingsDamage>(&parsed)) {
-        keepDamaged(*content.bytes, damage->place);
-        return;
-    }
-    values_ = std::move(std::get<SettingsValues>(parsed));
+    tell();
 }
 
-void SettingsFile::keepDamaged(const std::string& bytes, const std::string& place) {
-    const auto copy = writeNumbered(path_ + ".damaged-", "", bytes);
-    irreplaceable_ = !copy.has_value();
-    if (copy) {
-        AppLogger.warning(ShortText("Ajustes dañados en ", path_, " (", place, "): copia en ", *copy,
-                                    "; se empieza con ajustes vacíos"));
-    } else {
-        AppLogger.error(ShortText("Ajustes dañados en ", path_, " (", place,
-                                  ") y no se pudo guardar una copia: no se escribirá encima"));
+/// Takes in a text that another hand wrote; false when it cannot be understood.
+bool SettingsFile::takeIn(const std::string& text) {
+    const auto parsed = parseSettings(text);
+    if (const auto* damage = std::get_if<SettingsDamage>(&parsed)) {
+        report(text, *damage);
+        return false;
     }
+    damaged_.clear();
+    if (problem.get()) problem = std::nullopt;
+    merge(std::get<SettingsValues>(parsed), text);
+    text_ = text;
+    return true;
+}
+
+void SettingsFile::merge(const SettingsValues& theirs, const std::string& text) {
+    std::set<std::string_view> keys;
+    for (const auto& [key, value] : base_) keys.insert(key);
+    for (const auto& [key, value] : theirs) keys.insert(key);
+    bool isContested = false;
+    for (const auto key : keys) {
+        const auto* was = find(base_, key);
+        const auto* now = find(theirs, key);
+        const auto* ours = find(values_, key);
+        if (isSame(was, now) || isSame(ours, now)) continue;
+        if (!isSame(ours, was)) {
+            isContested = true;
+            continue;
+        }
+        untold_.emplace_back(key);
+        if (now != nullptr) {
+            values_.insert_or_assign(std::string(key), *now);
+        } else {
+            values_.erase(values_.find(key));
+        }
+    }
+    base_ = theirs;
+    if (!isContested) return;
+    const auto copy = writeNumbered(path_ + ".replaced-", "", text);
+    AppLogger.warning(ShortText("Otro programa cambió los mismos ajustes en ", path_,
+                                ": se conservan los de Trelvan; copia de los otros en ",
+                                copy.value_or("(no se pudo guardar)")));
+}
+
+void SettingsFile::report(const std::string& text, const SettingsDamage& damage) {
+    const bool isNew = damaged_ != text || !problem.get();
+    if (damaged_ != text) damageIsKept_ = false;
+    damaged_ = text;
+    if (!isNew) return;
+    problem = problemAt(path_, damage);
+    AppLogger.warning(ShortText("Ajustes dañados: ", problem.get()->spanishText(),
+                                ". Siguen en vigor los anteriores; el archivo se copia antes de escribir"));
+}
+
+void SettingsFile::tell() {
+    if (untold_.empty()) return;
+    tellOutsideChange(std::exchange(untold_, {}));
 }
 
 std::optional<DefaultsValue> SettingsFile::object(std::string_view key) const {
@@ -76,7 +149,7 @@ std::optional<DefaultsValue> SettingsFile::object(std::string_view key) const {
 void SettingsFile::set(std::string_view key, DefaultsValue value) {
     const auto present = values_.find(key);
     if (present != values_.end()) {
-        if (present->second == value && !dirty_) return;
+        if (isSame(&present->second, &value) && !dirty_) return;
         present->second = std::move(value);
     } else {
         values_.emplace(key, std::move(value));
@@ -91,6 +164,8 @@ void SettingsFile::remove(std::string_view key) {
     changed();
 }
 
+// Writing
+
 void SettingsFile::changed() {
     dirty_ = true;
     if (!later_) {
@@ -103,25 +178,70 @@ void SettingsFile::changed() {
         if (!alive) return;
         (*alive)->scheduled_ = false;
         (*alive)->flush();
+        (*alive)->tell();
     });
 }
 
 bool SettingsFile::flush() {
     if (!dirty_) return true;
-    if (irreplaceable_) {
-        AppLogger.error(ShortText("Los ajustes no se guardan: ", path_, " no se pudo leer ni copiar"));
+    const std::string target = linkTarget(path_);
+    std::error_code ignored;
+    std::filesystem::create_directories(folderOf(target), ignored);
+    const FolderLock lock(folderOf(target));
+    if (lock.isHeldByAnother()) {
+        AppLogger.warning(ShortText("Los ajustes no se guardan por ahora: otro programa bloquea ", path_));
+        if (onPostponed) onPostponed();
         return false;
     }
-    if (const auto failure = replaceFile(path_, settingsText(values_))) {
+    const auto content = readFile(path_);
+    if (!content.bytes && !content.missing) {
+        AppLogger.error(
+            ShortText("Los ajustes no se guardan: no se puede leer ", path_, ": ", content.error));
+        return false;
+    }
+    if (content.bytes && *content.bytes != text_ && !takeIn(*content.bytes) && !keepDamaged(*content.bytes))
+        return false;
+    return write();
+}
+
+/// Before it is written over: somebody's edit that is not finished.
+bool SettingsFile::keepDamaged(const std::string& text) {
+    if (damageIsKept_) return true;
+    const auto copy = writeNumbered(path_ + ".damaged-", "", text);
+    damageIsKept_ = copy.has_value();
+    if (copy) {
+        AppLogger.warning(ShortText("Ajustes dañados en ", path_, ": copia en ", *copy));
+    } else {
+        AppLogger.error(
+            ShortText("Los ajustes no se guardan: ", path_, " está dañado y no se pudo guardar una copia"));
+    }
+    return damageIsKept_;
+}
+
+bool SettingsFile::write() {
+    std::string text = settingsText(values_);
+    if (const auto failure = replaceFile(path_, text)) {
         AppLogger.error(ShortText("No se pudieron guardar los ajustes en ", path_, ": ", *failure));
         return false;
     }
+    // As it will be read, so that what another program leaves alone is no change of its.
+    if (auto parsed = parseSettings(text); auto* values = std::get_if<SettingsValues>(&parsed))
+        values_ = std::move(*values);
+    base_ = values_;
+    text_ = std::move(text);
+    damaged_.clear();
+    if (problem.get()) problem = std::nullopt;
     dirty_ = false;
     return true;
 }
 
 std::optional<std::string> SettingsFile::putAside(std::string_view key, const Data& data) {
     return writeNumbered(folder_ + "/" + asFileName(key) + ".undecodable-", ".json", data.bytes);
+}
+
+std::optional<SettingsPlace> SettingsFile::locate(std::string_view key, std::string_view path) const {
+    if (text_.empty()) return std::nullopt;
+    return SettingsPlace{path_, positionOf(text_, offsetOfJson(text_, std::string(key) + std::string(path)))};
 }
 
 std::variant<SettingsSnapshot::Values, PlatformFailure> readSettings(const std::string& configDirectory) {
@@ -135,8 +255,8 @@ std::variant<SettingsSnapshot::Values, PlatformFailure> readSettings(const std::
     }
     auto parsed = parseSettings(*content.bytes);
     if (const auto* damage = std::get_if<SettingsDamage>(&parsed)) {
-        return PlatformFailure{path + " is damaged: " + damage->place,
-                               path + " está dañado: " + damage->place};
+        const auto problem = problemAt(path, *damage);
+        return PlatformFailure{problem.englishText(), problem.spanishText()};
     }
     return std::get<SettingsValues>(std::move(parsed));
 }

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <optional>
 
@@ -44,6 +45,12 @@ Json jsonOf(const std::string& text) {
 Json jsonOf(const Data& data) {
     if (isUtf8(data.bytes)) return {{utf8Key, data.bytes}};
     return {{base64Key, base64Encode(data.bytes)}};
+}
+
+/// Whether the bytes are the text of a JSON list that can be read again.
+bool isList(const std::string& bytes) {
+    const auto start = bytes.find_first_not_of(" \t\r\n");
+    return start != std::string::npos && bytes[start] == '[' && !tooDeepAt(bytes) && Json::accept(bytes);
 }
 
 Json jsonOf(bool truth) {
@@ -98,38 +105,83 @@ std::optional<DefaultsValue> valueOf(const Json& json) {
     }
 }
 
-SettingsDamage atByte(std::string_view text, std::size_t byte) {
-    const auto before = text.substr(0, std::min(byte, text.size()));
-    const auto line = 1 + std::ranges::count(before, '\n');
-    return {std::string(ShortText("línea ", line))};
+SettingsDamage damage(std::string_view text, std::size_t offset, std::string english, std::string spanish) {
+    return {positionOf(text, offset), std::move(english), std::move(spanish)};
+}
+
+/// The first number that no double holds.
+std::size_t immenseNumber(std::string_view text) {
+    bool isInString = false;
+    for (std::size_t offset = 0; offset < text.size(); ++offset) {
+        const char c = text[offset];
+        if (isInString && c == '\\') {
+            ++offset;
+        } else if (c == '"') {
+            isInString = !isInString;
+        } else if (!isInString && (c == '-' || (c >= '0' && c <= '9'))) {
+            const auto end = std::min(text.find_first_not_of("+-.0123456789eE", offset), text.size());
+            if (std::isinf(std::strtod(std::string(text.substr(offset, end - offset)).c_str(), nullptr)))
+                return offset;
+            offset = end - 1;
+        }
+    }
+    return 0;
+}
+
+/// Why the text is no JSON object; none when it is one.
+std::optional<SettingsDamage> unlikeObject(std::string_view text) {
+    if (const auto place = tooDeepAt(text)) {
+        return damage(text, *place, "lists and objects are nested too deeply",
+                      "listas y objetos anidados con demasiada profundidad");
+    }
+    try {
+        if (Json::parse(text).is_object()) return std::nullopt;
+        return damage(text, 0, "not a JSON object", "no es un objeto JSON");
+    } catch (const Json::parse_error& error) {
+        return damage(text, error.byte > 0 ? error.byte - 1 : 0, "not valid JSON", "no es JSON válido");
+    } catch (const Json::exception&) {
+        return damage(text, immenseNumber(text), "the number is too large", "el número es demasiado grande");
+    }
+}
+
+/// A member's value, read from its text.
+std::optional<DefaultsValue> valueOf(std::string_view text) {
+    // Token for token, so that numbers, the order of keys and unknown ones stay.
+    if (text.starts_with('[')) return Data{compactJson(text)};
+    return valueOf(Json::parse(text));
 }
 
 }  // namespace
 
 std::string settingsText(const SettingsValues& values) {
-    Json json = Json::object();
+    constexpr std::size_t indent = 2;
+    std::string text = "{";
     for (const auto& [key, value] : values) {
-        json[key] = std::visit([](const auto& held) { return jsonOf(held); }, value);
+        const auto* data = std::get_if<Data>(&value);
+        const std::string member =
+            data != nullptr && isList(data->bytes)
+                ? data->bytes
+                : std::visit([](const auto& held) { return jsonOf(held); }, value).dump();
+        text += text.size() > 1 ? ",\n  " : "\n  ";
+        // A key that is not UTF-8 is written with its bad bytes replaced rather than not at all.
+        text += Json(key).dump(-1, ' ', false, Json::error_handler_t::replace) + ": " +
+                indentedJson(member, indent, 1);
     }
-    // A key that is not UTF-8 is written with its bad bytes replaced rather than not at all.
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return text + (values.empty() ? "}\n" : "\n}\n");
 }
 
 std::variant<SettingsValues, SettingsDamage> parseSettings(std::string_view text) {
-    Json json;
-    try {
-        json = Json::parse(text);
-    } catch (const Json::parse_error& error) {
-        return atByte(text, error.byte > 0 ? error.byte - 1 : 0);
-    } catch (const Json::exception&) {
-        return SettingsDamage{"número fuera de rango"};
-    }
-    if (!json.is_object()) return SettingsDamage{"línea 1: no es un objeto"};
+    if (auto problem = unlikeObject(text)) return std::move(*problem);
     SettingsValues values;
-    for (const auto& [key, member] : json.items()) {
-        auto value = valueOf(member);
-        if (!value) return SettingsDamage{"clave \"" + key + "\""};
-        values.emplace(key, std::move(*value));
+    for (const auto& member : jsonMembers(text)) {
+        auto value = valueOf(jsonValueAt(text, member.offset));
+        auto key = Json::parse(member.key).get<std::string>();
+        if (!value) {
+            return damage(text, member.offset,
+                          "\"" + key + "\" is neither a boolean, a number, a string nor a list",
+                          "\"" + key + "\" no es un booleano, un número, un texto ni una lista");
+        }
+        values.insert_or_assign(std::move(key), std::move(*value));
     }
     return values;
 }
