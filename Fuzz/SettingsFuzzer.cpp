@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
-/// Whatever the bytes: they are settings or damaged at a place inside them, and settings are the same after being
-/// written and read again.
+/// Whatever the bytes: they are settings or damaged at a place inside them, and settings are the same after
+/// being written and read again.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     using namespace trelvan;
     const std::string_view text(reinterpret_cast<const char*>(bytes), size);
