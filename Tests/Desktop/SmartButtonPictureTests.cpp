@@ -74,7 +74,8 @@ class SmartButtonPictureTest : public SmartButtonTest {
     static void settle() {
         waitUntil([] { return false; }, std::chrono::milliseconds{500});
     }
-    [[nodiscard]] bool hasWindow(const std::string& name) {
+    /// Waits for a window of that title and moves it there.
+    [[nodiscard]] bool bring(const std::string& name, Position place) {
         return waitUntil([&] {
             for (const long window :
                  client().connection().property(client().connection().root(), "_NET_CLIENT_LIST")) {
@@ -83,7 +84,10 @@ class SmartButtonPictureTest : public SmartButtonTest {
                     continue;
                 const bool isIt = title != nullptr && std::string(title).find(name) != std::string::npos;
                 if (title != nullptr) XFree(title);
-                if (isIt) return true;
+                if (!isIt) continue;
+                XMoveWindow(client().connection().get(), static_cast<Window>(window), place.x, place.y);
+                XFlush(client().connection().get());
+                return true;
             }
             return false;
         });
@@ -120,7 +124,7 @@ TEST_F(SmartButtonPictureTest, WayFromThePressToTheApplicationIsKept) {
     keep("readme-frame-3.png");
     trackball().click(1);
     EXPECT_TRUE(isClosed());
-    EXPECT_TRUE(hasWindow("Calculator"));
+    EXPECT_TRUE(bring("Calculator", {610, 270}));
     settle();
     keep("readme-frame-4.png");
 }

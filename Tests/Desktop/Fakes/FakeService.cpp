@@ -7,7 +7,7 @@
 // answered with nothing. A value is "bool:true", "text:T", "path:/P", "list:A,B,C" or "map:KEY=true,KEY=T"
 // (of variants).
 //
-// The call test.Emit PATH INTERFACE MEMBER VALUE... makes the service send that signal.
+// The call test.Signals.Emit PATH INTERFACE MEMBER VALUE... makes the service send that signal.
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -58,7 +58,7 @@ class Service : public QDBusVirtualObject {
     [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
-        if (message.interface() == "test" && message.member() == "Emit")
+        if (message.interface() == "test.Signals" && message.member() == "Emit")
             return emitSignal(message, connection);
         QString line = message.path() + ' ' + message.member();
         for (const auto& argument : message.arguments()) line += ' ' + textOf(argument);

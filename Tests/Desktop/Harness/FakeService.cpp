@@ -25,12 +25,13 @@ FakeService::FakeService(VirtualDesktop& onDesktop, const std::string& busName,
 
 void FakeService::emitSignal(const std::string& path, const std::string& interface, const std::string& member,
                              const std::vector<std::string>& values) const {
-    Launch launch{.arguments = {"/usr/bin/dbus-send", "--session", "--print-reply", "--dest=" + name, "/",
-                                "test.Emit", "string:" + path, "string:" + interface, "string:" + member},
-                  .environment = desktop.environment(),
-                  .directory = desktop.folder(),
-                  .output = record.string() + ".signals",
-                  .errors = {}};
+    Launch launch{
+        .arguments = {"/usr/bin/dbus-send", "--session", "--print-reply", "--dest=" + name, "/",
+                      "test.Signals.Emit", "string:" + path, "string:" + interface, "string:" + member},
+        .environment = desktop.environment(),
+        .directory = desktop.folder(),
+        .output = record.string() + ".signals",
+        .errors = {}};
     for (const auto& value : values) launch.arguments.push_back("string:" + value);
     ChildProcess sender(launch);
     if (sender.waitForEnd(patience) != 0)
