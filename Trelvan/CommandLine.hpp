@@ -46,6 +46,19 @@ struct Actions {
     bool json = false;
     std::string configDirectory;
 };
+struct Check {
+    /// None for the language of the settings, or of the terminal where they say nothing.
+    std::optional<AppLanguage> language;
+    bool json = false;
+    std::string configDirectory;
+};
+struct Init {
+    std::string configDirectory;
+};
+struct Buttons {
+    std::optional<AppLanguage> language;
+    std::string configDirectory;
+};
 struct ShowHelp {
     /// The subcommand whose help is wanted; empty for that of the program.
     std::string_view subcommand;
@@ -60,7 +73,8 @@ struct BadUsage {
 }  // namespace command
 
 using Command = std::variant<command::Run, command::Simulate, command::Record, command::Explain,
-                             command::Actions, command::ShowHelp, command::ShowVersion, command::BadUsage>;
+                             command::Actions, command::Check, command::Init, command::Buttons,
+                             command::ShowHelp, command::ShowVersion, command::BadUsage>;
 
 /// Exit statuses of the program.
 namespace exitStatus {
@@ -68,6 +82,10 @@ inline constexpr int ok = 0;
 /// The platform cannot serve: no display, a missing extension, a connection lost.
 inline constexpr int unavailable = 1;
 inline constexpr int badUsage = 2;
+/// A check found something wrong.
+inline constexpr int findings = 3;
+/// Trelvan already serves this display, or the settings that should be made are already there.
+inline constexpr int alreadyThere = 4;
 }  // namespace exitStatus
 
 /// Reads the arguments that follow the program's name.

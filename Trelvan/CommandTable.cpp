@@ -76,6 +76,17 @@ constexpr std::array explainOptions{
 };
 
 constexpr std::array actionsOptions{languageOption, jsonOption, configOption};
+constexpr std::array checkOptions{languageOption, jsonOption, configOption};
+constexpr std::array initOptions{configOption};
+constexpr std::array buttonsOptions{languageOption, configOption};
+
+constexpr std::array runStatuses{
+    StatusRow{exitStatus::alreadyThere,
+              {"Trelvan already runs on this display", "Trelvan ya funciona en esta pantalla"}}};
+constexpr std::array checkStatuses{
+    StatusRow{exitStatus::findings, {"something is wrong or odd", "algo está mal o es extraño"}}};
+constexpr std::array initStatuses{
+    StatusRow{exitStatus::alreadyThere, {"the file is already there", "el archivo ya existe"}}};
 
 std::int64_t wholeNumber(std::string_view text) {
     std::int64_t number = 0;
@@ -122,6 +133,20 @@ Command makeActions(const GivenArguments& given) {
                             .configDirectory = given.text("--config")};
 }
 
+Command makeCheck(const GivenArguments& given) {
+    return command::Check{.language = languageOf(given),
+                          .json = given.has("--json"),
+                          .configDirectory = given.text("--config")};
+}
+
+Command makeInit(const GivenArguments& given) {
+    return command::Init{given.text("--config")};
+}
+
+Command makeButtons(const GivenArguments& given) {
+    return command::Buttons{.language = languageOf(given), .configDirectory = given.text("--config")};
+}
+
 constexpr std::array rows{
     CommandRow{.name = {},
                .summary = {},
@@ -137,8 +162,57 @@ constexpr std::array rows{
                .example = "trelvan --config ~/trelvan-test",
                .exampleMeaning = {"runs with the settings in that folder, which is created when missing",
                                   "funciona con los ajustes de esa carpeta, que se crea si no existe"},
-               .statuses = {},
+               .statuses = runStatuses,
                .make = makeRun},
+    CommandRow{
+        .name = "init",
+        .summary = {"writes a settings file to begin with", "escribe un archivo de ajustes para empezar"},
+        .description =
+            {"Writes a settings file with a profile to begin with: Copy, and Paste with Shift, on "
+             "the first extra button, Back and Forward on the second, the volume on the wheel with "
+             "the Super key. A file that is there already stays as it is.",
+             "Escribe un archivo de ajustes con un perfil para empezar: Copiar, y Pegar con Shift, "
+             "en el primer botón extra, Atrás y Adelante en el segundo, el volumen en la rueda con "
+             "la tecla Súper. Un archivo que ya existe queda como está."},
+        .options = initOptions,
+        .argument = std::nullopt,
+        .example = "trelvan init",
+        .exampleMeaning = {"writes it where the program reads it", "lo escribe donde el programa lo lee"},
+        .statuses = initStatuses,
+        .make = makeInit},
+    CommandRow{
+        .name = "check",
+        .summary = {"what is wrong or odd in the settings", "lo que está mal o es extraño en los ajustes"},
+        .description =
+            {"Reads the settings without acting and lists everything wrong or odd, with its place "
+             "in the file: words that stand for nothing, unknown keys, values that are corrected, "
+             "functions that can never fire or do nothing. Changes nothing and needs no display.",
+             "Lee los ajustes sin actuar y enumera todo lo que está mal o es extraño, con su lugar "
+             "en el archivo: palabras que no significan nada, claves desconocidas, valores que se "
+             "corrigen, funciones que nunca se ejecutan o no hacen nada. No cambia nada ni necesita "
+             "pantalla."},
+        .options = checkOptions,
+        .argument = std::nullopt,
+        .example = "trelvan check --config ~/trelvan-test",
+        .exampleMeaning = {"checks the settings in that folder", "revisa los ajustes de esa carpeta"},
+        .statuses = checkStatuses,
+        .make = makeCheck},
+    CommandRow{
+        .name = "buttons",
+        .summary = {"shows each press and what it fires", "muestra cada pulsación y lo que ejecuta"},
+        .description =
+            {"Shows each press of a mouse button and each turn of a wheel with its number, its "
+             "device, the modifiers held and what it would fire, until Control+C. It acts on "
+             "nothing and takes nothing, so Trelvan may run meanwhile.",
+             "Muestra cada pulsación de un botón del ratón y cada giro de una rueda con su número, "
+             "su dispositivo, los modificadores pulsados y lo que ejecutaría, hasta Control+C. No "
+             "actúa ni retiene nada, así que Trelvan puede funcionar mientras tanto."},
+        .options = buttonsOptions,
+        .argument = std::nullopt,
+        .example = "trelvan buttons",
+        .exampleMeaning = {"press the button whose number you look for", "pulsa el botón cuyo número buscas"},
+        .statuses = {},
+        .make = makeButtons},
     CommandRow{.name = "simulate",
                .summary = {"what a script of events would do", "lo que haría un guion de eventos"},
                .description =
@@ -174,7 +248,7 @@ constexpr std::array rows{
                .argument = ArgumentRow{.kind = ValueKind::file, .name = {"SCRIPT", "GUION"}, .noun = {}},
                .example = "trelvan record lost-press.jsonl",
                .exampleMeaning = {"records until Control+C", "graba hasta Control+C"},
-               .statuses = {},
+               .statuses = runStatuses,
                .make = makeRecord},
     CommandRow{.name = "explain",
                .summary = {"which function a press would fire, and why",

@@ -1,16 +1,23 @@
 #include "CommandLine.hpp"
+#include "Core/Model/RecordCoding.hpp"
+#include "Core/StarterProfile.hpp"
 #include "DryRun/Actions.hpp"
+#include "DryRun/ButtonsCommand.hpp"
+#include "DryRun/CheckCommand.hpp"
 #include "DryRun/Explain.hpp"
 #include "DryRun/Recorder.hpp"
 #include "DryRun/RecordingFile.hpp"
 #include "DryRun/RecordingPanels.hpp"
 #include "DryRun/Simulation.hpp"
 #include "Platform/Platform.hpp"
+#include "Platform/SettingsSnapshot.hpp"
+#include "StartReport.hpp"
 #include "TrelvanApp.hpp"
 #include "UI/SmartButtonWindows.hpp"
 #include "Utilities/Logger.hpp"
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,14 +33,18 @@ void print(std::FILE* stream, std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stream);
 }
 
-/// The platform; none when it cannot be had, which has been said then.
-std::unique_ptr<Platform> openPlatform(int& argc, char** argv, const std::string& configDirectory,
-                                       AppLanguage language) {
+std::string_view reasonOf(const PlatformFailure& failure, AppLanguage language) {
+    return localized(language, failure.english, failure.spanish);
+}
+
+/// The platform, or the exit status when it cannot be had, which has been said then.
+std::variant<std::unique_ptr<Platform>, int> openPlatform(int& argc, char** argv,
+                                                          const std::string& configDirectory,
+                                                          AppLanguage language) {
     auto made = makePlatform(argc, argv, {.configDirectory = configDirectory});
     if (const auto* failure = std::get_if<PlatformFailure>(&made)) {
-        const auto& reason = language == AppLanguage::spanish ? failure->spanish : failure->english;
-        print(stderr, "trelvan: " + reason + "\n");
-        return nullptr;
+        print(stderr, "trelvan: " + std::string(reasonOf(*failure, language)) + "\n");
+        return failure->alreadyRuns ? exitStatus::alreadyThere : exitStatus::unavailable;
     }
     return std::get<std::unique_ptr<Platform>>(std::move(made));
 }
@@ -46,6 +57,25 @@ void complain(const std::optional<SettingsProblem>& problem, AppLanguage languag
     print(stderr, "trelvan: " + text + "\n");
 }
 
+/// Says what the user must know of settings and session. `settings` is the file as the start found it.
+void reportStart(TrelvanApp& app, const std::variant<SettingsText, PlatformFailure>& settings,
+                 AppLanguage language) {
+    const StartReport report{.notifications = app.notificationPoster,
+                             .logger = AppLogger,
+                             .language = language,
+                             .print =
+                                 [](std::string_view text) {
+                                     print(stdout, text);
+                                     std::fflush(stdout);
+                                 },
+                             .printError = [](std::string_view text) { print(stderr, text); }};
+    if (const auto* text = std::get_if<SettingsText>(&settings)) report.tell(*text);
+    if (const auto notice = sessionNotice()) {
+        AppLogger.warning(notice->spanish);
+        print(stderr, std::string(localized(language, notice->english, notice->spanish)) + "\n");
+    }
+}
+
 SmartButtonWindows menuWindows(Platform& platform) {
     return SmartButtonWindows({.screens = platform.screens(),
                                .appearance = platform.appearance(),
@@ -56,19 +86,64 @@ SmartButtonWindows menuWindows(Platform& platform) {
 }
 
 int runApplication(int& argc, char** argv, const command::Run& options, AppLanguage language) {
-    const auto platform = openPlatform(argc, argv, options.configDirectory, language);
-    if (!platform) return exitStatus::unavailable;
+    const auto settings = readSettingsText(options.configDirectory);
+    const auto opened = openPlatform(argc, argv, options.configDirectory, language);
+    if (const auto* status = std::get_if<int>(&opened)) return *status;
+    const auto& platform = std::get<std::unique_ptr<Platform>>(opened);
     complain(platform->userDefaults().problem, language);
     SmartButtonWindows windows = menuWindows(*platform);
     TrelvanApp app(*platform, windows, AppLogger);
     complain(app.profileManager.problem.get(), language);
     app.appear();
+    reportStart(app, settings, language);
+    const auto tellOfProblem = [&app](const std::optional<SettingsProblem>& problem) {
+        if (!problem) return;
+        app.notificationPoster.announce(StartReport::notificationKind, problem->englishText(),
+                                        problem->spanishText());
+    };
+    const auto unreadFile = platform->userDefaults().problem.observe(tellOfProblem);
+    const auto unreadProfiles = app.profileManager.problem.observe(tellOfProblem);
     return platform->run();
 }
 
+/// Writes a settings file to begin with, where there is none.
+int writeStarterSettings(const command::Init& options, AppLanguage language) {
+    const auto profiles = encodeProfiles({starterProfile(language, &Uuid::random)});
+    SettingsSnapshot::Values values{{std::string(languageKey), std::string(rawValue(language))}};
+    values.emplace(ProfileManager::storageKey, Data{*profiles});
+    const auto made = makeSettings(options.configDirectory, values);
+    if (const auto* failure = std::get_if<PlatformFailure>(&made)) {
+        print(stderr, "trelvan: " + std::string(reasonOf(*failure, language)) + "\n");
+        return exitStatus::unavailable;
+    }
+    const auto& [path, isNew] = std::get<MadeSettings>(made);
+    if (!isNew) {
+        const auto reason =
+            localized(language, " is already there and stays as it is\n", " ya existe y queda como está\n");
+        print(stderr, "trelvan: " + path + std::string(reason));
+        return exitStatus::alreadyThere;
+    }
+    print(stdout, path + "\n");
+    return exitStatus::ok;
+}
+
+int checkSettingsHere(const command::Check& request, AppLanguage language) {
+    const auto limits = inputLimits();
+    CheckSurroundings surroundings;
+    surroundings.modifiers = limits.modifiers;
+    surroundings.highestButton = limits.highestButton;
+    surroundings.exists = [](const std::string& path) {
+        std::error_code ignored;
+        return std::filesystem::exists(path, ignored);
+    };
+    return checkSettingsFile(request, surroundings, language);
+}
+
 int recordEvents(int& argc, char** argv, const command::Record& options, AppLanguage language) {
-    const auto platform = openPlatform(argc, argv, options.configDirectory, language);
-    if (!platform) return exitStatus::unavailable;
+    const auto settings = readSettingsText(options.configDirectory);
+    const auto opened = openPlatform(argc, argv, options.configDirectory, language);
+    if (const auto* status = std::get_if<int>(&opened)) return *status;
+    const auto& platform = std::get<std::unique_ptr<Platform>>(opened);
     complain(platform->userDefaults().problem, language);
     auto file = RecordingFile::create(options.script);
     if (!file) {
@@ -97,6 +172,7 @@ int recordEvents(int& argc, char** argv, const command::Record& options, AppLang
         TrelvanApp app(*platform, panels, AppLogger, &Uuid::random, &recorder);
         complain(app.profileManager.problem.get(), language);
         app.appear();
+        reportStart(app, settings, language);
         status = platform->run();
     }
     return file->flush() ? status : exitStatus::unavailable;
@@ -131,6 +207,18 @@ int main(int argc, char** argv) {
         return explain(*question, platformShortcuts(), &desktopHotKeys, language);
     if (const auto* listing = std::get_if<command::Actions>(&asked))
         return listActions(*listing, platformShortcuts(), language);
+    if (const auto* request = std::get_if<command::Check>(&asked))
+        return checkSettingsHere(*request, language);
+    if (const auto* request = std::get_if<command::Init>(&asked))
+        return writeStarterSettings(*request, language);
+    if (const auto* request = std::get_if<command::Buttons>(&asked)) {
+        const auto known = desktopHotKeys();
+        const auto hotKey = [&known](int id) {
+            const auto found = known.find(id);
+            return found != known.end() ? std::optional(found->second) : std::nullopt;
+        };
+        return showButtons(*request, platformShortcuts(), hotKey, language);
+    }
     if (const auto* recording = std::get_if<command::Record>(&asked))
         return recordEvents(argc, argv, *recording, language);
     return runApplication(argc, argv, std::get<command::Run>(asked), language);

@@ -51,6 +51,11 @@ TEST_F(EventMonitorShapingTest, FastMouseSpeedIsResetAndWrittenBack) {
         EXPECT_EQ(monitor->mouseSpeed, 1.0) << stored;
         EXPECT_EQ(desktop.defaults.at("trackball_mouse_speed"), DefaultsValue{1.0}) << stored;
     }
+    // What is written into the user's file is said.
+    EXPECT_EQ(desktop.messages(LogLevel::warning),
+              std::vector<std::string>(5,
+                                       "La velocidad del puntero guardada no se acepta: vuelve a 1.0, "
+                                       "también en los ajustes"));
 }
 
 TEST_F(EventMonitorShapingTest, MouseSpeedUpToTheLimitStays) {

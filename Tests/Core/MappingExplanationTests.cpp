@@ -94,6 +94,20 @@ TEST_F(MappingExplanationTest, NamesCannotSteerATerminal) {
     EXPECT_EQ(explain(3).why.front(), R"(Active profile: 'a\n\x1b[2J')");
 }
 
+TEST_F(MappingExplanationTest, ActionWithoutKeyOrPathIsSaidToDoNothing) {
+    map(3, ButtonAction::customShortcut);
+    map(4, ButtonAction::dictation);
+    map(5, ButtonAction::launchApp);
+    map(6, ButtonAction::customShortcut).shortcut = {
+        .keyCode = 8, .modifiersRawValue = 0, .displayString = "C"};
+    EXPECT_EQ(explain(3).why.back(), "Nothing is sent: no shortcut has been recorded");
+    EXPECT_TRUE(explain(3).handled);
+    EXPECT_EQ(explain(4).why.back(), "Nothing is sent: no shortcut has been recorded");
+    EXPECT_EQ(explain(5, 0, AppLanguage::spanish).why.back(),
+              "No se abre nada: no se ha elegido ninguna aplicación");
+    EXPECT_EQ(explain(6).why.back(), "With: C");
+}
+
 TEST_F(MappingExplanationTest, SpanishSaysTheSame) {
     map(3, ButtonAction::back);
     EXPECT_THAT(explain(3, 0, AppLanguage::spanish).why,

@@ -14,6 +14,9 @@ namespace {
 /// Height of the strip at a screen's far edge, in points, where presses belong to the system.
 constexpr double systemStripHeight = 56.0;
 
+constexpr std::string_view resetSpeedLine =
+    "La velocidad del puntero guardada no se acepta: vuelve a 1.0, también en los ajustes";
+
 constexpr bool isMotion(EventType type) {
     return type == EventType::mouseMoved || type == EventType::leftMouseDragged ||
            type == EventType::rightMouseDragged || type == EventType::otherMouseDragged;
@@ -370,6 +373,7 @@ void EventMonitor::loadMouseSpeed() {
     }
     mouseSpeed = defaultMouseSpeed;
     ports_.defaults.set(mouseSpeedKey, defaultMouseSpeed);
+    logger_.warning(resetSpeedLine);
 }
 
 void EventMonitor::persistSpeedSettings() {

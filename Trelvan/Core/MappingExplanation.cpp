@@ -165,8 +165,33 @@ class Explainer {
                 break;
         }
         if (!recorded.empty()) return say({"With: ", "Con: "}, recorded);
+        if (doesNothing(mapping, function)) return sayWhyNothing(function.action);
         for (auto& sentence : describeAction(function.action, shortcuts_, language_, hotKeys_))
             result_.why.push_back(std::move(sentence));
+    }
+
+    /// Of an action that does only what was recorded or chosen for it.
+    static bool doesNothing(const ButtonMapping& mapping, ResolvedFunction function) {
+        switch (function.action) {
+            case ButtonAction::launchApp:
+                return mapping.appPath.empty();
+            case ButtonAction::dictation:
+                return mapping.dictationShortcut.isEmpty();
+            case ButtonAction::customShortcut:
+                return shortcutOf(mapping, function.slot).isEmpty();
+            default:
+                return false;
+        }
+    }
+
+    void sayWhyNothing(ButtonAction action) {
+        if (action == ButtonAction::launchApp) {
+            say({"Nothing is opened: no application has been chosen",
+                 "No se abre nada: no se ha elegido ninguna aplicación"});
+        } else {
+            say({"Nothing is sent: no shortcut has been recorded",
+                 "No se envía nada: no se ha grabado ningún atajo"});
+        }
     }
 
     const ProfileSnapshot& profile_;

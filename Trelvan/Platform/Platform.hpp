@@ -23,10 +23,12 @@
 #include "Platform/UserDefaults.hpp"
 #include "Platform/Workspace.hpp"
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 
 namespace trelvan {
@@ -84,6 +86,21 @@ void prepareProcess();
 /// Where this process is a helper that the platform made by starting the program again: its whole life, and
 /// its exit status. None in the program itself. Before anything else.
 [[nodiscard]] std::optional<int> runHelperProcess(int argc, char** argv);
+
+/// What the user must know of the session that the program was started in; none where all of it is served.
+struct SessionNotice {
+    std::string_view english;
+    std::string_view spanish;
+};
+[[nodiscard]] std::optional<SessionNotice> sessionNotice();
+
+/// What devices can report here.
+struct InputLimits {
+    /// The modifiers that a keyboard's keys can set.
+    EventFlags modifiers = 0;
+    std::int64_t highestButton = 0;
+};
+[[nodiscard]] InputLimits inputLimits();
 
 /// The combinations that this platform's applications know, also without a display.
 [[nodiscard]] const ActionShortcuts& platformShortcuts();

@@ -8,6 +8,8 @@ namespace trelvan {
 struct PlatformFailure {
     std::string english;
     std::string spanish;
+    /// The program runs already on what this one wanted to serve.
+    bool alreadyRuns = false;
 };
 
 }  // namespace trelvan

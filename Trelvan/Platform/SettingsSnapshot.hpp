@@ -45,4 +45,26 @@ class SettingsSnapshot final : public UserDefaults {
 [[nodiscard]] std::variant<SettingsSnapshot::Values, PlatformFailure> readSettings(
     const std::string& configDirectory);
 
+/// The settings file as it is on the disk.
+struct SettingsText {
+    std::string path;
+    /// None where there is no file.
+    std::optional<std::string> bytes;
+};
+
+/// The file that `readSettings` reads, unread; a failure when it is there and cannot be read.
+[[nodiscard]] std::variant<SettingsText, PlatformFailure> readSettingsText(
+    const std::string& configDirectory);
+
+/// Where the settings file is, and whether it was made just now.
+struct MadeSettings {
+    std::string path;
+    /// False where a file was there already; it was not touched.
+    bool isNew = false;
+};
+
+/// Makes a settings file with these values where there is none, whole or not at all.
+[[nodiscard]] std::variant<MadeSettings, PlatformFailure> makeSettings(
+    const std::string& configDirectory, const SettingsSnapshot::Values& values);
+
 }  // namespace trelvan

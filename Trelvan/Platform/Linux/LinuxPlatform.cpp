@@ -1,7 +1,9 @@
 #include "Platform/Linux/LinuxPlatform.hpp"
 
+#include "Platform/Linux/ButtonNumbers.hpp"
 #include "Platform/Linux/CoveringWindows.hpp"
 #include "Platform/Linux/DesktopMoveScript.hpp"
+#include "Platform/Linux/DisplayOwner.hpp"
 #include "Platform/Linux/EscapeHold.hpp"
 #include "Platform/Linux/Guard.hpp"
 #include "Platform/Linux/GuardKeeper.hpp"
@@ -69,6 +71,13 @@ std::unique_ptr<XConnection> furtherConnection() {
     auto opened = XConnection::open();
     auto* connection = std::get_if<std::unique_ptr<XConnection>>(&opened);
     return connection != nullptr ? std::move(*connection) : nullptr;
+}
+
+PlatformFailure alreadyRuns(const DisplayOwner::Other& other) {
+    const std::string number = other.process != 0 ? " " + std::to_string(other.process) : "";
+    return {.english = "Trelvan already runs on this display (process" + number + "); end it first",
+            .spanish = "Trelvan ya funciona en esta pantalla (proceso" + number + "); termínalo primero",
+            .alreadyRuns = true};
 }
 
 /// A block as large as a picture of the screen goes back to the system when it is freed. By itself the C
@@ -255,6 +264,8 @@ std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(int& argc,
     if (const auto* failure = std::get_if<PlatformFailure>(&main)) return *failure;
     auto posting = XConnection::open();
     if (const auto* failure = std::get_if<PlatformFailure>(&posting)) return *failure;
+    if (const auto other = DisplayOwner::take(*std::get<std::unique_ptr<XConnection>>(main)))
+        return alreadyRuns(*other);
     const Owed leftOver = guard->leftOver();
     const auto& connection = std::get<std::unique_ptr<XConnection>>(main);
     if (leftOver.any()) release(connection->display(), leftOver);
@@ -272,6 +283,23 @@ std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(int& argc,
 
 std::optional<int> runHelperProcess(int argc, char** argv) {
     return Guard::runIfAsked(argc, argv);
+}
+
+std::optional<SessionNotice> sessionNotice() {
+    const char* wayland = std::getenv("WAYLAND_DISPLAY");
+    if (wayland == nullptr || *wayland == '\0') return std::nullopt;
+    return SessionNotice{
+        "This is a Wayland session: only presses over windows of X programs (through Xwayland) can be "
+        "served. "
+        "A session on X11 is served whole.",
+        "Esta es una sesión de Wayland: solo se pueden atender las pulsaciones sobre ventanas de programas X "
+        "(mediante Xwayland). Una sesión en X11 se atiende entera."};
+}
+
+InputLimits inputLimits() {
+    // Keyboards keep the Fn key to themselves.
+    return {.modifiers = flag::shift | flag::control | flag::option | flag::command,
+            .highestButton = *quartzButton(highestXButton)};
 }
 
 const ActionShortcuts& platformShortcuts() {

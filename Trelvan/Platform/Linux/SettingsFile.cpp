@@ -6,11 +6,17 @@
 #include "Platform/SettingsSnapshot.hpp"
 #include "Utilities/Logger.hpp"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <set>
+#include <system_error>
 #include <utility>
 
 namespace trelvan {
@@ -43,6 +49,10 @@ const DefaultsValue* find(const SettingsValues& values, std::string_view key) {
 
 SettingsProblem problemAt(const std::string& path, const SettingsDamage& damage) {
     return {{path, damage.position}, damage.english, damage.spanish};
+}
+
+std::string pathIn(const std::string& configDirectory) {
+    return (configDirectory.empty() ? SettingsFile::defaultFolder() : configDirectory) + fileName;
 }
 
 }  // namespace
@@ -244,21 +254,46 @@ std::optional<SettingsPlace> SettingsFile::locate(std::string_view key, std::str
     return SettingsPlace{path_, positionOf(text_, offsetOfJson(text_, std::string(key) + std::string(path)))};
 }
 
-std::variant<SettingsSnapshot::Values, PlatformFailure> readSettings(const std::string& configDirectory) {
-    const std::string path =
-        (configDirectory.empty() ? SettingsFile::defaultFolder() : configDirectory) + fileName;
-    const auto content = readFile(path);
-    if (content.missing) return SettingsSnapshot::Values{};
-    if (!content.bytes) {
-        return PlatformFailure{"cannot read " + path + ": " + content.error,
-                               "no se puede leer " + path + ": " + content.error};
+std::variant<SettingsText, PlatformFailure> readSettingsText(const std::string& configDirectory) {
+    SettingsText text{.path = pathIn(configDirectory), .bytes = {}};
+    auto content = readFile(text.path);
+    if (!content.bytes && !content.missing) {
+        return PlatformFailure{"cannot read " + text.path + ": " + content.error,
+                               "no se puede leer " + text.path + ": " + content.error};
     }
-    auto parsed = parseSettings(*content.bytes);
+    text.bytes = std::move(content.bytes);
+    return text;
+}
+
+std::variant<SettingsSnapshot::Values, PlatformFailure> readSettings(const std::string& configDirectory) {
+    auto read = readSettingsText(configDirectory);
+    if (auto* failure = std::get_if<PlatformFailure>(&read)) return std::move(*failure);
+    const auto& [path, bytes] = std::get<SettingsText>(read);
+    if (!bytes) return SettingsSnapshot::Values{};
+    auto parsed = parseSettings(*bytes);
     if (const auto* damage = std::get_if<SettingsDamage>(&parsed)) {
         const auto problem = problemAt(path, *damage);
         return PlatformFailure{problem.englishText(), problem.spanishText()};
     }
     return std::get<SettingsValues>(std::move(parsed));
+}
+
+std::variant<MadeSettings, PlatformFailure> makeSettings(const std::string& configDirectory,
+                                                         const SettingsSnapshot::Values& values) {
+    const std::string path = pathIn(configDirectory);
+    struct stat info {};
+    if (lstat(path.c_str(), &info) == 0) return MadeSettings{.path = path, .isNew = false};
+    std::error_code ignored;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
+    const auto written = writeNumbered(path + ".new-", "", settingsText(values));
+    // A link is made only where nothing is, unlike a rename.
+    const int result = written ? link(written->c_str(), path.c_str()) : -1;
+    const int reason = errno;
+    if (written) unlink(written->c_str());
+    if (result == 0) return MadeSettings{.path = path, .isNew = true};
+    if (written && reason == EEXIST) return MadeSettings{.path = path, .isNew = false};
+    return PlatformFailure{"cannot write " + path + ": " + std::strerror(reason),
+                           "no se puede escribir " + path + ": " + std::strerror(reason)};
 }
 
 }  // namespace trelvan
