@@ -26,7 +26,7 @@ enum class SystemView : std::uint8_t {
 struct MissingView {
     SystemView view = SystemView::missionControl;
     /// What shows it once it is installed; empty when nothing is known to.
-    std::string_view program;
+    std::string_view program = {};
 };
 
 /// Asks the desktop by its own protocols rather than by keys, which keeps guessed keystrokes out of the
