@@ -9,6 +9,9 @@ using testing::IsEmpty;
 
 class MissingViewNotifierTest : public test::NotifierFixture {
   protected:
+    /// The program's other notifiers ask at its start.
+    MissingViewNotifierTest() { poster.requestAuthorization(); }
+
     /// The desktop cannot show the view.
     void report(SystemView view, std::string_view program) {
         desktop.onMissingView({view, program});
