@@ -46,11 +46,15 @@ std::string findingLine(const std::string& path, const Finding& finding, AppLang
     return line;
 }
 
-void StartReport::tell(const SettingsText& settings) const {
-    if (!settings.bytes) return tellFirstStart(settings.path);
+bool StartReport::tell(const SettingsText& settings) const {
+    if (!settings.bytes) {
+        tellFirstStart(settings.path);
+        return false;
+    }
     Findings errors = checkSettings(*settings.bytes, {});
     std::erase_if(errors, [](const Finding& finding) { return finding.severity != Severity::error; });
     if (!errors.empty()) tellUntaken(settings.path, errors);
+    return !errors.empty();
 }
 
 void StartReport::tellFirstStart(const std::string& path) const {

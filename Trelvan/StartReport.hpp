@@ -30,7 +30,8 @@ struct StartReport {
     std::function<void(std::string_view)> print;
     std::function<void(std::string_view)> printError;
 
-    void tell(const SettingsText& settings) const;
+    /// Whether the settings hold something that the start does not take.
+    bool tell(const SettingsText& settings) const;
 
   private:
     void tellFirstStart(const std::string& path) const;

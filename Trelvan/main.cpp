@@ -1,4 +1,5 @@
 #include "CommandLine.hpp"
+#include "Core/ActionReport.hpp"
 #include "Core/Model/RecordCoding.hpp"
 #include "Core/StarterProfile.hpp"
 #include "DryRun/Actions.hpp"
@@ -49,17 +50,13 @@ std::variant<std::unique_ptr<Platform>, int> openPlatform(int& argc, char** argv
     return std::get<std::unique_ptr<Platform>>(std::move(made));
 }
 
-/// Says on the terminal what of the settings could not be read; the log says it too, but in the log's
-/// language.
-void complain(const std::optional<SettingsProblem>& problem, AppLanguage language) {
-    if (!problem) return;
-    const auto text = language == AppLanguage::spanish ? problem->spanishText() : problem->englishText();
-    print(stderr, "trelvan: " + text + "\n");
+std::string textOf(const SettingsProblem& problem, AppLanguage language) {
+    return language == AppLanguage::spanish ? problem.spanishText() : problem.englishText();
 }
 
 /// Says what the user must know of settings and session. `settings` is the file as the start found it.
 void reportStart(TrelvanApp& app, const std::variant<SettingsText, PlatformFailure>& settings,
-                 AppLanguage language) {
+                 const std::optional<SettingsProblem>& unreadFile, AppLanguage language) {
     const StartReport report{.notifications = app.notificationPoster,
                              .logger = AppLogger,
                              .language = language,
@@ -69,7 +66,16 @@ void reportStart(TrelvanApp& app, const std::variant<SettingsText, PlatformFailu
                                      std::fflush(stdout);
                                  },
                              .printError = [](std::string_view text) { print(stderr, text); }};
-    if (const auto* text = std::get_if<SettingsText>(&settings)) report.tell(*text);
+    const auto* const text = std::get_if<SettingsText>(&settings);
+    if (text == nullptr)
+        print(stderr,
+              "trelvan: " + std::string(reasonOf(std::get<PlatformFailure>(settings), language)) + "\n");
+    // What a check does not look into, bytes that are no text for example, is told as the start found it.
+    if (text == nullptr || !report.tell(*text)) {
+        for (const auto& problem : {unreadFile, app.profileManager.problem.get()}) {
+            if (problem) print(stderr, "trelvan: " + textOf(*problem, language) + "\n");
+        }
+    }
     if (const auto notice = sessionNotice()) {
         AppLogger.warning(notice->spanish);
         print(stderr, std::string(localized(language, notice->english, notice->spanish)) + "\n");
@@ -90,12 +96,10 @@ int runApplication(int& argc, char** argv, const command::Run& options, AppLangu
     const auto opened = openPlatform(argc, argv, options.configDirectory, language);
     if (const auto* status = std::get_if<int>(&opened)) return *status;
     const auto& platform = std::get<std::unique_ptr<Platform>>(opened);
-    complain(platform->userDefaults().problem, language);
     SmartButtonWindows windows = menuWindows(*platform);
     TrelvanApp app(*platform, windows, AppLogger);
-    complain(app.profileManager.problem.get(), language);
     app.appear();
-    reportStart(app, settings, language);
+    reportStart(app, settings, platform->userDefaults().problem.get(), language);
     const auto tellOfProblem = [&app](const std::optional<SettingsProblem>& problem) {
         if (!problem) return;
         app.notificationPoster.announce(StartReport::notificationKind, problem->englishText(),
@@ -136,6 +140,13 @@ int checkSettingsHere(const command::Check& request, AppLanguage language) {
         std::error_code ignored;
         return std::filesystem::exists(path, ignored);
     };
+    surroundings.obstacle = [desktop =
+                                 desktopAbilities()](ButtonAction action) -> std::optional<LocalizedString> {
+        auto english = obstacleTo(action, desktop, AppLanguage::english);
+        auto spanish = obstacleTo(action, desktop, AppLanguage::spanish);
+        if (!english || !spanish) return std::nullopt;
+        return LocalizedString{*std::move(english), *std::move(spanish)};
+    };
     return checkSettingsFile(request, surroundings, language);
 }
 
@@ -144,21 +155,19 @@ int recordEvents(int& argc, char** argv, const command::Record& options, AppLang
     const auto opened = openPlatform(argc, argv, options.configDirectory, language);
     if (const auto* status = std::get_if<int>(&opened)) return *status;
     const auto& platform = std::get<std::unique_ptr<Platform>>(opened);
-    complain(platform->userDefaults().problem, language);
     auto file = RecordingFile::create(options.script);
     if (!file) {
         const auto reason = localized(language, "cannot make a new file ", "no se puede crear el archivo ");
         print(stderr, "trelvan: " + std::string(reason) + "'" + options.script + "'\n");
         return exitStatus::badUsage;
     }
-    const auto privacy =
-        localized(language,
-                  ": recording pointer events, modifier states and what your active profile does; no key "
-                  "press and none "
-                  "of your names and paths is recorded. Control+C ends it.\n",
-                  ": se graban eventos del puntero, estados de modificadores y lo que hace tu perfil activo; "
-                  "no se graba "
-                  "ninguna tecla pulsada ni ninguno de tus nombres y rutas. Control+C termina.\n");
+    const auto privacy = localized(
+        language,
+        ": recording pointer events, modifier states and what your active profile does; no key "
+        "press and none "
+        "of your names and paths is recorded. Control+C ends it.\n",
+        ": se graban eventos del puntero, estados de modificadores y lo que hace tu perfil activo; "
+        "no se graba ninguna tecla pulsada ni ninguno de tus nombres y rutas. Control+C termina.\n");
     print(stderr, file->path() + std::string(privacy));
     Recorder recorder(
         {platform->eventTap(), platform->inputState(), platform->screens(), platform->userDefaults(),
@@ -170,9 +179,8 @@ int recordEvents(int& argc, char** argv, const command::Record& options, AppLang
         SmartButtonWindows windows = menuWindows(*platform);
         RecordingPanels panels(windows, recorder);
         TrelvanApp app(*platform, panels, AppLogger, &Uuid::random, &recorder);
-        complain(app.profileManager.problem.get(), language);
         app.appear();
-        reportStart(app, settings, language);
+        reportStart(app, settings, platform->userDefaults().problem.get(), language);
         status = platform->run();
     }
     return file->flush() ? status : exitStatus::unavailable;

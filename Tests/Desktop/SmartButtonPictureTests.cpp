@@ -32,17 +32,17 @@ class SmartButtonPictureTest : public SmartButtonTest {
     Settings pictured(const std::string& theme) {
         const auto found = applications(4);
         Settings settings = Settings().map(opener, "Smart Button").set("general_theme", theme);
-        const auto application = [&](std::size_t index) {
+        const auto entry = [&](std::size_t index) {
             if (index < found.size()) settings.menuApplication(found[index].first, found[index].second);
         };
         settings.menuApplication("Calculator", "/usr/bin/xcalc");
         settings.menuShortcut("Copy", keyC, control, "⌃C");
-        application(0);
+        entry(0);
         settings.menuShortcut("Paste as plain text", keyV, control | 0x20000, "⌃⇧V");
-        application(1);
-        application(2);
+        entry(1);
+        entry(2);
         settings.menuShortcut("Reopen closed tab", 17, control | 0x20000, "⌃⇧T");
-        application(3);
+        entry(3);
         return settings;
     }
     /// A part of the screen with the pointer, which the server leaves out of its pictures.

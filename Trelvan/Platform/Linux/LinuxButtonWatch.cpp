@@ -119,14 +119,15 @@ std::optional<PlatformFailure> watchButtons(const std::function<void(const SeenI
     auto opened = XConnection::open();
     if (auto* failure = std::get_if<PlatformFailure>(&opened)) return std::move(*failure);
     const auto& connection = *std::get<std::unique_ptr<XConnection>>(opened);
-    const int signals = openEndSignals();
+    const int endSignals = openEndSignals();
     ButtonWatch watch(connection, onInput);
     for (;;) {
         watch.drain();
-        std::array<pollfd, 2> waiting{pollfd{connection.descriptor(), POLLIN, 0}, pollfd{signals, POLLIN, 0}};
+        std::array<pollfd, 2> waiting{pollfd{connection.descriptor(), POLLIN, 0},
+                                      pollfd{endSignals, POLLIN, 0}};
         if (poll(waiting.data(), waiting.size(), -1) > 0 && (waiting[1].revents & POLLIN) != 0) break;
     }
-    close(signals);
+    close(endSignals);
     return std::nullopt;
 }
 

@@ -74,10 +74,8 @@ class Probe {
                     .flags = shortcut->second.flags,
                     .toInstall = {}};
         }
-        for (const auto& program : viewPrograms(desktop_, view)) {
-            if (isInstalled(program.command.front()))
-                return {.way = Way::program, .with = program.command.front(), .toInstall = {}};
-        }
+        if (const auto program = installedViewProgram(desktop_, view))
+            return {.way = Way::program, .with = program->command.front(), .toInstall = {}};
         if (!connection_ || !QDBusConnection::sessionBus().isConnected()) return {};
         return {.way = Way::nothing, .with = {}, .toInstall = std::string(programToInstall(view))};
     }

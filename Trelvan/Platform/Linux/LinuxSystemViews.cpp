@@ -33,6 +33,9 @@ std::vector<SystemView> LinuxSystemViews::offered() const {
                                        std::pair{SystemView::screenshotTool, hotkey::screenshotTool}}) {
         if (!screenshotCommand(desktop_, view).empty() && !hotKeys_.entry(hotKey)) add(view);
     }
+    for (const auto view : {SystemView::missionControl, SystemView::appExpose, SystemView::launchpad}) {
+        if (installedViewProgram(desktop_, view)) add(view);
+    }
     if (ScreenLock::isOffered()) add(SystemView::lockScreen);
     return views;
 }

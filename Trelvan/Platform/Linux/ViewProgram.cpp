@@ -52,6 +52,14 @@ std::vector<ViewProgram> viewPrograms(DesktopKind desktop, SystemView view) {
     return programs;
 }
 
+std::optional<ViewProgram> installedViewProgram(DesktopKind desktop, SystemView view) {
+    for (auto& program : viewPrograms(desktop, view)) {
+        if (!QStandardPaths::findExecutable(QString::fromStdString(program.command.front())).isEmpty())
+            return program;
+    }
+    return std::nullopt;
+}
+
 std::string_view programToInstall(SystemView view) {
     return viewPrograms(DesktopKind::other, view).empty() ? "" : commonProgram;
 }

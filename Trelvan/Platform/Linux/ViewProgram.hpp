@@ -4,6 +4,7 @@
 #include "Platform/SystemViews.hpp"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,9 @@ struct ViewProgram {
 /// The programs that show the view on the desktop, its own first. A view of one application's windows is the
 /// view of all, as none of them has another.
 [[nodiscard]] std::vector<ViewProgram> viewPrograms(DesktopKind desktop, SystemView view);
+
+/// The first of them that is installed; none when none is.
+[[nodiscard]] std::optional<ViewProgram> installedViewProgram(DesktopKind desktop, SystemView view);
 
 /// The program that shows the view on any desktop once it is installed; empty when there is none.
 [[nodiscard]] std::string_view programToInstall(SystemView view);
