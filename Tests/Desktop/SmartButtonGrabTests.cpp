@@ -11,7 +11,7 @@ namespace {
 
 constexpr Position middle{700, 440};
 constexpr int copyButton = 4;
-constexpr int returnButton = 5;
+constexpr int returnButton = 6;
 constexpr int keyReturn = 36;
 /// The menu, the keys and the devices are away within about a second of the next input, on a machine that
 /// others use too.

@@ -147,6 +147,7 @@ TapAnswer EventMonitor::handleButton(TapEvent& event) {
     publish({.type = buttonEventName(event.type),
              .buttonNumber = event.buttonNumber,
              .timestamp = ports_.clock.now()});
+    if (event.type == EventType::otherMouseDown) noteSession(event.buttonNumber);
     const bool isFollowing = ports_.tap.releasesFollowPresses();
     if (isFollowing && event.type == EventType::otherMouseUp) return handleFollowingUp(event);
     if (shouldBypassMapping(event)) {
@@ -164,13 +165,16 @@ TapAnswer EventMonitor::handleButton(TapEvent& event) {
     }
 }
 
+void EventMonitor::noteSession(std::int64_t buttonNumber) {
+    if (ports_.session.isUsable()) {
+        passedUnusable_.remove(buttonNumber);
+    } else {
+        passedUnusable_.insert(buttonNumber);
+    }
+}
+
 TapAnswer EventMonitor::handleOtherDown(const TapEvent& event) {
     pressedOtherButtons_.insert(event.buttonNumber);
-    if (ports_.session.isUsable()) {
-        passedUnusable_.remove(event.buttonNumber);
-    } else {
-        passedUnusable_.insert(event.buttonNumber);
-    }
     if (!offer(event.buttonNumber, event.flags)) {
         handledOtherButtonsOnDown_.remove(event.buttonNumber);
         return TapAnswer::deliver;
@@ -201,6 +205,7 @@ TapAnswer EventMonitor::handleFollowingUp(const TapEvent& event) {
             ShortText("Evento botón ", event.buttonNumber, " ya manejado en down; no se repite en up"));
         return TapAnswer::swallow;
     }
+    if (passedUnusable_.remove(event.buttonNumber)) return TapAnswer::deliver;
     if (!shouldBypassMapping(event) && offer(event.buttonNumber, event.flags)) {
         logger_.debug(ShortText("Evento botón ", event.buttonNumber,
                                 " consumido en up; pasa como su pulsación (passed)"));

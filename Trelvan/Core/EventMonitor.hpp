@@ -153,6 +153,8 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
 
     TapAnswer handle(TapEvent& event);
     TapAnswer handleButton(TapEvent& event);
+    /// Remembers of a press whether it was made where buttons do nothing: its release does nothing either.
+    void noteSession(std::int64_t buttonNumber);
     TapAnswer handleOtherDown(const TapEvent& event);
     TapAnswer handleOtherUp(const TapEvent& event);
     /// On a platform where the release goes the way of its press.
