@@ -1,5 +1,7 @@
 #include "Desktop/SmartButtonTest.hpp"
 
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <functional>
 #include <memory>
@@ -30,6 +32,11 @@ class SmartButtonGrabTest : public SmartButtonTest {
     void escape() {
         type(XK_Escape);
         EXPECT_TRUE(isClosed());
+    }
+    bool isNoKeyDown() {
+        std::array<char, 32> keys{};
+        XQueryKeymap(client().connection().get(), keys.data());
+        return std::ranges::all_of(keys, [](char eight) { return eight == 0; });
     }
     bool isGoneSoon() {
         return waitUntil([&] { return overlay() == 0; }, soon);
@@ -116,6 +123,7 @@ TEST_F(SmartButtonGrabTest, KeysPostedWhileTheMenuIsOpenReachTheApplication) {
     EXPECT_TRUE(waitUntil([&] { return isTaken(XK_Return); }));
     client().forget();
     type(XK_Right);
+    type(XK_Right);
     type(XK_Return);
     EXPECT_TRUE(client().waitForStroke({XK_v, ControlMask}, soon));
     EXPECT_TRUE(isClosed());
@@ -129,6 +137,8 @@ TEST_F(SmartButtonGrabTest, KeyPostedWhileAKeyOfTheMenuIsHeldReachesTheApplicati
     trackball().click(xButton(copyButton));
     EXPECT_TRUE(client().waitForStroke({XK_c, ControlMask}, soon));
     releaseKey(XK_Right);
+    // A key with Control is none of the menu's.
+    EXPECT_TRUE(waitUntil([&] { return isNoKeyDown(); }));
     escape();
 }
 

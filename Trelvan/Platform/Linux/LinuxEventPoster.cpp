@@ -144,6 +144,7 @@ void LinuxEventPoster::pressKey(int keycode, EventFlags flags) {
     held_.settle();
     held_.suspendAllBut(wanted, map_);
     if (map_.modifiersOf(keycode) == 0) {
+        liftUnwanted(wanted);
         pressMissing(keycode, wanted);
         // Shortcuts in a quick row overlap: one presses the key while the last still holds it, which the
         // server would not pass on.
@@ -152,6 +153,12 @@ void LinuxEventPoster::pressKey(int keycode, EventFlags flags) {
     held_.forgetBeforePress(keycode);
     ledger_.key(keycode, true);
     if (gap.isOpen()) XSync(connection_->display(), x11::no);
+}
+
+void LinuxEventPoster::liftUnwanted(unsigned wanted) {
+    for (const int modifier : map_.keycodes(~wanted & ModifierMap::all)) {
+        if (ledger_.isKeyDown(modifier) && (map_.modifiersOf(modifier) & wanted) == 0) lift(modifier);
+    }
 }
 
 void LinuxEventPoster::pressMissing(int keycode, unsigned wanted) {

@@ -58,6 +58,9 @@ class LinuxEventPoster : public EventPoster {
     void pressKey(int keycode, EventFlags flags);
     void releaseKey(int keycode);
     void lift(int keycode);
+    /// Lifts the modifier keys of another shortcut that is still under way; its own next key presses them
+    /// again.
+    void liftUnwanted(unsigned wanted);
     void pressMissing(int keycode, unsigned wanted);
     void moveTo(Pixel place);
 

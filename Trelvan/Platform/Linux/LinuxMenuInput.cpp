@@ -75,6 +75,8 @@ std::unique_ptr<MenuInput::Session> LinuxMenuInput::open(std::uintptr_t window, 
     window_ = window;
     entries_ = entries;
     down_.clear();
+    // Keys that were pressed for a menu in whose place this one opens are not for this one.
+    grabs_.letGo();
     grabKeys();
     return session;
 }

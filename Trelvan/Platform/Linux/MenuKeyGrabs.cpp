@@ -52,9 +52,11 @@ void MenuKeyGrabs::waitForServer() {
 }
 
 bool MenuKeyGrabs::hold(std::vector<Combination> combinations) {
-    letGo();
     const std::lock_guard lock(mutex_);
     if (!connect()) return false;
+    if (isHolding_ && held_ == combinations) return true;
+    // What was pressed already stays to be read: a key of another keyboard changes the map as it comes.
+    if (isHolding_) xcb_ungrab_key(connection_, XCB_GRAB_ANY, root_, XCB_MOD_MASK_ANY);
     held_ = std::move(combinations);
     page_.menuKeys = resource_;
     isHolding_ = true;

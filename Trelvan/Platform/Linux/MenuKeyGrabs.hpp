@@ -24,6 +24,7 @@ class MenuKeyGrabs {
     struct Combination {
         int keycode = 0;
         unsigned modifiers = 0;
+        friend bool operator==(const Combination&, const Combination&) = default;
     };
     struct KeyEvent {
         int keycode = 0;
@@ -37,8 +38,8 @@ class MenuKeyGrabs {
     MenuKeyGrabs& operator=(const MenuKeyGrabs&) = delete;
     ~MenuKeyGrabs();
 
-    /// Holds these and no others; a combination that another client has stays that client's. False when there
-    /// is no connection to be had. Main thread.
+    /// Holds these and no others, in the place of what is held; a combination that another client has stays
+    /// that client's. False when there is no connection to be had. Main thread.
     bool hold(std::vector<Combination> combinations);
     /// Gives all back, and waits until the server has done so. Main thread.
     void letGo();

@@ -12,6 +12,9 @@ namespace trelvan {
 /// Which of the server's eight modifiers mean what, as the keyboard mapping has it now.
 class ModifierMap {
   public:
+    /// The server's eight modifiers.
+    static constexpr unsigned all = 0xFF;
+
     /// Reads the mapping; asks the server.
     static ModifierMap read(_XDisplay* display);
 
