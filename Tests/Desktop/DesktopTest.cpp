@@ -1,6 +1,7 @@
 #include "Desktop/DesktopTest.hpp"
 
 #include <algorithm>
+#include <array>
 
 namespace trelvan::desktop {
 namespace {
@@ -86,6 +87,21 @@ std::string DesktopTest::wholeOutput() {
     passSentinel();
     EXPECT_TRUE(waitUntil([&] { return program().lines(line) > before; }));
     return program().output();
+}
+
+bool DesktopTest::isNoKeyDown() {
+    std::array<char, 32> keys{};
+    XQueryKeymap(client().connection().get(), keys.data());
+    return std::ranges::all_of(keys, [](char eight) { return eight == 0; });
+}
+
+void DesktopTest::activate(ClientWindow& window) {
+    auto& connection = window.connection();
+    connection.activate(window.window());
+    EXPECT_TRUE(waitUntil([&] {
+        return connection.property(connection.root(), "_NET_ACTIVE_WINDOW") ==
+               std::vector<long>{static_cast<long>(window.window())};
+    }));
 }
 
 std::vector<unsigned> DesktopTest::buttonsArrived() {

@@ -53,6 +53,11 @@ class DesktopTest : public testing::Test {
     void holdKey(KeySym key) { desktop().keyboard().keyDown(client().keyCode(key)); }
     void releaseKey(KeySym key) { desktop().keyboard().keyUp(client().keyCode(key)); }
 
+    /// Whether no key is down, of any keyboard's and of XTEST's.
+    bool isNoKeyDown();
+    /// Brings the window to the front and waits until the window manager says that it is there.
+    void activate(ClientWindow& window);
+
     /// The buttons pressed by now, without the sentinels.
     std::vector<unsigned> buttonsArrived();
 

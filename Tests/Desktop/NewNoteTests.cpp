@@ -126,8 +126,9 @@ TEST_F(NewNoteTest, EditorThatNamesItsStartIsKnownWhateverItsClass) {
     ClientWindow& editor = openEditor("Something-Else");
     EXPECT_TRUE(editor.strokes().empty());
     editor.connection().setText(editor.window(), "_NET_STARTUP_ID", id);
-    client().connection().activate(client().window());
-    editor.connection().activate(editor.window());
+    activate(client());
+    passSentinel();
+    activate(editor);
     EXPECT_TRUE(editor.waitForStroke(newDocument));
     EXPECT_TRUE(client().strokes().empty());
 }

@@ -161,6 +161,12 @@ TEST_F(SafetyTest, FunctionThatWasStoppedServesEveryPressAfterItsSecond) {
     const auto turnWheel = [this] { trackball().scrollVertical(1); };
     trip(extra, pressButton);
     trip(4, turnWheel);
+    // What fired before the stops is through when nothing more comes.
+    EXPECT_TRUE(waitUntil([&] {
+        client().forget();
+        return !client().waitFor([&](const auto&) { return !client().strokes().empty(); },
+                                 std::chrono::milliseconds{300});
+    }));
     // Both pauses are over once both fire again.
     const auto firesAgain = [&](const std::function<void()>& fire, KeyStroke stroke) {
         return waitUntil([&] {

@@ -1,7 +1,5 @@
 #include "Desktop/SmartButtonTest.hpp"
 
-#include <algorithm>
-#include <array>
 #include <csignal>
 #include <functional>
 #include <memory>
@@ -32,11 +30,6 @@ class SmartButtonGrabTest : public SmartButtonTest {
     void escape() {
         type(XK_Escape);
         EXPECT_TRUE(isClosed());
-    }
-    bool isNoKeyDown() {
-        std::array<char, 32> keys{};
-        XQueryKeymap(client().connection().get(), keys.data());
-        return std::ranges::all_of(keys, [](char eight) { return eight == 0; });
     }
     bool isGoneSoon() {
         return waitUntil([&] { return overlay() == 0; }, soon);

@@ -36,6 +36,9 @@ TEST_F(TerminalClassTest, ApplicationThatComesAfterATerminalGetsTheUsualOnes) {
     useClient(Protocol::core, "Alacritty");
     start(textActions());
     useClient(Protocol::core, "Mousepad");
+    activate(client());
+    // What the program is told after this it knows when the button comes.
+    passSentinel();
     trackball().click(copyButton);
     EXPECT_TRUE(client().waitForStroke({XK_c, ControlMask}));
     EXPECT_EQ(client().strokes(), (std::vector<KeyStroke>{{XK_c, ControlMask}}));
@@ -89,6 +92,7 @@ class XtermTest : public DesktopTest {
     }
     /// Types a letter on the hardware's keyboard: what was typed before it has arrived by then.
     std::string bytesWithMark() {
+        EXPECT_TRUE(waitUntil([&] { return isNoKeyDown(); }));
         desktop().keyboard().keyStroke(client().keyCode(XK_q));
         EXPECT_TRUE(waitUntil([&] { return bytes().ends_with('q'); })) << bytes();
         return bytes();
