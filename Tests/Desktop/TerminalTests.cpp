@@ -35,13 +35,15 @@ TEST_F(TerminalClassTest, TerminalInFrontGetsItsOwnCombinations) {
 TEST_F(TerminalClassTest, ApplicationThatComesAfterATerminalGetsTheUsualOnes) {
     useClient(Protocol::core, "Alacritty");
     start(textActions());
-    useClient(Protocol::core, "Mousepad");
-    activate(client());
-    // What the program is told after this it knows when the button comes.
-    passSentinel();
+    ClientWindow editor(desktop().displayName(), Protocol::core, "Editor", "Mousepad");
+    activate(editor);
+    // What the program is told before this it knows when the next button comes.
+    trackball().click(sentinelButton);
+    EXPECT_TRUE(editor.waitForButton(Kind::buttonRelease, sentinelButton, 1));
     trackball().click(copyButton);
-    EXPECT_TRUE(client().waitForStroke({XK_c, ControlMask}));
-    EXPECT_EQ(client().strokes(), (std::vector<KeyStroke>{{XK_c, ControlMask}}));
+    EXPECT_TRUE(editor.waitForStroke({XK_c, ControlMask}));
+    EXPECT_EQ(editor.strokes(), (std::vector<KeyStroke>{{XK_c, ControlMask}}));
+    EXPECT_TRUE(waitUntil([&] { return isNoKeyDown(); }));
 }
 
 /// A real xterm with a program in it that writes down every byte and signal that it gets.
