@@ -125,9 +125,10 @@ TEST_F(NewNoteTest, EditorThatNamesItsStartIsKnownWhateverItsClass) {
     id.pop_back();
     ClientWindow& editor = openEditor("Something-Else");
     EXPECT_TRUE(editor.strokes().empty());
-    editor.connection().setText(editor.window(), "_NET_STARTUP_ID", id);
+    // Named only once something else is in front: the program types as soon as it knows the window there.
     activate(client());
     passSentinel();
+    editor.connection().setText(editor.window(), "_NET_STARTUP_ID", id);
     activate(editor);
     EXPECT_TRUE(editor.waitForStroke(newDocument));
     EXPECT_TRUE(client().strokes().empty());
