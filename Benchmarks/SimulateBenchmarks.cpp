@@ -1,4 +1,4 @@
-#include "DryRun/Simulation.hpp"
+#include "Tools/Simulate/Simulation.hpp"
 
 #include <benchmark/benchmark.h>
 

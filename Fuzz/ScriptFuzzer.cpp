@@ -1,5 +1,5 @@
 #include "Core/Model/RecordJson.hpp"
-#include "DryRun/Simulation.hpp"
+#include "Tools/Simulate/Simulation.hpp"
 #include "Utilities/Fatal.hpp"
 
 #include <cstddef>

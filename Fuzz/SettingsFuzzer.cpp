@@ -1,4 +1,4 @@
-#include "Platform/Linux/SettingsJson.hpp"
+#include "Platform/Shared/SettingsJson.hpp"
 #include "Utilities/Fatal.hpp"
 
 #include <cstddef>

@@ -88,7 +88,7 @@ TEST_F(HostileSettingsTest, AnyValueUnderANumbersKey_LeavesTheProgramWithANumber
             SCOPED_TRACE(std::string(number.key) + ", kind " + std::to_string(value.index()));
             desktop.defaults.clear();
             desktop.defaults["keep_awake_enabled"] = true;
-            // The pointer is shaped on every road.
+            // The pointer is shaped on every pipeline.
             desktop.defaults["trackball_mouse_speed"] = 1.3;
             desktop.defaults["trackball_horizontal_scroll_enabled"] = true;
             desktop.defaults[number.key] = value;

@@ -60,7 +60,7 @@ class Reader {
     std::string_view pick(TextPair text) const { return localized(language_, text); }
 
     std::string say(TextPair what, std::string_view about) const {
-        return std::string(ShortText(pick(what), " '", about, "'").view());
+        return std::string(InlineText(pick(what), " '", about, "'").view());
     }
 
     command::BadUsage wrong(std::string message) const { return {std::move(message), row_->name}; }
@@ -127,7 +127,7 @@ class Reader {
             value = arguments_[at_++];
         if (!value || (value->empty() && option->kind != ValueKind::modifiers))
             return refuse(
-                std::string(ShortText(name, pick({" needs ", " necesita "}), nounOf(*option)).view()));
+                std::string(InlineText(name, pick({" needs ", " necesita "}), nounOf(*option)).view()));
         if (auto complaint = complaintAbout(*option, *value)) return refuse(*std::move(complaint));
         given_.add(*option, *value);
     }
@@ -203,13 +203,13 @@ class Reader {
     Complaint whatIsMissing() const {
         for (const auto& option : row_->options) {
             if (!option.required || given_.has(option.name)) continue;
-            return std::string(ShortText(row_->name, pick({" needs ", " necesita "}), option.name, " ",
-                                         pick(option.valueName))
+            return std::string(InlineText(row_->name, pick({" needs ", " necesita "}), option.name, " ",
+                                          pick(option.valueName))
                                    .view());
         }
         if (row_->argument && row_->argument->required && !given_.argument()) {
             return std::string(
-                ShortText(row_->name, pick({" needs ", " necesita "}), pick(row_->argument->noun)).view());
+                InlineText(row_->name, pick({" needs ", " necesita "}), pick(row_->argument->noun)).view());
         }
         return std::nullopt;
     }

@@ -19,13 +19,13 @@ std::string joined(const std::vector<std::string>& texts) {
 std::string shortText(const Findings& errors, AppLanguage language) {
     const Finding& first = errors.front();
     std::string text(
-        ShortText(localized(language, "The settings have an error, and the default profile is in use. Line ",
-                            "Los ajustes tienen un error y se usa el perfil por defecto. Línea "),
-                  first.position.line, ": ", first.text(language))
+        InlineText(localized(language, "The settings have an error, and the default profile is in use. Line ",
+                             "Los ajustes tienen un error y se usa el perfil por defecto. Línea "),
+                   first.position.line, ": ", first.text(language))
             .view());
     if (errors.size() > 1) {
-        text.append(ShortText(" (", localized(language, "and ", "y "), errors.size() - 1,
-                              localized(language, " more)", " más)"))
+        text.append(InlineText(" (", localized(language, "and ", "y "), errors.size() - 1,
+                               localized(language, " more)", " más)"))
                         .view());
     }
     return text;
@@ -34,9 +34,9 @@ std::string shortText(const Findings& errors, AppLanguage language) {
 }  // namespace
 
 std::string findingLine(const std::string& path, const Finding& finding, AppLanguage language) {
-    std::string line(ShortText(visible(path), ":", finding.position.line, ":", finding.position.column, ": ",
-                               nameOf(finding.severity, language), ": ", visible(finding.path),
-                               finding.path.empty() ? "" : ": ", finding.text(language), "\n")
+    std::string line(InlineText(visible(path), ":", finding.position.line, ":", finding.position.column, ": ",
+                                nameOf(finding.severity, language), ": ", visible(finding.path),
+                                finding.path.empty() ? "" : ": ", finding.text(language), "\n")
                          .view());
     if (!finding.allowed.empty()) {
         line.append(localized(language, "    allowed: ", "    se admite: "))
@@ -58,8 +58,8 @@ bool StartReport::tell(const SettingsText& settings) const {
 }
 
 void StartReport::tellFirstStart(const std::string& path) const {
-    logger.info(ShortText("Aún no hay ajustes; se guardarán en ", path));
-    print(ShortText(
+    logger.info(InlineText("Aún no hay ajustes; se guardarán en ", path));
+    print(InlineText(
         localized(language, "Welcome to Trelvan. Nothing is mapped yet; the settings will be in\n  ",
                   "Bienvenido a Trelvan. Aún no hay nada asignado; los ajustes estarán en\n  "),
         path,
@@ -72,9 +72,9 @@ void StartReport::tellFirstStart(const std::string& path) const {
 
 void StartReport::tellUntaken(const std::string& path, const Findings& errors) const {
     for (const auto& finding : errors) {
-        logger.warning(ShortText("Ajustes no aceptados: ", path, ":", finding.position.line, ":",
-                                 finding.position.column, ": ", finding.path, ": ",
-                                 finding.text(AppLanguage::spanish)));
+        logger.warning(InlineText("Ajustes no aceptados: ", path, ":", finding.position.line, ":",
+                                  finding.position.column, ": ", finding.path, ": ",
+                                  finding.text(AppLanguage::spanish)));
         printError(findingLine(path, finding, language));
     }
     printError(localized(language,

@@ -166,7 +166,7 @@ TEST_F(ButtonTest, KeyHeldDuringAnActionIsStillHeldAfterIt) {
     holdKey(XK_Shift_L);
     trackball().click(extra);
     EXPECT_TRUE(client().waitForStroke(paste));
-    // The keyboard takes another road than the trackball: type until the program has put the key back.
+    // The keyboard takes another pipeline than the trackball: type until the program has put the key back.
     const auto typed = [&](const std::vector<ClientEvent>& all) {
         return std::any_of(all.begin(), all.end(), [](const ClientEvent& event) {
             return event.kind == Kind::keyPress && event.key == XK_a && event.state == ShiftMask;

@@ -43,7 +43,7 @@ class DesktopTest : public testing::Test {
     void stop() { running.reset(); }
 
     /// Presses a button that no test maps and waits until it arrives: whatever the devices did before has
-    /// then arrived too, for all of it takes the same road. Where the pointer was at the press.
+    /// then arrived too, for all of it takes the same pipeline. Where the pointer was at the press.
     Position passSentinel();
     static constexpr int sentinelButton = 10;
 

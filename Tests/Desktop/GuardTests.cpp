@@ -104,7 +104,7 @@ class GuardTest : public DesktopTest {
     }
 
     /// The files in which programs keep what they hold.
-    int heldPages() {
+    int pressedStates() {
         int count = 0;
         for (const auto& entry : std::filesystem::directory_iterator(desktop().folder() / "run")) {
             count += entry.path().filename().string().starts_with("trelvan-held") ? 1 : 0;
@@ -377,10 +377,10 @@ TEST_F(GuardTest, GuardEndsWithTheProgramAndLeavesNoFile) {
     for (const int signal : {SIGTERM, SIGKILL}) {
         start(Settings().map(3, "Copiar"));
         const pid_t process = guard();
-        EXPECT_EQ(heldPages(), 1);
+        EXPECT_EQ(pressedStates(), 1);
         program().signal(signal);
         ASSERT_TRUE(program().waitForEnd().has_value());
-        EXPECT_TRUE(waitUntil([&] { return heldPages() == 0; }));
+        EXPECT_TRUE(waitUntil([&] { return pressedStates() == 0; }));
         // An orphan of the program is this process's to bury.
         EXPECT_TRUE(waitUntil([&] {
             endAdopted();
@@ -421,7 +421,7 @@ TEST_F(GuardTest, GuardThatDiedIsReplacedByOneThatServes) {
     program().signal(SIGKILL);
     ASSERT_TRUE(program().waitForEnd().has_value());
     expectNothingHeld();
-    EXPECT_TRUE(waitUntil([&] { return heldPages() == 0; }));
+    EXPECT_TRUE(waitUntil([&] { return pressedStates() == 0; }));
     EXPECT_TRUE(waitUntil([&] {
         endAdopted();
         return !isAlive(second);

@@ -75,7 +75,7 @@ class SmartButtonSurroundingsTest : public SmartButtonTest {
         start(twoShortcuts());
         EXPECT_TRUE(settings.waitForCall(
             "/org/freedesktop/portal/desktop Read org.gnome.desktop.interface enable-animations"));
-        // The answer is on its way: this call is answered after it on the same road.
+        // The answer is on its way: this call is answered after it on the same pipeline.
         passSentinel();
     }
 };

@@ -17,15 +17,15 @@ TEST(UserDefaultsTest, NumbersAndTruthValuesReadAsDouble) {
 }
 
 TEST(UserDefaultsTest, WhatIsStoredReadsAsTruthValue) {
-    EXPECT_EQ(asBool(std::nullopt), std::nullopt);
-    EXPECT_EQ(asBool(Value{false}), false);
-    EXPECT_EQ(asBool(Value{0.5}), true);
-    EXPECT_EQ(asBool(Value{std::int64_t{0}}), false);
+    EXPECT_EQ(looseBool(std::nullopt), std::nullopt);
+    EXPECT_EQ(looseBool(Value{false}), false);
+    EXPECT_EQ(looseBool(Value{0.5}), true);
+    EXPECT_EQ(looseBool(Value{std::int64_t{0}}), false);
     for (const char* text : {"yes", "YES", "true", "T", "1", "+2", " 1", "-3"})
-        EXPECT_EQ(asBool(Value{std::string(text)}), true) << text;
+        EXPECT_EQ(looseBool(Value{std::string(text)}), true) << text;
     for (const char* text : {"no", "false", "0", "", "maybe"})
-        EXPECT_EQ(asBool(Value{std::string(text)}), false) << text;
-    EXPECT_EQ(asBool(Value{Data{"yes"}}), false);
+        EXPECT_EQ(looseBool(Value{std::string(text)}), false) << text;
+    EXPECT_EQ(looseBool(Value{Data{"yes"}}), false);
 }
 
 TEST(UserDefaultsTest, OnlyTextsReadAsText) {
@@ -35,20 +35,20 @@ TEST(UserDefaultsTest, OnlyTextsReadAsText) {
 }
 
 TEST(UserDefaultsTest, OnlyTruthValuesReadAsNothingElse) {
-    EXPECT_EQ(onlyBool(Value{true}), true);
-    EXPECT_EQ(onlyBool(Value{false}), false);
-    EXPECT_EQ(onlyBool(Value{1.0}), std::nullopt);
-    EXPECT_EQ(onlyBool(Value{std::int64_t{0}}), std::nullopt);
-    EXPECT_EQ(onlyBool(Value{std::string("true")}), std::nullopt);
-    EXPECT_EQ(onlyBool(std::nullopt), std::nullopt);
+    EXPECT_EQ(strictBool(Value{true}), true);
+    EXPECT_EQ(strictBool(Value{false}), false);
+    EXPECT_EQ(strictBool(Value{1.0}), std::nullopt);
+    EXPECT_EQ(strictBool(Value{std::int64_t{0}}), std::nullopt);
+    EXPECT_EQ(strictBool(Value{std::string("true")}), std::nullopt);
+    EXPECT_EQ(strictBool(std::nullopt), std::nullopt);
 }
 
 TEST(UserDefaultsTest, OnlyNumbersReadAsNumber) {
-    EXPECT_EQ(onlyNumber(Value{1.5}), 1.5);
-    EXPECT_EQ(onlyNumber(Value{std::int64_t{3}}), 3.0);
-    EXPECT_EQ(onlyNumber(Value{true}), std::nullopt);
-    EXPECT_EQ(onlyNumber(Value{std::string("1.5")}), std::nullopt);
-    EXPECT_EQ(onlyNumber(std::nullopt), std::nullopt);
+    EXPECT_EQ(strictNumber(Value{1.5}), 1.5);
+    EXPECT_EQ(strictNumber(Value{std::int64_t{3}}), 3.0);
+    EXPECT_EQ(strictNumber(Value{true}), std::nullopt);
+    EXPECT_EQ(strictNumber(Value{std::string("1.5")}), std::nullopt);
+    EXPECT_EQ(strictNumber(std::nullopt), std::nullopt);
 }
 
 }  // namespace

@@ -26,7 +26,8 @@ class HotPath {
         for (int index = 0; index < mappings; ++index) {
             ButtonMapping mapping;
             mapping.buttonNumber = 2 + index;
-            // Handled to the end without a key sequence, so that the road to the action is what is measured.
+            // Handled to the end without a key sequence, so that the pipeline to the action is what is
+            // measured.
             mapping.action = ButtonAction::customShortcut;
             profile.mappings.push_back(mapping);
         }

@@ -43,7 +43,7 @@ TEST(RadialNavigation, NothingAhead_LeadsNowhere) {
 }
 
 TEST(RadialNavigation, EveryEntryOfEveryMenu_IsReachedByArrows) {
-    for (std::size_t count = 1; count <= RadialLayout::mostEntries; ++count) {
+    for (std::size_t count = 1; count <= RadialLayout::maxEntries; ++count) {
         const auto layout = layoutOf(count);
         std::set<std::size_t> reached;
         std::vector<std::optional<std::size_t>> next{std::nullopt};

@@ -70,15 +70,15 @@ TEST(TextTest, LongTextsAreWrittenVisiblyToTheEnd) {
 }
 
 TEST(ShortTextTest, JoinsTextsAndNumbersWithoutBlanks) {
-    EXPECT_EQ(ShortText("a", -101, "b", std::numeric_limits<std::int64_t>::min()).view(),
+    EXPECT_EQ(InlineText("a", -101, "b", std::numeric_limits<std::int64_t>::min()).view(),
               "a-101b-9223372036854775808");
-    EXPECT_EQ(ShortText().view(), "");
+    EXPECT_EQ(InlineText().view(), "");
 }
 
 TEST(ShortTextTest, GrowsPastItsInlineCapacity) {
-    const std::string half(ShortText::inlineCapacity - 1, 'x');
-    EXPECT_EQ(ShortText(half, "ab", "c").view(), half + "abc");
-    EXPECT_EQ(ShortText(half, "a").view(), half + "a");
+    const std::string half(InlineText::inlineCapacity - 1, 'x');
+    EXPECT_EQ(InlineText(half, "ab", "c").view(), half + "abc");
+    EXPECT_EQ(InlineText(half, "a").view(), half + "a");
 }
 
 }  // namespace

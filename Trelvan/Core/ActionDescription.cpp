@@ -60,7 +60,7 @@ class Describer {
   private:
     void say(TextPair before, std::string_view middle = {}, TextPair after = {}) {
         sentences_.emplace_back(
-            ShortText(localized(language_, before), middle, localized(language_, after)).view());
+            InlineText(localized(language_, before), middle, localized(language_, after)).view());
     }
 
     void describeShortcut(ButtonAction action, KeyChord chord) {

@@ -35,7 +35,7 @@ bool ButtonMapper::execute(std::int64_t buttonNumber, EventFlags eventFlags) {
     const auto profile = profile_();
     const auto group = profile->mappings(buttonNumber);
     if (group.empty()) {
-        logger_.debug(ShortText("Botón ", buttonNumber, " sin mapeo registrado"));
+        logger_.debug(InlineText("Botón ", buttonNumber, " sin mapeo registrado"));
         return false;
     }
     if (isScrollButton(buttonNumber)) return executeScroll(*profile, group, flags);
@@ -44,9 +44,9 @@ bool ButtonMapper::execute(std::int64_t buttonNumber, EventFlags eventFlags) {
     if (isOwnClick(mapping)) return executeAlternate(mapping, flags);
 
     const auto [action, slot] = resolvedAction(mapping, flags);
-    logger_.info(ShortText("Ejecutando '", rawValue(action),
-                           action == mapping.action ? "' para botón " : "' (alterna) para botón ",
-                           buttonNumber));
+    logger_.info(InlineText("Ejecutando '", rawValue(action),
+                            action == mapping.action ? "' para botón " : "' (alterna) para botón ",
+                            buttonNumber));
     performAction(action, mapping, slot);
     return action != ButtonAction::none;
 }
@@ -58,7 +58,7 @@ bool ButtonMapper::executeScroll(const ProfileSnapshot& profile, std::span<const
         const auto [action, slot] = resolvedAction(mapping, flags);
         if (action == ButtonAction::none) continue;
         logger_.info(
-            ShortText("Ejecutando '", rawValue(action), "' para scroll '", mapping.buttonLabel, "'"));
+            InlineText("Ejecutando '", rawValue(action), "' para scroll '", mapping.buttonLabel, "'"));
         performAction(action, mapping, slot);
         return true;
     }
@@ -69,8 +69,8 @@ bool ButtonMapper::executeScroll(const ProfileSnapshot& profile, std::span<const
 bool ButtonMapper::executeAlternate(const ButtonMapping& mapping, EventFlags flags) {
     const auto resolved = resolvedAlternateAction(mapping, flags);
     if (!resolved) return false;
-    logger_.info(ShortText("Ejecutando '", rawValue(resolved->action), "' (adicional) para botón ",
-                           mapping.buttonNumber));
+    logger_.info(InlineText("Ejecutando '", rawValue(resolved->action), "' (adicional) para botón ",
+                            mapping.buttonNumber));
     performAction(resolved->action, mapping, resolved->slot);
     return true;
 }
@@ -179,7 +179,7 @@ void ButtonMapper::sendCatalogueShortcut(ButtonAction action, KeyChord chord) {
 
 void ButtonMapper::sendToTerminal(ButtonAction action, const TerminalShortcuts& terminal) {
     if (const auto chord = shortcutInTerminal(action, terminal)) return simulateKey(*chord);
-    logger_.info(ShortText(
+    logger_.info(InlineText(
         "'", rawValue(action), "' no envía nada a ", terminal.windowClass,
         action == ButtonAction::undo ? ": un terminal no deshace" : ": lo seleccionado ya está copiado"));
 }
@@ -286,7 +286,7 @@ void ButtonMapper::openLaunchpadDirectly() {
 }
 
 void ButtonMapper::triggerMoveDesktop(KeyCode keyCode) {
-    logger_.debug(ShortText("Intentando mover escritorio keyCode=", keyCode));
+    logger_.debug(InlineText("Intentando mover escritorio keyCode=", keyCode));
     ports_.background.async([weak = weak_from_this(), keyCode] {
         const auto self = weak.lock();
         if (!self || !self->ports_.session.isUsable()) return;
@@ -332,11 +332,11 @@ InputSequence ButtonMapper::desktopMoveCascade(KeyCode keyCode) {
 }
 
 bool ButtonMapper::triggerDesktopMoveViaAppleScript(KeyCode keyCode) {
-    const ShortText source("tell application \"System Events\"\n    key code ", keyCode,
-                           " using control down\nend tell");
+    const InlineText source("tell application \"System Events\"\n    key code ", keyCode,
+                            " using control down\nend tell");
     const auto result = ports_.scripts.run(source);
     if (result.status == ScriptResult::Status::failed)
-        logger_.warning(ShortText("AppleScript mover escritorio falló: ", result.error));
+        logger_.warning(InlineText("AppleScript mover escritorio falló: ", result.error));
     return result.status == ScriptResult::Status::ran;
 }
 
@@ -344,7 +344,7 @@ bool ButtonMapper::triggerDesktopMoveViaAppleScript(KeyCode keyCode) {
 
 std::optional<std::string> ButtonMapper::findApp(std::string_view bundleID) const {
     auto path = ports_.workspace.applicationPath(bundleID);
-    if (!path) logger_.warning(ShortText("App no encontrada: ", bundleID));
+    if (!path) logger_.warning(InlineText("App no encontrada: ", bundleID));
     return path;
 }
 
@@ -386,7 +386,7 @@ void ButtonMapper::triggerDictation(const CustomShortcut& shortcut) {
 void ButtonMapper::launchApp(const std::string& path) {
     if (path.empty()) return;
     ports_.workspace.openApplication(path);
-    logger_.info(ShortText("Abriendo app: ", lastPathComponent(path)));
+    logger_.info(InlineText("Abriendo app: ", lastPathComponent(path)));
 }
 
 void ButtonMapper::showSmartButton() {

@@ -47,7 +47,7 @@ std::int32_t inThirtyTwoBits(std::int64_t delta) {
 
 EventMonitor::EventMonitor(const Ports& ports, PermissionsProvider permissions, Logger& logger)
     : ports_(ports), permissions_(std::move(permissions)), logger_(logger) {
-    publishHop_ = ports_.mainQueue.makeHop([this] { deliverPublished(); });
+    publishTask_ = ports_.mainQueue.makeCoalescedTask([this] { deliverPublished(); });
     const auto say = [this](bool usable) {
         logger_.info(usable ? "La sesión vuelve a estar en uso: los botones actúan de nuevo"
                             : "Sesión bloqueada o en segundo plano: los botones no actúan");
@@ -180,7 +180,7 @@ TapAnswer EventMonitor::handleOtherDown(const TapEvent& event) {
         return TapAnswer::deliver;
     }
     handledOtherButtonsOnDown_.insert(event.buttonNumber);
-    logger_.debug(ShortText("Evento botón ", event.buttonNumber, " consumido en down (swallowed)"));
+    logger_.debug(InlineText("Evento botón ", event.buttonNumber, " consumido en down (swallowed)"));
     return TapAnswer::swallow;
 }
 
@@ -188,13 +188,13 @@ TapAnswer EventMonitor::handleOtherUp(const TapEvent& event) {
     pressedOtherButtons_.remove(event.buttonNumber);
     if (handledOtherButtonsOnDown_.remove(event.buttonNumber)) {
         logger_.debug(
-            ShortText("Evento botón ", event.buttonNumber, " ya manejado en down; no se repite en up"));
+            InlineText("Evento botón ", event.buttonNumber, " ya manejado en down; no se repite en up"));
         return TapAnswer::swallow;
     }
     if (passedUnusable_.remove(event.buttonNumber)) return TapAnswer::deliver;
     // A press that was declined is offered once more on release.
     if (!offer(event.buttonNumber, event.flags)) return TapAnswer::deliver;
-    logger_.debug(ShortText("Evento botón ", event.buttonNumber, " consumido (swallowed)"));
+    logger_.debug(InlineText("Evento botón ", event.buttonNumber, " consumido (swallowed)"));
     return TapAnswer::swallow;
 }
 
@@ -202,13 +202,13 @@ TapAnswer EventMonitor::handleFollowingUp(const TapEvent& event) {
     pressedOtherButtons_.remove(event.buttonNumber);
     if (handledOtherButtonsOnDown_.remove(event.buttonNumber)) {
         logger_.debug(
-            ShortText("Evento botón ", event.buttonNumber, " ya manejado en down; no se repite en up"));
+            InlineText("Evento botón ", event.buttonNumber, " ya manejado en down; no se repite en up"));
         return TapAnswer::swallow;
     }
     if (passedUnusable_.remove(event.buttonNumber)) return TapAnswer::deliver;
     if (!shouldBypassMapping(event) && offer(event.buttonNumber, event.flags)) {
-        logger_.debug(ShortText("Evento botón ", event.buttonNumber,
-                                " consumido en up; pasa como su pulsación (passed)"));
+        logger_.debug(InlineText("Evento botón ", event.buttonNumber,
+                                 " consumido en up; pasa como su pulsación (passed)"));
     }
     return TapAnswer::deliver;
 }
@@ -232,7 +232,7 @@ TapAnswer EventMonitor::handleScroll(TapEvent& event) {
     if (const std::int64_t delta = vertical != 0 ? vertical : horizontal; delta != 0) {
         const std::int64_t button = delta >= 1 ? scrollUpButtonNumber : scrollDownButtonNumber;
         if (offer(button, event.flags)) {
-            logger_.debug(ShortText("Evento scroll virtual ", button, " consumido (swallowed)"));
+            logger_.debug(InlineText("Evento scroll virtual ", button, " consumido (swallowed)"));
             return TapAnswer::swallow;
         }
     }
@@ -292,9 +292,9 @@ void EventMonitor::publish(const MouseEventInfo& record) {
     if (debugMode) {
         if (record.type == "scrollWheel") {
             logger_.debug(
-                ShortText("[", record.type, "] dx=", record.scrollDeltaX, " dy=", record.scrollDeltaY));
+                InlineText("[", record.type, "] dx=", record.scrollDeltaX, " dy=", record.scrollDeltaY));
         } else {
-            logger_.debug(ShortText("[", record.type, "] button=", record.buttonNumber));
+            logger_.debug(InlineText("[", record.type, "] button=", record.buttonNumber));
         }
     }
     pending_[(pendingStart_ + pendingCount_) % pending_.size()] = record;
@@ -303,7 +303,7 @@ void EventMonitor::publish(const MouseEventInfo& record) {
     } else {
         pendingStart_ = (pendingStart_ + 1) % pending_.size();
     }
-    publishHop_->request();
+    publishTask_->request();
 }
 
 void EventMonitor::deliverPublished() {
@@ -359,7 +359,8 @@ void EventMonitor::followOutsideChange(const UserDefaults::Keys& keys) {
 }
 
 void EventMonitor::loadSwitch(const SwitchProperty& property) {
-    if (const auto stored = asBool(ports_.defaults.object(property.row.key))) this->*property.value = *stored;
+    if (const auto stored = looseBool(ports_.defaults.object(property.row.key)))
+        this->*property.value = *stored;
 }
 
 void EventMonitor::loadNumber(const NumberProperty& property) {

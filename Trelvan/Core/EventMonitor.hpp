@@ -202,7 +202,7 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     std::array<MouseEventInfo, 64> pending_;
     std::size_t pendingStart_ = 0;
     std::size_t pendingCount_ = 0;
-    std::unique_ptr<MainQueue::Hop> publishHop_;
+    std::unique_ptr<MainQueue::CoalescedTask> publishTask_;
     Subscription sessionObserver_;
 };
 

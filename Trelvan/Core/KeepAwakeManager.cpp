@@ -12,7 +12,7 @@ constexpr double secondsInMinute = 60.0;
 constexpr double edgeMargin = 2.0;
 
 double storedMinutes(const UserDefaults& defaults, const SettingRow& row) {
-    return row.accepted(onlyNumber(defaults.object(row.key))).value_or(row.initial);
+    return row.accepted(strictNumber(defaults.object(row.key))).value_or(row.initial);
 }
 
 AutoStopPreset storedPreset(const UserDefaults& defaults) {
@@ -48,7 +48,7 @@ KeepAwakeManager::KeepAwakeManager(const Ports& ports)
 
 void KeepAwakeManager::loadSettings() {
     const auto& defaults = ports_.defaults;
-    isEnabled = onlyBool(defaults.object(enabledKey)).value_or(setting::keepAwakeEnabled.isOn);
+    isEnabled = strictBool(defaults.object(enabledKey)).value_or(setting::keepAwakeEnabled.isOn);
     idleThresholdMinutes = storedMinutes(defaults, setting::idleThresholdMinutes);
     moveEveryMinutes = storedMinutes(defaults, setting::moveEveryMinutes);
     autoStopPreset = storedPreset(defaults);
@@ -61,7 +61,7 @@ void KeepAwakeManager::followOutsideChange(const UserDefaults::Keys& keys) {
     if (contains(keys, moveEveryKey)) moveEveryMinutes = storedMinutes(defaults, setting::moveEveryMinutes);
     const bool wasEnabled = isEnabled;
     if (contains(keys, enabledKey))
-        isEnabled = onlyBool(defaults.object(enabledKey)).value_or(setting::keepAwakeEnabled.isOn);
+        isEnabled = strictBool(defaults.object(enabledKey)).value_or(setting::keepAwakeEnabled.isOn);
     const auto preset = storedPreset(defaults);
     const bool isOtherPreset = contains(keys, autoStopPresetKey) && preset != autoStopPreset.get();
     if (isOtherPreset) autoStopPreset = preset;

@@ -9,7 +9,7 @@ LaunchAtLoginManager::LaunchAtLoginManager(LoginItem& item, Logger& logger) : it
 
 void LaunchAtLoginManager::toggle() {
     const auto error = isEnabled ? item_.unregisterItem() : item_.registerItem();
-    if (error) logger_.error(ShortText("LaunchAtLogin: ", *error));
+    if (error) logger_.error(InlineText("LaunchAtLogin: ", *error));
     refresh();
 }
 

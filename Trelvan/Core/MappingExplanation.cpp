@@ -52,7 +52,7 @@ class Explainer {
     std::string_view pick(Pair pair) const { return localized(language_, pair.english, pair.spanish); }
     void say(Pair before, std::string_view middle = {}, Pair after = {}) {
         // Names and paths of the user's are among them.
-        result_.why.push_back(visible(ShortText(pick(before), middle, pick(after))));
+        result_.why.push_back(visible(InlineText(pick(before), middle, pick(after))));
     }
     std::string labelOf(ButtonAction action) const { return std::string(label(action, rawValue(language_))); }
 
@@ -112,8 +112,8 @@ class Explainer {
 
     void saySlot(const ButtonMapping& mapping, FunctionSlot slot) {
         const auto number = static_cast<int>(slot) + 1;
-        const std::string head = std::string(ShortText(pick({"Function ", "Función "}), number, " ('",
-                                                       labelOf(actionOf(mapping, slot)), "'): ")
+        const std::string head = std::string(InlineText(pick({"Function ", "Función "}), number, " ('",
+                                                        labelOf(actionOf(mapping, slot)), "'): ")
                                                  .view());
         if (slot != FunctionSlot::primary && actionOf(mapping, slot) == ButtonAction::none) {
             say({head, head},

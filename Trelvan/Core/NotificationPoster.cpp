@@ -41,7 +41,7 @@ void NotificationPoster::post(std::string_view kind, std::string title, std::str
 }
 
 bool wantsNotifications(const UserDefaults& defaults, std::string_view key) {
-    return onlyBool(defaults.object(key)).value_or(true);
+    return strictBool(defaults.object(key)).value_or(true);
 }
 
 }  // namespace trelvan

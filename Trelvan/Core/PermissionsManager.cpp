@@ -11,13 +11,14 @@ void PermissionsManager::refresh() {
     const bool granted = trust_.isTrusted();
     accessibilityGranted = granted;
     if (lastLoggedAccessibilityGranted_ == granted) return;
-    logger_.info(ShortText("Accesibilidad: ", granted ? "concedida ✅" : "denegada ❌"));
+    logger_.info(InlineText("Accesibilidad: ", granted ? "concedida ✅" : "denegada ❌"));
     lastLoggedAccessibilityGranted_ = granted;
 }
 
 void PermissionsManager::requestIfNeeded() {
     accessibilityGranted = trust_.requestTrust();
-    logger_.info(ShortText("Permiso solicitado. Resultado: ", accessibilityGranted.get() ? "true" : "false"));
+    logger_.info(
+        InlineText("Permiso solicitado. Resultado: ", accessibilityGranted.get() ? "true" : "false"));
 }
 
 void PermissionsManager::requestAutomationPermissionIfNeeded() {
@@ -29,7 +30,7 @@ void PermissionsManager::requestAutomationPermissionIfNeeded() {
             logger_.info("Automatización con System Events disponible ✅");
             return;
         case ScriptResult::Status::failed:
-            logger_.warning(ShortText("Automatización no concedida todavía: ", result.error));
+            logger_.warning(InlineText("Automatización no concedida todavía: ", result.error));
             return;
     }
 }

@@ -84,7 +84,7 @@ void ProfileManager::loadActive() {
     if (!active || !indexOf(*active)) active = profiles->front().id;
     putActiveProfileID(active);
     logger_.info(
-        ShortText("Perfiles cargados: ", profiles->size(), ". Activo: '", activeProfile().name, "'"));
+        InlineText("Perfiles cargados: ", profiles->size(), ". Activo: '", activeProfile().name, "'"));
 }
 
 std::optional<ProfileManager::Profiles> ProfileManager::storedProfiles(std::string_view instead) {
@@ -111,8 +111,8 @@ void ProfileManager::keepUnreadable(const DefaultsValue& stored, const CodingErr
     unreadable_ = bytesOf(stored);
     const std::string reason =
         std::holds_alternative<Data>(stored) ? placeOf(error) : "el valor no es de tipo datos";
-    logger_.warning(ShortText("No se pudieron leer los perfiles guardados: ", reason, ". ", instead,
-                              " y se conservan los datos"));
+    logger_.warning(InlineText("No se pudieron leer los perfiles guardados: ", reason, ". ", instead,
+                               " y se conservan los datos"));
     const auto place = defaults_.locate(storageKey, error.path);
     problem =
         SettingsProblem{place.value_or(SettingsPlace{std::string(storageKey), {.line = 0, .column = 0}}),
@@ -126,7 +126,7 @@ bool ProfileManager::putUnreadableAside() {
         logger_.error("No se pudieron copiar los perfiles ilegibles; no se guardan los cambios");
         return false;
     }
-    logger_.warning(ShortText("Los perfiles ilegibles se han copiado en '", *place, "'"));
+    logger_.warning(InlineText("Los perfiles ilegibles se han copiado en '", *place, "'"));
     unreadable_.reset();
     return true;
 }
@@ -170,7 +170,7 @@ void ProfileManager::setActive(const TrackballProfile& profile) {
     const Uuid id = profile.id;
     putActiveProfileID(id);
     defaults_.set(activeKey, id.text());
-    logger_.info(ShortText("Perfil activo: '", name, "'"));
+    logger_.info(InlineText("Perfil activo: '", name, "'"));
 }
 
 TrackballProfile ProfileManager::createProfile(std::string name) {
@@ -179,7 +179,7 @@ TrackballProfile ProfileManager::createProfile(std::string name) {
     created.name = std::move(name);
     profiles.update([&](Profiles& all) { all.push_back(created); });
     save();
-    logger_.info(ShortText("Perfil creado: '", created.name, "'"));
+    logger_.info(InlineText("Perfil creado: '", created.name, "'"));
     return created;
 }
 
@@ -189,7 +189,7 @@ void ProfileManager::rename(const Uuid& profileID, std::string_view newName) {
     if (name.empty() || !index) return;
     changeProfile(*index, [&](TrackballProfile& profile) { profile.name = name; });
     save();
-    logger_.info(ShortText("Perfil renombrado: '", name, "'"));
+    logger_.info(InlineText("Perfil renombrado: '", name, "'"));
 }
 
 TrackballProfile ProfileManager::duplicate(const TrackballProfile& profile) {
@@ -217,7 +217,7 @@ void ProfileManager::deleteProfile(const Uuid& profileID) {
     putProfiles(std::move(changed));
     if (activeProfileID.get() == removed) putActiveProfileID(profiles->front().id);
     save();
-    logger_.info(ShortText("Perfil eliminado: '", name, "'"));
+    logger_.info(InlineText("Perfil eliminado: '", name, "'"));
 }
 
 void ProfileManager::updateMapping(ButtonMapping mapping, const Uuid& profileID) {
@@ -242,7 +242,7 @@ void ProfileManager::addExtraButtonMapping(std::int64_t buttonNumber) {
     if (profiles->empty()) return;
     const auto& numbers = columns(activeIndex()).numbers();
     if (std::ranges::find(numbers, buttonNumber) != numbers.end()) return;
-    appendToActive(buttonNumber, std::string(ShortText("Botón extra ", buttonNumber - 1).view()));
+    appendToActive(buttonNumber, std::string(InlineText("Botón extra ", buttonNumber - 1).view()));
 }
 
 void ProfileManager::addScrollMappings() {
@@ -256,7 +256,7 @@ void ProfileManager::addScrollMappings() {
         return isScrollButton(each) && isEvenButton(each) == isEvenButton(number);
     });
     const std::string_view direction = isEvenButton(number) ? "Scroll Up " : "Scroll Down ";
-    appendToActive(number, std::string(ShortText(direction, sameDirection + 1).view()));
+    appendToActive(number, std::string(InlineText(direction, sameDirection + 1).view()));
 }
 
 void ProfileManager::appendToActive(std::int64_t buttonNumber, std::string label) {

@@ -48,7 +48,7 @@ std::optional<TransferError> ProfileManager::exportBackup(Files& files, const st
     if (!text) return TransferError{.text = text.error().text(), .kind = std::nullopt};
     if (auto error = files.write(path, *text))
         return TransferError{.text = std::move(error->text), .kind = std::nullopt};
-    logger_.info(ShortText("Backup exportado a JSON: ", path));
+    logger_.info(InlineText("Backup exportado a JSON: ", path));
     return std::nullopt;
 }
 
@@ -66,7 +66,7 @@ std::int64_t ProfileManager::replaceProfiles(Profiles incoming,
     const Uuid active = isThere ? *preferredActiveID : profiles->front().id;
     putActiveProfileID(active);
     defaults_.set(activeKey, active.text());
-    logger_.info(ShortText("Backup importado. Perfiles reemplazados: ", profiles->size()));
+    logger_.info(InlineText("Backup importado. Perfiles reemplazados: ", profiles->size()));
     return static_cast<std::int64_t>(profiles->size());
 }
 
@@ -91,7 +91,7 @@ std::variant<std::int64_t, TransferError> ProfileManager::addProfiles(std::strin
     }
     putProfiles(std::move(all));
     save();
-    logger_.info(ShortText("Perfiles importados desde JSON: ", incoming->size()));
+    logger_.info(InlineText("Perfiles importados desde JSON: ", incoming->size()));
     return static_cast<std::int64_t>(incoming->size());
 }
 

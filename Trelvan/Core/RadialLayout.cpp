@@ -23,7 +23,7 @@ RadialLayout RadialLayout::make(BottomLeftPoint pointer, const BottomLeftRect& s
     const Point onOverlay = countedFromTop({pointer.x - screen.x, pointer.y}, screen.maxY());
     layout.centre = {keptInside(onOverlay.x, margin, screen.width),
                      keptInside(onOverlay.y, margin, screen.height)};
-    const std::size_t shown = std::min(entryCount, mostEntries);
+    const std::size_t shown = std::min(entryCount, maxEntries);
     for (std::size_t index = 0; index < shown; ++index) {
         const double angle = 2 * std::numbers::pi * static_cast<double>(index) / static_cast<double>(shown) -
                              std::numbers::pi / 2;

@@ -11,7 +11,7 @@ namespace trelvan {
 /// Pure arithmetic; knows nothing of windows.
 struct RadialLayout {
     /// More entries than this are not shown.
-    static constexpr std::size_t mostEntries = 8;
+    static constexpr std::size_t maxEntries = 8;
     /// Distance of the entries' centres from the menu's centre.
     static constexpr double defaultRadius = 138;
     /// Radius of the ring behind the entries.

@@ -37,7 +37,7 @@ constexpr std::array<bool Settings::*, 3> shapingSwitches{
 AppSettingsSnapshot SettingsTransfer::current() const {
     Settings settings;
     for (const auto& [key, member] : storedSwitches)
-        settings.*member = onlyBool(defaults_.object(key)).value_or(settings.*member);
+        settings.*member = strictBool(defaults_.object(key)).value_or(settings.*member);
     for (const auto& [key, member] : storedTexts)
         settings.*member = asText(defaults_.object(key)).value_or(settings.*member);
     for (std::size_t index = 0; index < shapingNumbers.size(); ++index)

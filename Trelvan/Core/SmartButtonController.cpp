@@ -70,10 +70,10 @@ void SmartButtonController::launch(const SmartButtonApp& app) {
     const bool isApplication = chosen.kind == SmartButtonItemKind::application;
     const bool isMissing = isApplication && !ports_.workspace.exists(chosen.path);
     if (isMissing) {
-        logger_.warning(ShortText("Smart Button: no se encontró ", chosen.path));
+        logger_.warning(InlineText("Smart Button: no se encontró ", chosen.path));
     } else if (isApplication) {
         ports_.workspace.openApplication(chosen.path);
-        logger_.info(ShortText("Smart Button abrió ", chosen.name));
+        logger_.info(InlineText("Smart Button abrió ", chosen.name));
     } else {
         sendShortcut(chosen);
     }
@@ -96,7 +96,7 @@ void SmartButtonController::sendShortcut(const SmartButtonApp& app) {
                 if (event) poster.post(*event, TapLocation::hid);
             }
         });
-    logger_.info(ShortText("Smart Button ejecutó shortcut ", app.name));
+    logger_.info(InlineText("Smart Button ejecutó shortcut ", app.name));
 }
 
 void SmartButtonController::openApplications() {
@@ -114,8 +114,8 @@ void SmartButtonController::openEditor() {
     ports_.mainQueue.async([weak = std::weak_ptr(alive_)] {
         const auto controller = weak.lock();
         if (!controller) return;
-        auto& wishes = (*controller)->openSmartButtonSettings;
-        wishes = wishes.get() + 1;
+        auto& requests = (*controller)->openSmartButtonSettings;
+        requests = requests.get() + 1;
     });
 }
 

@@ -42,7 +42,7 @@ class SmartButtonController final : public SmartButtonMenu {
 
     /// Whether the menu is open.
     PublishedBy<bool, SmartButtonController> isShown;
-    /// Counts the wishes to see the Smart Button's page of the settings, once the editor is open.
+    /// Counts the requests to see the Smart Button's page of the settings, once the editor is open.
     PublishedBy<std::uint64_t, SmartButtonController> openSmartButtonSettings;
 
     /// Makes the content of the editor's window; without one the editor does not open.

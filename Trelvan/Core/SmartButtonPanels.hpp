@@ -13,7 +13,7 @@ namespace trelvan {
 /// What the overlay of the radial menu shows, and whom it tells. The functions may be called after the menu's
 /// owner is gone and do nothing then; each may let go of the panel that calls it.
 struct SmartButtonRadialView {
-    /// All that are configured; the first `RadialLayout::mostEntries` are shown.
+    /// All that are configured; the first `RadialLayout::maxEntries` are shown.
     std::vector<SmartButtonApp> apps;
     /// Where the pointer was when the menu opened, and the screen that shows it.
     BottomLeftPoint pointerLocation;

@@ -9,7 +9,7 @@ namespace trelvan {
 /// What the tap does with the event it was asked about.
 enum class TapAnswer : std::uint8_t { deliver, swallow };
 
-/// The place in the road of every pointer event, ahead of all applications.
+/// The place in the pipeline of every pointer event, ahead of all applications.
 ///
 /// All calls and the callback are made on the main thread. There is at most one tap.
 class EventTap {

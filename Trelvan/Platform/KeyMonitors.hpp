@@ -20,7 +20,7 @@ struct KeyMonitorEvent {
     std::string characters;
 };
 
-/// Looks at key events without standing in their road. Main thread.
+/// Looks at key events without standing in their pipeline. Main thread.
 class KeyMonitors {
   public:
     /// What a local monitor does with the event: passes it to the window, or keeps it.

@@ -25,9 +25,9 @@ class MainQueue {
   public:
     /// A job made once and asked for often. Asking again before it ran runs it once. Asking allocates
     /// nothing, so the tap may do it for each event. After the handle is gone the job does not run.
-    class Hop {
+    class CoalescedTask {
       public:
-        virtual ~Hop() = default;
+        virtual ~CoalescedTask() = default;
         /// Main thread.
         virtual void request() = 0;
     };
@@ -36,7 +36,7 @@ class MainQueue {
 
     virtual void async(std::function<void()> job) = 0;
     virtual void after(Seconds delay, std::function<void()> job) = 0;
-    [[nodiscard]] virtual std::unique_ptr<Hop> makeHop(std::function<void()> job) = 0;
+    [[nodiscard]] virtual std::unique_ptr<CoalescedTask> makeCoalescedTask(std::function<void()> job) = 0;
 };
 
 /// Timers on the main run loop; they go on during menus and drags. Main thread.

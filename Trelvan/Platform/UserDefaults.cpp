@@ -27,7 +27,7 @@ std::optional<double> asDouble(const std::optional<DefaultsValue>& value) {
     return std::nullopt;
 }
 
-std::optional<bool> asBool(const std::optional<DefaultsValue>& value) {
+std::optional<bool> looseBool(const std::optional<DefaultsValue>& value) {
     if (!value) return std::nullopt;
     if (const auto* text = std::get_if<std::string>(&*value)) return isTrueText(*text);
     return asDouble(value).value_or(0.0) != 0.0;
@@ -39,13 +39,13 @@ std::optional<std::string> asText(const std::optional<DefaultsValue>& value) {
     return text != nullptr ? std::optional{*text} : std::nullopt;
 }
 
-std::optional<bool> onlyBool(const std::optional<DefaultsValue>& value) {
+std::optional<bool> strictBool(const std::optional<DefaultsValue>& value) {
     const auto* truth = value ? std::get_if<bool>(&*value) : nullptr;
     return truth != nullptr ? std::optional{*truth} : std::nullopt;
 }
 
-std::optional<double> onlyNumber(const std::optional<DefaultsValue>& value) {
-    return onlyBool(value) ? std::nullopt : asDouble(value);
+std::optional<double> strictNumber(const std::optional<DefaultsValue>& value) {
+    return strictBool(value) ? std::nullopt : asDouble(value);
 }
 
 }  // namespace trelvan

@@ -88,15 +88,15 @@ class UserDefaults {
 
 /// The value as a truth value, as the system reads one: numbers count as true when not zero, the texts "yes",
 /// "true" and whole numbers likewise; what cannot be read is false. No value only for no object.
-[[nodiscard]] std::optional<bool> asBool(const std::optional<DefaultsValue>& value);
+[[nodiscard]] std::optional<bool> looseBool(const std::optional<DefaultsValue>& value);
 
 /// The value when it is a text.
 [[nodiscard]] std::optional<std::string> asText(const std::optional<DefaultsValue>& value);
 
 /// The value when it is a truth value; numbers and texts are not.
-[[nodiscard]] std::optional<bool> onlyBool(const std::optional<DefaultsValue>& value);
+[[nodiscard]] std::optional<bool> strictBool(const std::optional<DefaultsValue>& value);
 
 /// The value when it is a number, whole or not; truth values and texts are not.
-[[nodiscard]] std::optional<double> onlyNumber(const std::optional<DefaultsValue>& value);
+[[nodiscard]] std::optional<double> strictNumber(const std::optional<DefaultsValue>& value);
 
 }  // namespace trelvan

@@ -60,8 +60,8 @@ void Logger::log(LogLevel level, std::string_view message, std::string_view file
     if (standardOutput_ == nullptr && unifiedLog_ == nullptr) return;
     const auto time = format(timeOfDay_ != nullptr ? timeOfDay_(context_) : std::chrono::system_clock::now());
     const std::string_view name = lastPathComponent(file);
-    ShortText text("[", std::string_view(time.data(), time.size()), "] ", label(level), " [", name, ":", line,
-                   "] ");
+    InlineText text("[", std::string_view(time.data(), time.size()), "] ", label(level), " [", name, ":",
+                    line, "] ");
     const std::size_t start = text.view().size();
     // Names and paths are in it that others chose.
     appendVisible(text, message);

@@ -40,7 +40,7 @@ bool isControl(utf8proc_int32_t codepoint) {
 }
 
 /// A control character, or a byte that is none at all, as programmers write it.
-void appendEscape(ShortText& text, std::uint32_t code) {
+void appendEscape(InlineText& text, std::uint32_t code) {
     switch (code) {
         case '\n':
             return text.append("\\n");
@@ -60,7 +60,7 @@ void appendEscape(ShortText& text, std::uint32_t code) {
 
 }  // namespace
 
-void appendVisible(ShortText& text, std::string_view part) {
+void appendVisible(InlineText& text, std::string_view part) {
     std::size_t plain = 0;
     for (std::size_t at = 0; at < part.size();) {
         const auto byte = static_cast<unsigned char>(part[at]);
@@ -86,7 +86,7 @@ void appendVisible(ShortText& text, std::string_view part) {
 }
 
 std::string visible(std::string_view text) {
-    ShortText result;
+    InlineText result;
     appendVisible(result, text);
     return std::string(result.view());
 }

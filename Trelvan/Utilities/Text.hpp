@@ -25,12 +25,12 @@ namespace trelvan {
 
 /// A short text put together on the stack; grows onto the heap only past `inlineCapacity` bytes, so that log
 /// lines of the usual length cost no allocation.
-class ShortText {
+class InlineText {
   public:
     static constexpr std::size_t inlineCapacity = 512;
 
     template <typename... Parts>
-    explicit ShortText(const Parts&... parts) {
+    explicit InlineText(const Parts&... parts) {
         (append(parts), ...);
     }
 
@@ -65,7 +65,7 @@ class ShortText {
 /// Appends a text that somebody else chose so that it can neither break the line nor steer a terminal:
 /// control characters, line and paragraph separators, marks of the writing direction and bytes that are not
 /// UTF-8 are written as `\n`, `\t`, `\x1b`, `\u2028`. All else stays as it is, backslashes too.
-void appendVisible(ShortText& text, std::string_view part);
+void appendVisible(InlineText& text, std::string_view part);
 
 /// The text as `appendVisible` writes it.
 [[nodiscard]] std::string visible(std::string_view text);

@@ -113,7 +113,7 @@ bool Demonstration::pressMapped() {
     client.forget();
     const int xNumber = xButton(mappedButton);
     desktop.trackball().click(xNumber);
-    // A left click takes the same road after it: when it is there, the mapped button would be too.
+    // A left click takes the same pipeline after it: when it is there, the mapped button would be too.
     const bool stroke = client.waitForStroke(copy);
     desktop.trackball().click(1);
     const bool click = client.waitForButton(ClientEvent::Kind::buttonRelease, 1);

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "Desktop/Platform/ServerTest.hpp"
-#include "Platform/Linux/LinuxEventPoster.hpp"
-#include "Platform/Linux/LinuxEventTap.hpp"
-#include "Platform/Linux/LinuxInputState.hpp"
-#include "Platform/Linux/ModifierState.hpp"
-#include "Platform/Linux/QtRunLoop.hpp"
-#include "Platform/Linux/XEventPump.hpp"
+#include "Platform/Linux/Poster/X11EventPoster.hpp"
+#include "Platform/Linux/Poster/X11InputState.hpp"
+#include "Platform/Linux/Tap/X11EventTap.hpp"
+#include "Platform/Linux/X11/ModifierState.hpp"
+#include "Platform/Linux/X11/XEventPump.hpp"
+#include "Platform/Shared/QtRunLoop.hpp"
 
 #include <memory>
 #include <variant>
@@ -25,12 +25,12 @@ class InputServerTest : public ServerTest {
     XEventPump pump{*connection};
     ActivityLog activity;
     ModifierState modifiers{pump};
-    HeldPage page;
+    PressedState page;
     EventOrigin origin;
-    LinuxEventTap tap{pump, modifiers, activity, timers, page, origin};
+    X11EventTap tap{pump, modifiers, activity, timers, page, origin};
     MenuKeyGrabs menuKeys{page};
-    LinuxEventPoster poster{connect(), tap, menuKeys, page, origin};
-    LinuxInputState input{pump, modifiers, activity, timers, poster};
+    X11EventPoster poster{connect(), tap, menuKeys, page, origin};
+    X11InputState input{pump, modifiers, activity, timers, poster};
 };
 
 }  // namespace trelvan::desktop

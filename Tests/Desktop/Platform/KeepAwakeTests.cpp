@@ -2,7 +2,7 @@
 #include "Desktop/Platform/QtLoop.hpp"
 #include "Desktop/Platform/RecordingService.hpp"
 #include "Desktop/Platform/ServerTest.hpp"
-#include "Platform/Linux/X11.hpp"
+#include "Platform/Linux/X11/X11.hpp"
 
 #include <QDBusConnectionInterface>
 #include <csignal>
@@ -43,19 +43,19 @@ struct Place {
             Settings().set("keep_awake_enabled", true).set("keep_awake_idle_threshold_minutes", 1.0));
     }
     /// What was asked for; that the program also asks whether the screen is locked is no matter here.
-    [[nodiscard]] std::vector<RecordingService::Call> wishes() const {
+    [[nodiscard]] std::vector<RecordingService::Call> requests() const {
         auto calls = service.calls();
         std::erase_if(calls, [](const auto& call) { return call.method == "GetActive"; });
         return calls;
     }
     [[nodiscard]] bool isAsked(std::size_t calls) const {
-        return runUntil([&] { return wishes().size() >= calls; });
+        return runUntil([&] { return requests().size() >= calls; });
     }
     /// Whether the one who asked first is still on the bus, which is how services tell.
     [[nodiscard]] bool isCallerThere() const {
         const auto bus = QDBusConnection::connectToBus(QString::fromStdString(busAddressOf(desktop)),
                                                        desktop.displayName().c_str());
-        return bus.interface()->isServiceRegistered(wishes().front().caller);
+        return bus.interface()->isServiceRegistered(requests().front().caller);
     }
 
     VirtualDesktop& desktop;
@@ -76,19 +76,19 @@ TEST_F(KeepAwakeTest, DesktopIsHeldAwakeUntilTheUserReturnsOrTheProgramIsKilled)
     for (Place* place : {&returned, &killed}) {
         place->start();
         ASSERT_TRUE(place->isAsked(1));
-        EXPECT_EQ(place->wishes()[0].method, "Inhibit");
-        EXPECT_EQ(place->wishes()[0].arguments, (QVariantList{"Trelvan", "Keep Awake"}));
+        EXPECT_EQ(place->requests()[0].method, "Inhibit");
+        EXPECT_EQ(place->requests()[0].arguments, (QVariantList{"Trelvan", "Keep Awake"}));
     }
 
     returned.desktop.trackball().move(5, 0);
     ASSERT_TRUE(returned.isAsked(2));
-    EXPECT_EQ(returned.wishes()[1].method, "UnInhibit");
-    EXPECT_EQ(returned.wishes()[1].arguments, QVariantList{cookie});
+    EXPECT_EQ(returned.requests()[1].method, "UnInhibit");
+    EXPECT_EQ(returned.requests()[1].arguments, QVariantList{cookie});
 
     EXPECT_TRUE(killed.isCallerThere());
     killed.program->signal(SIGKILL);
     EXPECT_TRUE(runUntil([&] { return !killed.isCallerThere(); }));
-    EXPECT_EQ(killed.wishes().size(), 1U) << "it was away all the time";
+    EXPECT_EQ(killed.requests().size(), 1U) << "it was away all the time";
 }
 
 }  // namespace

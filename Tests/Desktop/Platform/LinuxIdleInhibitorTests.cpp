@@ -1,9 +1,9 @@
 #include "Desktop/Platform/QtLoop.hpp"
 #include "Desktop/Platform/RecordingService.hpp"
 #include "Desktop/Platform/ServerTest.hpp"
-#include "Platform/Linux/LinuxIdleInhibitor.hpp"
-#include "Platform/Linux/X11.hpp"
-#include "Platform/Linux/XConnection.hpp"
+#include "Platform/Linux/Session/LinuxIdleInhibitor.hpp"
+#include "Platform/Linux/X11/X11.hpp"
+#include "Platform/Linux/X11/XConnection.hpp"
 
 #include <fcntl.h>
 #include <unistd.h>

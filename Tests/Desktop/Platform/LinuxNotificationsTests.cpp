@@ -1,7 +1,7 @@
 #include "Desktop/Platform/QtLoop.hpp"
 #include "Desktop/Platform/RecordingService.hpp"
 #include "Desktop/Platform/ServerTest.hpp"
-#include "Platform/Linux/LinuxNotifications.hpp"
+#include "Platform/Linux/Session/LinuxNotifications.hpp"
 #include "Support/CapturingLog.hpp"
 
 #include <QDBusArgument>

@@ -1,8 +1,8 @@
 #include "Core/LaunchAtLoginManager.hpp"
 #include "Desktop/Platform/QtLoop.hpp"
 #include "Desktop/Platform/ServerTest.hpp"
-#include "Platform/Linux/DurableFile.hpp"
-#include "Platform/Linux/LinuxLoginItem.hpp"
+#include "Platform/Linux/Applications/LinuxLoginItem.hpp"
+#include "Platform/Shared/DurableFile.hpp"
 #include "Support/CapturingLog.hpp"
 
 #include <filesystem>

@@ -2,9 +2,9 @@
 #include "Desktop/Harness/Monitors.hpp"
 #include "Desktop/Platform/InputServerTest.hpp"
 #include "Desktop/Platform/QtLoop.hpp"
-#include "Platform/Linux/LinuxScreens.hpp"
-#include "Platform/Linux/PointerLocation.hpp"
-#include "Platform/Linux/X11.hpp"
+#include "Platform/Linux/Session/X11Screens.hpp"
+#include "Platform/Linux/X11/PointerLocation.hpp"
+#include "Platform/Linux/X11/X11.hpp"
 #include "Platform/Simulated/SimulatedDesktop.hpp"
 
 #include <QGuiApplication>
@@ -126,7 +126,7 @@ class NudgeOnMonitorsTest : public NudgeTest {
     }
     [[nodiscard]] Pixel pixel() const { return pointerLocation(connection->display(), connection->root()); }
 
-    LinuxScreens screens{pump, tap, origin};
+    X11Screens screens{pump, tap, origin};
 
   private:
     std::vector<std::string> names;
@@ -179,7 +179,7 @@ TEST_F(NudgeTest, NudgeIsNoActivityOfTheUserAndAHandIs) {
     ASSERT_TRUE(nudge);
     poster.post(*nudge, TapLocation::hid);
     EXPECT_TRUE(runUntil([&] { return pointer().x == from.x + 1; }));
-    // A key of the hand comes after it on the same road.
+    // A key of the hand comes after it on the same pipeline.
     desktop().keyboard().keyStroke(50);
     EXPECT_TRUE(runUntil([&] { return input.secondsSinceLast(EventType::keyDown) < 0.1; }));
     EXPECT_GT(input.secondsSinceLast(EventType::mouseMoved), 0.6);

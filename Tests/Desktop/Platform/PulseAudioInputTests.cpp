@@ -1,7 +1,7 @@
 #include "Desktop/Harness/SoundServer.hpp"
 #include "Desktop/Harness/Wait.hpp"
 #include "Desktop/Platform/ServerTest.hpp"
-#include "Platform/Linux/PulseAudioInput.hpp"
+#include "Platform/Linux/Session/PulseAudioInput.hpp"
 
 #include <memory>
 

@@ -1,6 +1,6 @@
 #include "Desktop/Platform/QtLoop.hpp"
 #include "Desktop/Platform/ServerTest.hpp"
-#include "Platform/Linux/SettingsWatch.hpp"
+#include "Platform/Linux/Session/SettingsWatch.hpp"
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -62,19 +62,19 @@ TEST_F(VirtualTimeTest, OneShotTimerFiresOnce) {
 }
 
 TEST_F(VirtualTimeTest, HopAskedTwiceRunsOnceAndCanBeAskedAgain) {
-    const auto hop = time.makeHop(note("hop"));
-    hop->request();
-    hop->request();
+    const auto task = time.makeCoalescedTask(note("task"));
+    task->request();
+    task->request();
     time.runDue();
-    hop->request();
+    task->request();
     time.runDue();
-    EXPECT_THAT(order, ElementsAre("hop@0", "hop@0"));
+    EXPECT_THAT(order, ElementsAre("task@0", "task@0"));
 }
 
 TEST_F(VirtualTimeTest, HopDoesNotRunAfterItsHandleIsGone) {
-    auto hop = time.makeHop(note("hop"));
-    hop->request();
-    hop.reset();
+    auto task = time.makeCoalescedTask(note("task"));
+    task->request();
+    task.reset();
     time.runDue();
     EXPECT_TRUE(order.empty());
 }

@@ -6,9 +6,9 @@ namespace trelvan {
 
 std::string Finding::text(AppLanguage language) const {
     if (suggestion.empty()) return message.in(language);
-    return std::string(ShortText(message.in(language),
-                                 localized(language, "; did you mean '", "; ¿quisiste decir '"), suggestion,
-                                 "'?")
+    return std::string(InlineText(message.in(language),
+                                  localized(language, "; did you mean '", "; ¿quisiste decir '"), suggestion,
+                                  "'?")
                            .view());
 }
 

@@ -256,8 +256,8 @@ class ProfileCheck {
     }
 
     void warnNoKey(const std::string& here, std::string_view key) {
-        const ShortText english("sends nothing: '", key, "' has no key");
-        const ShortText spanish("no envía nada: '", key, "' no tiene tecla");
+        const InlineText english("sends nothing: '", key, "' has no key");
+        const InlineText spanish("no envía nada: '", key, "' no tiene tecla");
         warn(here, {english.view(), spanish.view()});
     }
 
@@ -270,7 +270,7 @@ class ProfileCheck {
         for (std::size_t index = 0; index < apps.size(); ++index) {
             const auto& app = apps[index];
             const std::string here = path_ + ".smartButton.apps[" + std::to_string(index) + "]";
-            if (index >= RadialLayout::mostEntries) {
+            if (index >= RadialLayout::maxEntries) {
                 warn(here, {"is not shown: the menu has eight places",
                             "no se muestra: el menú tiene ocho lugares"});
             } else if (app.kind == SmartButtonItemKind::shortcut) {

@@ -33,8 +33,8 @@ void expect(Findings& findings, const std::string& path, const Value& found, Tex
     findings.push_back(
         {.severity = Severity::error,
          .path = path,
-         .message = {std::string(ShortText("expected ", expected.english, ", found ", value).view()),
-                     std::string(ShortText("se esperaba ", expected.spanish, ", hay ", value).view())}});
+         .message = {std::string(InlineText("expected ", expected.english, ", found ", value).view()),
+                     std::string(InlineText("se esperaba ", expected.spanish, ", hay ", value).view())}});
 }
 
 template <typename Enum>
@@ -110,8 +110,8 @@ requires(!std::same_as<Number, bool>) void check(const Value& value, const std::
         return expect(findings, path, value, {"a whole number", "un número entero"});
     }
     using Limits = std::numeric_limits<Number>;
-    const ShortText english("a whole number from ", Limits::min(), " to ", Limits::max());
-    const ShortText spanish("un número entero de ", Limits::min(), " a ", Limits::max());
+    const InlineText english("a whole number from ", Limits::min(), " to ", Limits::max());
+    const InlineText spanish("un número entero de ", Limits::min(), " a ", Limits::max());
     expect(findings, path, value, {english.view(), spanish.view()});
 }
 

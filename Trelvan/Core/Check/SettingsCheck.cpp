@@ -140,7 +140,7 @@ class Checker {
         bool taken = row.isOn;
         if (readsLoosely(row)) {
             if (value.is_number()) taken = value.get<double>() != 0.0;
-            if (value.is_string()) taken = asBool(value.get<std::string>()).value_or(false);
+            if (value.is_string()) taken = looseBool(value.get<std::string>()).value_or(false);
         }
         ignored(row, value, {"true or false", "true o false"}, taken ? "true" : "false");
     }

@@ -1,41 +1,42 @@
 #include "Platform/Linux/LinuxPlatform.hpp"
 
-#include "Platform/Linux/ButtonNumbers.hpp"
-#include "Platform/Linux/CoveringWindows.hpp"
-#include "Platform/Linux/DesktopMoveScript.hpp"
-#include "Platform/Linux/DisplayOwner.hpp"
-#include "Platform/Linux/EscapeHold.hpp"
-#include "Platform/Linux/Guard.hpp"
-#include "Platform/Linux/GuardKeeper.hpp"
-#include "Platform/Linux/HeldRelease.hpp"
-#include "Platform/Linux/LastWish.hpp"
-#include "Platform/Linux/LinuxAccessibilityTrust.hpp"
-#include "Platform/Linux/LinuxAppearance.hpp"
-#include "Platform/Linux/LinuxBundleInfo.hpp"
-#include "Platform/Linux/LinuxEventPoster.hpp"
-#include "Platform/Linux/LinuxEventTap.hpp"
-#include "Platform/Linux/LinuxHotKeys.hpp"
-#include "Platform/Linux/LinuxIdleInhibitor.hpp"
-#include "Platform/Linux/LinuxInputState.hpp"
-#include "Platform/Linux/LinuxKeyMonitors.hpp"
-#include "Platform/Linux/LinuxLoginItem.hpp"
-#include "Platform/Linux/LinuxMenuInput.hpp"
-#include "Platform/Linux/LinuxNotifications.hpp"
-#include "Platform/Linux/LinuxScreens.hpp"
-#include "Platform/Linux/LinuxSessionState.hpp"
-#include "Platform/Linux/LinuxSystemViews.hpp"
-#include "Platform/Linux/LinuxWorkspace.hpp"
-#include "Platform/Linux/ModifierState.hpp"
-#include "Platform/Linux/OutputSink.hpp"
-#include "Platform/Linux/PulseAudioInput.hpp"
-#include "Platform/Linux/QtRunLoop.hpp"
-#include "Platform/Linux/SettingsFile.hpp"
-#include "Platform/Linux/SettingsWatch.hpp"
-#include "Platform/Linux/SteadyClock.hpp"
-#include "Platform/Linux/TerminationSignals.hpp"
-#include "Platform/Linux/WorkerQueue.hpp"
-#include "Platform/Linux/XErrorScope.hpp"
-#include "Platform/Linux/XEventPump.hpp"
+#include "Platform/Linux/Applications/LinuxLoginItem.hpp"
+#include "Platform/Linux/Applications/LinuxWorkspace.hpp"
+#include "Platform/Linux/Guard/CoveringWindows.hpp"
+#include "Platform/Linux/Guard/Guard.hpp"
+#include "Platform/Linux/Guard/GuardKeeper.hpp"
+#include "Platform/Linux/Poster/X11EventPoster.hpp"
+#include "Platform/Linux/Poster/X11InputState.hpp"
+#include "Platform/Linux/Poster/X11KeyMonitors.hpp"
+#include "Platform/Linux/Session/JournalSink.hpp"
+#include "Platform/Linux/Session/LinuxAppearance.hpp"
+#include "Platform/Linux/Session/LinuxBundleInfo.hpp"
+#include "Platform/Linux/Session/LinuxIdleInhibitor.hpp"
+#include "Platform/Linux/Session/LinuxNotifications.hpp"
+#include "Platform/Linux/Session/LinuxSessionState.hpp"
+#include "Platform/Linux/Session/PulseAudioInput.hpp"
+#include "Platform/Linux/Session/SettingsWatch.hpp"
+#include "Platform/Linux/Session/X11Screens.hpp"
+#include "Platform/Linux/Shell/DesktopMoveScript.hpp"
+#include "Platform/Linux/Shell/LinuxHotKeys.hpp"
+#include "Platform/Linux/Shell/LinuxSystemViews.hpp"
+#include "Platform/Linux/Tap/EscapeHold.hpp"
+#include "Platform/Linux/Tap/X11AccessibilityTrust.hpp"
+#include "Platform/Linux/Tap/X11EventTap.hpp"
+#include "Platform/Linux/Tap/X11MenuInput.hpp"
+#include "Platform/Linux/X11/ConnectionLossHook.hpp"
+#include "Platform/Linux/X11/DisplayOwner.hpp"
+#include "Platform/Linux/X11/ModifierState.hpp"
+#include "Platform/Linux/X11/XButtons.hpp"
+#include "Platform/Linux/X11/XErrorScope.hpp"
+#include "Platform/Linux/X11/XEventPump.hpp"
+#include "Platform/Linux/XTest/PendingReleases.hpp"
+#include "Platform/Shared/OutputSink.hpp"
+#include "Platform/Shared/QtRunLoop.hpp"
+#include "Platform/Shared/SettingsFile.hpp"
+#include "Platform/Shared/SteadyClock.hpp"
+#include "Platform/Shared/TerminationSignals.hpp"
+#include "Platform/Shared/WorkerQueue.hpp"
 #include "Utilities/Logger.hpp"
 
 #include <malloc.h>
@@ -105,13 +106,13 @@ struct LinuxPlatform::Parts {
                    [this](std::function<void()> job) { mainQueue.async(std::move(job)); }),
           poster(std::move(posting), tap, menuKeys, guard->page(), origin),
           loginItem(LinuxLoginItem::present(startArguments(options))) {
-        setLastWish([this] {
+        setConnectionLossHook([this] {
             defaults.flush();
             guard->forgetPage();
         });
         tap.onRunaway = [this] { background.after(Seconds{0}, [this] { poster.releaseAll(); }); };
     }
-    ~Parts() { setLastWish(nullptr); }
+    ~Parts() { setConnectionLossHook(nullptr); }
 
     void escape() {
         tap.yield(!tap.isYielding());
@@ -122,7 +123,7 @@ struct LinuxPlatform::Parts {
     }
 
     std::unique_ptr<Guard> guard;
-    OutputSink output{STDOUT_FILENO};
+    OutputSink output{STDOUT_FILENO, std::make_unique<JournalSink>()};
     LogJoin join{output};
     std::unique_ptr<QApplication> application;
     std::unique_ptr<XConnection> connection;
@@ -135,24 +136,24 @@ struct LinuxPlatform::Parts {
     ActivityLog activity;
     ModifierState modifiers{pump};
     EventOrigin origin;
-    LinuxEventTap tap{pump, modifiers, activity, timers, guard->page(), origin};
+    X11EventTap tap{pump, modifiers, activity, timers, guard->page(), origin};
     MenuKeyGrabs menuKeys{guard->page()};
-    LinuxEventPoster poster;
-    LinuxInputState inputState{pump, modifiers, activity, timers, poster};
+    X11EventPoster poster;
+    X11InputState inputState{pump, modifiers, activity, timers, poster};
     EscapeHold escapeHold{pump, timers, [this] { escape(); }};
-    LinuxScreens screens{pump, tap, origin};
+    X11Screens screens{pump, tap, origin};
     LinuxSessionState sessionState{QDBusConnection::sessionBus(), QDBusConnection::systemBus(),
                                    furtherConnection(), timers};
     LinuxWorkspace workspace{mainQueue, pump, timers};
-    LinuxAccessibilityTrust trust{*connection, tap};
+    X11AccessibilityTrust trust{*connection, tap};
     DesktopKind desktop = currentDesktop();
     LinuxHotKeys hotKeys{desktop, timers, [this](unsigned long keysym) { return poster.keyFor(keysym); }};
     LinuxSystemViews views{*connection, mainQueue, desktop, hotKeys};
     DesktopMoveScript script{views};
     LinuxNotifications notifications{QDBusConnection::sessionBus(),
                                      [] { return QGuiApplication::focusWindow() != nullptr; }};
-    LinuxKeyMonitors keyMonitors{pump, modifiers};
-    LinuxMenuInput menuInput{pump, menuKeys};
+    X11KeyMonitors keyMonitors{pump, modifiers};
+    X11MenuInput menuInput{pump, menuKeys};
     CoveringWindows covering{*guard};
     PulseAudioInput audio;
     LinuxLoginItem loginItem;
@@ -257,7 +258,7 @@ std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(int& argc,
     // Where Qt's connection breaks first, Qt ends the process with exit().
     std::atexit([] {
         const char* display = std::getenv("DISPLAY");
-        if (performLastWish() && display != nullptr) reportConnectionLost(display);
+        if (runConnectionLossHook() && display != nullptr) reportConnectionLost(display);
     });
     // Qt ends the process where it finds no display, so the server is asked first.
     auto main = XConnection::open();
@@ -266,7 +267,7 @@ std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(int& argc,
     if (const auto* failure = std::get_if<PlatformFailure>(&posting)) return *failure;
     if (const auto other = DisplayOwner::take(*std::get<std::unique_ptr<XConnection>>(main)))
         return alreadyRuns(*other);
-    const Owed leftOver = guard->leftOver();
+    const PendingReleases leftOver = guard->leftOver();
     const auto& connection = std::get<std::unique_ptr<XConnection>>(main);
     if (leftOver.any()) release(connection->display(), leftOver);
     setenv("QT_QPA_PLATFORM", "xcb", 0);

@@ -23,8 +23,8 @@ constexpr mode_t ownerOnly = 0600;
 constexpr mode_t anybody = 0666;
 constexpr mode_t permissionBits = 07777;
 constexpr mode_t groupBits = 0070;
-constexpr int mostLinks = 40;
-constexpr int mostTries = 100;
+constexpr int maxLinks = 40;
+constexpr int maxTries = 100;
 /// So long a replacement has at least, should its lock not be there yet.
 constexpr std::time_t staleAge = 60;
 /// Names have 255 bytes; the rest is for what is added.
@@ -72,7 +72,7 @@ class TemporaryFile {
   public:
     TemporaryFile(const std::string& target, mode_t mode) {
         const std::string prefix = temporaryPrefix(target);
-        for (int tries = 0; tries < mostTries; ++tries) {
+        for (int tries = 0; tries < maxTries; ++tries) {
             path_ = randomName(prefix);
             file_ =
                 Descriptor(open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
@@ -157,7 +157,7 @@ FileContent readRegularFile(const std::string& path, std::size_t largest) {
 
 std::string linkTarget(const std::string& path) {
     std::filesystem::path current = path;
-    for (int links = 0; links < mostLinks; ++links) {
+    for (int links = 0; links < maxLinks; ++links) {
         std::error_code error;
         const auto target = std::filesystem::read_symlink(current, error);
         if (error) break;

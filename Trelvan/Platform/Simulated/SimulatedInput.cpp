@@ -20,7 +20,7 @@ void SimulatedInputState::note(EventType type) {
 }
 
 SimulatedTap::SimulatedTap(SimulatedDesktop& desktop)
-    : desktop_(desktop), hop_(desktop.time.makeHop([this] { sendReturning(); })) {
+    : desktop_(desktop), task_(desktop.time.makeCoalescedTask([this] { sendReturning(); })) {
     returning_.reserve(16);
     sending_.reserve(16);
 }
@@ -60,7 +60,7 @@ void SimulatedTap::disable(EventType why) {
 
 void SimulatedTap::sendLater(const TapEvent& event) {
     returning_.push_back(event);
-    hop_->request();
+    task_->request();
 }
 
 void SimulatedTap::sendReturning() {

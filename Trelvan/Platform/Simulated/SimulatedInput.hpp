@@ -61,7 +61,7 @@ class SimulatedTap final : public EventTap {
     int created_ = 0;
     std::vector<TapEvent> returning_;
     std::vector<TapEvent> sending_;
-    std::unique_ptr<MainQueue::Hop> hop_;
+    std::unique_ptr<MainQueue::CoalescedTask> task_;
 };
 
 /// Tells the trace what is posted.

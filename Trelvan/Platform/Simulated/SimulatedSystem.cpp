@@ -81,7 +81,7 @@ void SimulatedWorkspace::openInFront(std::string_view path, std::function<void()
     patience_ = desktop_.timers().once(focusPatience, [this, path = std::string(path)] {
         inFront_ = nullptr;
         desktop_.logger.warning(
-            ShortText(lastPathComponent(path), " no recibió el foco a tiempo: no se le escribe nada"));
+            InlineText(lastPathComponent(path), " no recibió el foco a tiempo: no se le escribe nada"));
     });
     frontmostChanged();
 }

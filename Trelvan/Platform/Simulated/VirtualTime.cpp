@@ -18,13 +18,13 @@ class VirtualTime::Background final : public BackgroundQueue {
     VirtualTime& time_;
 };
 
-class VirtualTime::VirtualHop final : public MainQueue::Hop {
+class VirtualTime::VirtualTask final : public MainQueue::CoalescedTask {
   public:
-    VirtualHop(VirtualTime& time, std::function<void()> job)
+    VirtualTask(VirtualTime& time, std::function<void()> job)
         : time_(time), shared_(std::make_shared<Shared>()) {
         shared_->job = std::move(job);
     }
-    ~VirtualHop() override { shared_->job = nullptr; }
+    ~VirtualTask() override { shared_->job = nullptr; }
     void request() override {
         if (std::exchange(shared_->waiting, true)) return;
         time_.put(Seconds{0}, false, nullptr, shared_);
@@ -71,8 +71,8 @@ void VirtualTime::after(Seconds delay, std::function<void()> job) {
     put(delay, false, std::move(job), nullptr);
 }
 
-std::unique_ptr<MainQueue::Hop> VirtualTime::makeHop(std::function<void()> job) {
-    return std::make_unique<VirtualHop>(*this, std::move(job));
+std::unique_ptr<MainQueue::CoalescedTask> VirtualTime::makeCoalescedTask(std::function<void()> job) {
+    return std::make_unique<VirtualTask>(*this, std::move(job));
 }
 
 std::unique_ptr<Timers::Timer> VirtualTime::every(Seconds interval, std::function<void()> job) {

@@ -26,7 +26,7 @@ class VirtualTime final : public Clock, public MainQueue, public Timers {
     // MainQueue
     void async(std::function<void()> job) override { after(Seconds{0}, std::move(job)); }
     void after(Seconds delay, std::function<void()> job) override;
-    [[nodiscard]] std::unique_ptr<Hop> makeHop(std::function<void()> job) override;
+    [[nodiscard]] std::unique_ptr<CoalescedTask> makeCoalescedTask(std::function<void()> job) override;
 
     // Timers
     [[nodiscard]] std::unique_ptr<Timer> every(Seconds interval, std::function<void()> job) override;
@@ -48,7 +48,7 @@ class VirtualTime final : public Clock, public MainQueue, public Timers {
 
   private:
     class Background;
-    class VirtualHop;
+    class VirtualTask;
     class VirtualTimer;
     /// A job that can be asked for again and outlives its handle only as an empty shell.
     struct Shared {

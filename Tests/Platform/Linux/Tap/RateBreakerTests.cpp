@@ -1,0 +1,75 @@
+#include "Platform/Linux/Tap/RateBreaker.hpp"
+
+#include <gtest/gtest.h>
+
+namespace trelvan {
+namespace {
+
+constexpr int button = 8;
+constexpr int wheelUp = 4;
+
+class RateBreakerTest : public testing::TestWithParam<int> {
+  protected:
+    /// Fires as fast as the clock counts until the breaker trips.
+    void trip() {
+        for (int count = 0; count < 100'000; ++count) {
+            ++now;
+            if (breaker.trips(GetParam(), now)) return;
+        }
+        FAIL() << "it never trips";
+    }
+    /// How many of so many presses, that far apart, are served.
+    int served(int presses, std::uint32_t apart) {
+        int count = 0;
+        for (int press = 0; press < presses; ++press) {
+            now += apart;
+            if (breaker.isStopped(GetParam(), now)) continue;
+            ++count;
+            EXPECT_FALSE(breaker.trips(GetParam(), now));
+        }
+        return count;
+    }
+
+    std::uint32_t now = 5'000;
+    RateBreaker breaker;
+};
+
+TEST_P(RateBreakerTest, AfterItsSecond_EveryPressIsServed) {
+    for (int round = 0; round < 3; ++round) {
+        trip();
+        EXPECT_EQ(served(4, 240), 0);
+        now += 40;
+        EXPECT_EQ(served(20, 100), 20);
+        EXPECT_EQ(served(20, 999), 20);
+        EXPECT_EQ(served(2'000, 35), 2'000);
+    }
+}
+
+TEST_P(RateBreakerTest, PressesDuringThePause_DoNotProlongIt) {
+    trip();
+    EXPECT_EQ(served(999, 1), 0);
+    EXPECT_EQ(served(1, 1), 1);
+}
+
+TEST_P(RateBreakerTest, TimeThatWrapsAroundDuringThePause_EndsIt) {
+    now = 0xFFFFFFFFU - 300;
+    trip();
+    EXPECT_EQ(served(1, 500), 0);
+    EXPECT_EQ(served(20, 500), 20);
+}
+
+TEST_P(RateBreakerTest, TimeThatGoesBackALittle_NeitherServesNorStops) {
+    now = 900'000;
+    trip();
+    EXPECT_TRUE(breaker.isStopped(GetParam(), now - 5));
+    now += 2'000;
+    EXPECT_FALSE(breaker.isStopped(GetParam(), now));
+    EXPECT_FALSE(breaker.trips(GetParam(), now));
+    EXPECT_FALSE(breaker.trips(GetParam(), now - 5));
+    EXPECT_FALSE(breaker.isStopped(GetParam(), now - 5));
+}
+
+INSTANTIATE_TEST_SUITE_P(ButtonAndWheel, RateBreakerTest, testing::Values(button, wheelUp));
+
+}  // namespace
+}  // namespace trelvan
