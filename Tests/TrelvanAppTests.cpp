@@ -28,7 +28,7 @@ class TrelvanAppTest : public testing::Test {
         ButtonMapping mapping;
         mapping.id = Uuid::random();
         mapping.buttonNumber = 3;
-        mapping.action = action;
+        mapping.action() = action;
         profile.mappings.push_back(mapping);
         app->profileManager.setActive(profile);
         app->profileManager.setActiveProfile(profile);

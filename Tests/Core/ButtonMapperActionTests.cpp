@@ -25,7 +25,7 @@ TEST_F(ButtonMapperActionTest, ShortcutPressesModifiersAroundTheKeyWithPauses) {
 
 TEST_F(ButtonMapperActionTest, AllModifiersArePressedInTheirOrder) {
     auto& mapping = map(4, ButtonAction::customShortcut);
-    mapping.shortcut = {
+    mapping.shortcut() = {
         .keyCode = 3,
         .modifiersRawValue = flag::control | flag::option | flag::shift | flag::command | flag::function,
         .displayString = "x"};
@@ -56,7 +56,7 @@ TEST_F(ButtonMapperActionTest, BackCarriesCommandAndNumericPad) {
 }
 
 TEST_F(ButtonMapperActionTest, ArrowOfACustomShortcutGetsTheNumericPadFlag) {
-    map(4, ButtonAction::customShortcut).shortcut = {
+    map(4, ButtonAction::customShortcut).shortcut() = {
         .keyCode = 126, .modifiersRawValue = 0, .displayString = "↑"};
     press(4);
     EXPECT_EQ(keys(), (Lines{"0 126 down 200000 @0", "9 126 up 200000 @0"}));
@@ -82,7 +82,7 @@ TEST_F(ButtonMapperActionTest, CatalogueShortcutsAreTheSystemsOwn) {
 }
 
 TEST_F(ButtonMapperActionTest, CustomShortcutOfKeyZeroIsSentWhenItHasAText) {
-    map(4, ButtonAction::customShortcut).shortcut = {
+    map(4, ButtonAction::customShortcut).shortcut() = {
         .keyCode = 0, .modifiersRawValue = 0, .displayString = "A"};
     EXPECT_TRUE(press(4));
     EXPECT_EQ(keys(), (Lines{"0 0 down 0 @0", "9 0 up 0 @0"}));
@@ -96,9 +96,9 @@ TEST_F(ButtonMapperActionTest, EmptyCustomShortcutDoesNothingButIsHandled) {
 TEST_F(ButtonMapperActionTest, CustomShortcutIsThatOfTheSlot) {
     auto& mapping = map(4, ButtonAction::copy);
     mapping.functionSlots = 3;
-    mapping.tertiaryAction = ButtonAction::customShortcut;
-    mapping.tertiaryTrigger1 = ButtonModifierTrigger::shift;
-    mapping.tertiaryShortcut = {.keyCode = 40, .modifiersRawValue = 0, .displayString = "K"};
+    mapping.tertiaryAction() = ButtonAction::customShortcut;
+    mapping.tertiaryTrigger1() = ButtonModifierTrigger::shift;
+    mapping.tertiaryShortcut() = {.keyCode = 40, .modifiersRawValue = 0, .displayString = "K"};
     press(4, flag::shift);
     EXPECT_THAT(keysDown(), ElementsAre(40));
 }

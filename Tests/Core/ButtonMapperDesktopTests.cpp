@@ -169,7 +169,7 @@ TEST_F(TerminalTest, LetterIsPressedWhereTheLayoutHasIt) {
 
 TEST_F(TerminalTest, RecordedShortcutIsSentAsRecorded) {
     desktop.frontmost = "XTerm";
-    map(4, ButtonAction::customShortcut).shortcut = {
+    map(4, ButtonAction::customShortcut).shortcut() = {
         .keyCode = 8, .modifiersRawValue = flag::control, .displayString = "⌃C"};
     press(4);
     EXPECT_THAT(keysDown(), ElementsAre(59, 62, 8));
@@ -248,7 +248,7 @@ TEST_F(NewNoteTest, WithoutAnyEditorNothingIsTyped) {
 }
 
 TEST_F(LinuxShortcutTest, RecordedShortcutIsSentAsRecorded) {
-    map(4, ButtonAction::customShortcut).shortcut = {
+    map(4, ButtonAction::customShortcut).shortcut() = {
         .keyCode = 8, .modifiersRawValue = flag::command, .displayString = "⌘C"};
     desktop.layout = {{U'c', {.keyCode = 34}}};
     press(4);

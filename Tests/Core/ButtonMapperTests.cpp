@@ -30,8 +30,8 @@ TEST_F(ButtonMapperTest, PrimaryActionIsLoggedPerformedAndHandled) {
 TEST_F(ButtonMapperTest, OtherSlotIsLoggedAsAlternate) {
     auto& mapping = map(4, ButtonAction::copy);
     mapping.functionSlots = 2;
-    mapping.secondaryAction = ButtonAction::paste;
-    mapping.secondaryTrigger1 = Trigger::shift;
+    mapping.secondaryAction() = ButtonAction::paste;
+    mapping.secondaryTrigger1() = Trigger::shift;
     EXPECT_TRUE(press(4, flag::shift));
     EXPECT_THAT(desktop.messages(LogLevel::info), ElementsAre("Ejecutando 'Pegar' (alterna) para botón 4"));
 }
@@ -39,14 +39,14 @@ TEST_F(ButtonMapperTest, OtherSlotIsLoggedAsAlternate) {
 TEST_F(ButtonMapperTest, OtherSlotWithTheSameActionIsLoggedAsPrimary) {
     auto& mapping = map(4, ButtonAction::copy);
     mapping.functionSlots = 2;
-    mapping.secondaryAction = ButtonAction::copy;
-    mapping.secondaryTrigger1 = Trigger::shift;
+    mapping.secondaryAction() = ButtonAction::copy;
+    mapping.secondaryTrigger1() = Trigger::shift;
     EXPECT_TRUE(press(4, flag::shift));
     EXPECT_THAT(desktop.messages(LogLevel::info), ElementsAre("Ejecutando 'Copiar' para botón 4"));
 }
 
 TEST_F(ButtonMapperTest, ResolvedNoneIsLoggedAndNotHandled) {
-    map(4, ButtonAction::copy).primaryTrigger1 = Trigger::shift;
+    map(4, ButtonAction::copy).primaryTrigger1() = Trigger::shift;
     EXPECT_FALSE(press(4));
     EXPECT_THAT(desktop.messages(LogLevel::info), ElementsAre("Ejecutando 'Ninguna' (alterna) para botón 4"));
     EXPECT_THAT(keys(), IsEmpty());
@@ -59,9 +59,9 @@ TEST_F(ButtonMapperTest, ResolvedNoneIsLoggedAndNotHandled) {
 TEST_F(ButtonMapperTest, EitherSourceOfModifiersIsEnough) {
     auto& mapping = map(4, ButtonAction::none);
     mapping.functionSlots = 2;
-    mapping.secondaryAction = ButtonAction::paste;
-    mapping.secondaryTrigger1 = Trigger::shift;
-    mapping.secondaryTrigger2 = Trigger::command;
+    mapping.secondaryAction() = ButtonAction::paste;
+    mapping.secondaryTrigger1() = Trigger::shift;
+    mapping.secondaryTrigger2() = Trigger::command;
     EXPECT_FALSE(press(4, flag::shift));
     desktop.modifierFlags = flag::command;
     EXPECT_TRUE(press(4, flag::shift));
@@ -95,8 +95,8 @@ TEST_F(ButtonMapperTest, OwnClickPassesWithoutModifiers) {
 TEST_F(ButtonMapperTest, AdditionalFunctionOfLeftButtonFiresByModifiers) {
     auto& mapping = map(0, ButtonAction::leftClick);
     mapping.functionSlots = 2;
-    mapping.secondaryAction = ButtonAction::copy;
-    mapping.secondaryTrigger1 = Trigger::control;
+    mapping.secondaryAction() = ButtonAction::copy;
+    mapping.secondaryTrigger1() = Trigger::control;
     EXPECT_TRUE(press(0, flag::control));
     EXPECT_THAT(desktop.messages(LogLevel::info),
                 ElementsAre("Ejecutando 'Copiar' (adicional) para botón 0"));
@@ -106,7 +106,7 @@ TEST_F(ButtonMapperTest, AdditionalFunctionOfLeftButtonFiresByModifiers) {
 TEST_F(ButtonMapperTest, DefaultSlotOfLeftButtonNeverFires) {
     auto& mapping = map(0, ButtonAction::leftClick);
     mapping.functionSlots = 2;
-    mapping.secondaryAction = ButtonAction::copy;
+    mapping.secondaryAction() = ButtonAction::copy;
     EXPECT_FALSE(press(0));
     EXPECT_THAT(keys(), IsEmpty());
 }
@@ -143,7 +143,7 @@ TEST_F(ButtonMapperTest, ScrollGroupWithoutActionsIsNotHandled) {
 }
 
 TEST_F(ButtonMapperTest, ScrollFunctionIsChosenByModifiers) {
-    map(-100, ButtonAction::copy).primaryTrigger1 = Trigger::command;
+    map(-100, ButtonAction::copy).primaryTrigger1() = Trigger::command;
     EXPECT_FALSE(press(-100));
     EXPECT_TRUE(press(-100, flag::command));
 }

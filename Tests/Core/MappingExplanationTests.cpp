@@ -14,7 +14,7 @@ class MappingExplanationTest : public testing::Test {
     ButtonMapping& map(std::int64_t number, ButtonAction action) {
         ButtonMapping mapping;
         mapping.buttonNumber = number;
-        mapping.action = action;
+        mapping.action() = action;
         profile.mappings.push_back(mapping);
         return profile.mappings.back();
     }
@@ -98,7 +98,7 @@ TEST_F(MappingExplanationTest, ActionWithoutKeyOrPathIsSaidToDoNothing) {
     map(3, ButtonAction::customShortcut);
     map(4, ButtonAction::dictation);
     map(5, ButtonAction::launchApp);
-    map(6, ButtonAction::customShortcut).shortcut = {
+    map(6, ButtonAction::customShortcut).shortcut() = {
         .keyCode = 8, .modifiersRawValue = 0, .displayString = "C"};
     EXPECT_EQ(explain(3).why.back(), "Nothing is sent: no shortcut has been recorded");
     EXPECT_TRUE(explain(3).handled);
@@ -119,11 +119,11 @@ TEST_F(MappingExplanationTest, SpanishSaysTheSame) {
 TEST_F(MappingExplanationTest, TriggersThatAreNotHeldAreNamedAndHigherSlotsComeFirst) {
     auto& mapping = map(3, ButtonAction::copy);
     mapping.functionSlots = 3;
-    mapping.secondaryAction = ButtonAction::paste;
-    mapping.secondaryTrigger1 = Trigger::shift;
-    mapping.tertiaryAction = ButtonAction::cut;
-    mapping.tertiaryTrigger1 = Trigger::shift;
-    mapping.tertiaryTrigger2 = Trigger::command;
+    mapping.secondaryAction() = ButtonAction::paste;
+    mapping.secondaryTrigger1() = Trigger::shift;
+    mapping.tertiaryAction() = ButtonAction::cut;
+    mapping.tertiaryTrigger1() = Trigger::shift;
+    mapping.tertiaryTrigger2() = Trigger::command;
     const auto explanation = explain(3, flag::shift);
     EXPECT_EQ(explanation.function.slot, FunctionSlot::secondary);
     EXPECT_THAT(explanation.why, ElementsAre("Active profile: 'Work'", "Held: Shift", "Functions in use: 3",
@@ -135,9 +135,9 @@ TEST_F(MappingExplanationTest, TriggersThatAreNotHeldAreNamedAndHigherSlotsComeF
 
 TEST_F(MappingExplanationTest, StandInIsSaidToBeOne) {
     auto& mapping = map(3, ButtonAction::copy);
-    mapping.primaryTrigger1 = Trigger::option;
+    mapping.primaryTrigger1() = Trigger::option;
     mapping.functionSlots = 2;
-    mapping.secondaryAction = ButtonAction::paste;
+    mapping.secondaryAction() = ButtonAction::paste;
     EXPECT_THAT(explain(3).why,
                 ElementsAre("Active profile: 'Work'", "No modifier is held", "Functions in use: 2",
                             "Function 2 ('Paste'): has no triggers, so it can only stand in",
@@ -166,12 +166,12 @@ TEST_F(MappingExplanationTest, SecondOfAScrollGroupIsReached) {
 
 TEST_F(MappingExplanationTest, VerdictIsThatOfTheResolutionForAllSlotsAndModifiers) {
     auto& mapping = map(5, ButtonAction::copy);
-    mapping.primaryTrigger1 = Trigger::control;
-    mapping.secondaryAction = ButtonAction::paste;
-    mapping.tertiaryAction = ButtonAction::cut;
-    mapping.tertiaryTrigger1 = Trigger::shift;
-    mapping.quaternaryAction = ButtonAction::undo;
-    mapping.quaternaryTrigger2 = Trigger::function;
+    mapping.primaryTrigger1() = Trigger::control;
+    mapping.secondaryAction() = ButtonAction::paste;
+    mapping.tertiaryAction() = ButtonAction::cut;
+    mapping.tertiaryTrigger1() = Trigger::shift;
+    mapping.quaternaryAction() = ButtonAction::undo;
+    mapping.quaternaryTrigger2() = Trigger::function;
     for (int slots = 1; slots <= 4; ++slots) {
         profile.mappings[0].functionSlots = slots;
         for (EventFlags flags = 0; flags <= 0xF; ++flags) {

@@ -71,16 +71,16 @@ TEST_F(ProfileManagerLoading, ChoiceThatIsNoUuidOrNamesNoProfileFallsBackToTheFi
 TEST_F(ProfileManagerLoading, PinnedButtonLosesItsPrimaryFunctionOnly) {
     auto profile = profileNamed("A", 1);
     auto mapping = ButtonMapping::unassigned(unknown, 0, "left");
-    mapping.action = ButtonAction::copy;
-    mapping.shortcut = {8, 0x100000, "⌘C"};
-    mapping.secondaryAction = ButtonAction::paste;
+    mapping.action() = ButtonAction::copy;
+    mapping.shortcut() = {8, 0x100000, "⌘C"};
+    mapping.secondaryAction() = ButtonAction::paste;
     profile.mappings = {mapping};
     store({profile});
     start();
     const auto& loaded = manager->activeProfile().mappings.at(0);
-    EXPECT_EQ(loaded.action, ButtonAction::leftClick);
-    EXPECT_TRUE(loaded.shortcut.isEmpty());
-    EXPECT_EQ(loaded.secondaryAction, ButtonAction::paste);
+    EXPECT_EQ(loaded.action(), ButtonAction::leftClick);
+    EXPECT_TRUE(loaded.shortcut().isEmpty());
+    EXPECT_EQ(loaded.secondaryAction(), ButtonAction::paste);
 }
 
 TEST_F(ProfileManagerLoading, BlankDownOnlyScrollMappingBecomesUp) {

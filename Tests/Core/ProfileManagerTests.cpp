@@ -73,8 +73,8 @@ TEST_F(ProfileManagerOperations, CreateProfileAppendsAMinimalOneThatIsNotActive)
     const auto created = manager->createProfile(" new ");
     EXPECT_EQ(created.name, " new ");
     ASSERT_EQ(created.mappings.size(), 2U);
-    EXPECT_EQ(created.mappings[0].action, ButtonAction::leftClick);
-    EXPECT_EQ(created.mappings[1].action, ButtonAction::rightClick);
+    EXPECT_EQ(created.mappings[0].action(), ButtonAction::leftClick);
+    EXPECT_EQ(created.mappings[1].action(), ButtonAction::rightClick);
     EXPECT_EQ(manager->profiles->back(), created);
     EXPECT_EQ(manager->activeProfile().name, "B");
     EXPECT_EQ(stored(), manager->profiles.get());
@@ -119,7 +119,7 @@ TEST_F(ProfileManagerOperations, DuplicateAppendsANormalisedCopyThatIsNotActive)
     EXPECT_NE(copy.id, original.id);
     EXPECT_TRUE(copy.smartButton.isEnabled);
     EXPECT_EQ(copy.mappings.at(0).id, unknown);
-    EXPECT_EQ(copy.mappings.at(0).action, ButtonAction::leftClick);
+    EXPECT_EQ(copy.mappings.at(0).action(), ButtonAction::leftClick);
     EXPECT_EQ(copy.mappings.at(1).buttonNumber, -100);
     EXPECT_EQ(manager->profiles->back(), copy);
     EXPECT_EQ(manager->activeProfile().name, "B");
@@ -180,15 +180,15 @@ class ProfileManagerMappings : public ProfileManagerTest {
 TEST_F(ProfileManagerMappings, UpdateReplacesTheMappingNormalised) {
     startWithButtons({0, 3});
     auto left = manager->activeProfile().mappings[0];
-    left.action = ButtonAction::copy;
-    left.tertiaryAction = ButtonAction::cut;
+    left.action() = ButtonAction::copy;
+    left.tertiaryAction() = ButtonAction::cut;
     manager->updateMapping(left, profileID);
     auto extra = manager->activeProfile().mappings[1];
-    extra.action = ButtonAction::paste;
+    extra.action() = ButtonAction::paste;
     manager->updateMapping(extra, profileID);
     const auto& mappings = manager->activeProfile().mappings;
-    EXPECT_EQ(mappings[0].action, ButtonAction::leftClick);
-    EXPECT_EQ(mappings[0].tertiaryAction, ButtonAction::cut);
+    EXPECT_EQ(mappings[0].action(), ButtonAction::leftClick);
+    EXPECT_EQ(mappings[0].tertiaryAction(), ButtonAction::cut);
     EXPECT_EQ(mappings[1], extra);
     EXPECT_EQ(stored(), manager->profiles.get());
 }
@@ -197,7 +197,7 @@ TEST_F(ProfileManagerMappings, UpdateOfAnythingUnknownDoesNothing) {
     startWithButtons({3});
     const auto before = manager->profiles.get();
     auto mapping = manager->activeProfile().mappings[0];
-    mapping.action = ButtonAction::copy;
+    mapping.action() = ButtonAction::copy;
     manager->updateMapping(mapping, unknown);
     mapping.id = unknown;
     manager->updateMapping(mapping, profileID);

@@ -28,7 +28,7 @@ class HotPath {
             mapping.buttonNumber = 2 + index;
             // Handled to the end without a key sequence, so that the pipeline to the action is what is
             // measured.
-            mapping.action = ButtonAction::customShortcut;
+            mapping.action() = ButtonAction::customShortcut;
             profile.mappings.push_back(mapping);
         }
         snapshot_ = std::make_shared<const ProfileSnapshot>(std::move(profile));

@@ -43,7 +43,7 @@ class MapperFixture : public testing::Test {
     ButtonMapping& map(std::int64_t number, ButtonAction action) {
         ButtonMapping mapping;
         mapping.buttonNumber = number;
-        mapping.action = action;
+        mapping.action() = action;
         profile.mappings.push_back(mapping);
         return profile.mappings.back();
     }

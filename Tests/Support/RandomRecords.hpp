@@ -26,7 +26,7 @@ class RandomRecords {
   private:
     template <RecordWithFields Record>
     void fill(Record& record) {
-        std::apply([&](const auto&... field) { (fill(record.*(field.member)), ...); }, Record::fields());
+        std::apply([&](const auto&... field) { (fill(field.of(record)), ...); }, Record::fields());
         if constexpr (std::is_same_v<Record, ButtonMapping>) {
             record.functionSlots = static_cast<std::int64_t>(1 + below(4));
         }

@@ -45,7 +45,7 @@ bool ButtonMapper::execute(std::int64_t buttonNumber, EventFlags eventFlags) {
 
     const auto [action, slot] = resolvedAction(mapping, flags);
     logger_.info(InlineText("Ejecutando '", rawValue(action),
-                            action == mapping.action ? "' para botón " : "' (alterna) para botón ",
+                            action == mapping.action() ? "' para botón " : "' (alterna) para botón ",
                             buttonNumber));
     performAction(action, mapping, slot);
     return action != ButtonAction::none;
@@ -136,7 +136,7 @@ void ButtonMapper::performAction(ButtonAction action, const ButtonMapping& mappi
         case ButtonAction::middleClick:
             return simulateMouseClick(2);
         case ButtonAction::customShortcut: {
-            const CustomShortcut& shortcut = shortcutOf(mapping, slot);
+            const CustomShortcut& shortcut = mapping.function(slot).shortcut;
             if (!shortcut.isEmpty()) simulateKey(shortcut.keyCode, shortcut.modifiersRawValue);
             return;
         }

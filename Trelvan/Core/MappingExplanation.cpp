@@ -95,7 +95,7 @@ class Explainer {
         for (const auto slot : {FunctionSlot::quaternary, FunctionSlot::tertiary, FunctionSlot::secondary}) {
             if (!isInUse(mapping, slot)) continue;
             saySlot(mapping, slot);
-            if (slot == fires.slot && !triggersEmpty(mapping, slot)) return;
+            if (slot == fires.slot && triggerFlags(mapping.function(slot)) != 0) return;
         }
         if (!triggeredOnly) saySlot(mapping, FunctionSlot::primary);
         if (!triggeredOnly && fires.slot != FunctionSlot::primary) {
@@ -105,23 +105,17 @@ class Explainer {
         }
     }
 
-    static bool triggersEmpty(const ButtonMapping& mapping, FunctionSlot slot) {
-        const auto triggers = triggersOf(mapping, slot);
-        return std::ranges::all_of(triggers, [](auto each) { return each == ButtonModifierTrigger::none; });
-    }
-
     void saySlot(const ButtonMapping& mapping, FunctionSlot slot) {
         const auto number = static_cast<int>(slot) + 1;
         const std::string head = std::string(InlineText(pick({"Function ", "Función "}), number, " ('",
-                                                        labelOf(actionOf(mapping, slot)), "'): ")
+                                                        labelOf(mapping.function(slot).action), "'): ")
                                                  .view());
-        if (slot != FunctionSlot::primary && actionOf(mapping, slot) == ButtonAction::none) {
+        if (slot != FunctionSlot::primary && mapping.function(slot).action == ButtonAction::none) {
             say({head, head},
                 pick({"does nothing, so it never fires", "no hace nada, así que nunca se ejecuta"}));
             return;
         }
-        EventFlags wanted = 0;
-        for (const auto trigger : triggersOf(mapping, slot)) wanted |= flagBit(trigger);
+        const EventFlags wanted = triggerFlags(mapping.function(slot));
         if (wanted == 0) {
             say({head, head}, slot == FunctionSlot::primary
                                   ? pick({"asks for no modifier", "no pide ningún modificador"})
@@ -150,7 +144,7 @@ class Explainer {
         std::string recorded;
         switch (function.action) {
             case ButtonAction::customShortcut:
-                recorded = shortcutOf(mapping, function.slot).displayString;
+                recorded = mapping.function(function.slot).shortcut.displayString;
                 break;
             case ButtonAction::dictation:
                 recorded = mapping.dictationShortcut.displayString;
@@ -178,7 +172,7 @@ class Explainer {
             case ButtonAction::dictation:
                 return mapping.dictationShortcut.isEmpty();
             case ButtonAction::customShortcut:
-                return shortcutOf(mapping, function.slot).isEmpty();
+                return mapping.function(function.slot).shortcut.isEmpty();
             default:
                 return false;
         }

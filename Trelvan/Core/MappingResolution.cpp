@@ -13,62 +13,33 @@ constexpr bool contains(EventFlags flags, EventFlags wanted) {
     return (flags & wanted) == wanted;
 }
 
-/// The modifiers a slot asks for; 0 for a slot without triggers.
-EventFlags triggerBits(const ButtonMapping& mapping, FunctionSlot slot) {
-    const auto [first, second] = triggersOf(mapping, slot);
-    return flagBit(first) | flagBit(second);
-}
-
 bool isActive(const ButtonMapping& mapping, FunctionSlot slot, EventFlags flags) {
-    const EventFlags wanted = triggerBits(mapping, slot);
+    const EventFlags wanted = triggerFlags(mapping.function(slot));
     return wanted != 0 && contains(flags, wanted);
 }
 
 /// Whether the slot is in use and does something.
 bool isUsable(const ButtonMapping& mapping, FunctionSlot slot) {
-    return isInUse(mapping, slot) && actionOf(mapping, slot) != ButtonAction::none;
+    return isInUse(mapping, slot) && mapping.function(slot).action != ButtonAction::none;
 }
 
 }  // namespace
-
-std::array<ButtonModifierTrigger, 2> triggersOf(const ButtonMapping& mapping, FunctionSlot slot) {
-    switch (slot) {
-        case FunctionSlot::primary:
-            break;
-        // The third trigger of the secondary function is stored and never consulted.
-        case FunctionSlot::secondary:
-            return {mapping.secondaryTrigger1, mapping.secondaryTrigger2};
-        case FunctionSlot::tertiary:
-            return {mapping.tertiaryTrigger1, mapping.tertiaryTrigger2};
-        case FunctionSlot::quaternary:
-            return {mapping.quaternaryTrigger1, mapping.quaternaryTrigger2};
-    }
-    return {mapping.primaryTrigger1, mapping.primaryTrigger2};
-}
 
 bool isInUse(const ButtonMapping& mapping, FunctionSlot slot) {
     return mapping.functionSlots > static_cast<std::int64_t>(slot);
 }
 
 std::string_view nameOf(FunctionSlot slot) {
-    switch (slot) {
-        case FunctionSlot::primary:
-            return "primary";
-        case FunctionSlot::secondary:
-            return "secondary";
-        case FunctionSlot::tertiary:
-            return "tertiary";
-        case FunctionSlot::quaternary:
-            return "quaternary";
-    }
-    return {};
+    static constexpr std::array<std::string_view, allFunctionSlots.size()> names{"primary", "secondary",
+                                                                                 "tertiary", "quaternary"};
+    return names[indexOf(slot)];
 }
 
 bool isOwnClick(const ButtonMapping& mapping) {
     return (mapping.buttonNumber == nonRemappableLeftButtonNumber &&
-            mapping.action == ButtonAction::leftClick) ||
+            mapping.action() == ButtonAction::leftClick) ||
            (mapping.buttonNumber == nonRemappableRightButtonNumber &&
-            mapping.action == ButtonAction::rightClick);
+            mapping.action() == ButtonAction::rightClick);
 }
 
 std::optional<KeyChord> catalogueShortcut(ButtonAction action, const ActionShortcuts& shortcuts) {
@@ -162,36 +133,8 @@ std::optional<KeyChord> combinationOf(const std::optional<HotKeyEntry>& entry) {
     return KeyChord{static_cast<KeyCode>(*keyCode), static_cast<EventFlags>(*modifiers)};
 }
 
-ButtonAction actionOf(const ButtonMapping& mapping, FunctionSlot slot) {
-    switch (slot) {
-        case FunctionSlot::primary:
-            return mapping.action;
-        case FunctionSlot::secondary:
-            return mapping.secondaryAction;
-        case FunctionSlot::tertiary:
-            return mapping.tertiaryAction;
-        case FunctionSlot::quaternary:
-            return mapping.quaternaryAction;
-    }
-    return ButtonAction::none;
-}
-
-const CustomShortcut& shortcutOf(const ButtonMapping& mapping, FunctionSlot slot) {
-    switch (slot) {
-        case FunctionSlot::primary:
-            break;
-        case FunctionSlot::secondary:
-            return mapping.secondaryShortcut;
-        case FunctionSlot::tertiary:
-            return mapping.tertiaryShortcut;
-        case FunctionSlot::quaternary:
-            return mapping.quaternaryShortcut;
-    }
-    return mapping.shortcut;
-}
-
 bool isPrimaryModifiersMatch(const ButtonMapping& mapping, EventFlags flags) {
-    return contains(flags, triggerBits(mapping, FunctionSlot::primary));
+    return contains(flags, triggerFlags(mapping.function(FunctionSlot::primary)));
 }
 
 bool areSecondaryModifiersActive(const ButtonMapping& mapping, EventFlags flags) {
@@ -209,17 +152,17 @@ bool areQuaternaryModifiersActive(const ButtonMapping& mapping, EventFlags flags
 std::optional<ResolvedFunction> resolvedAlternateAction(const ButtonMapping& mapping, EventFlags flags) {
     for (const auto slot : {FunctionSlot::quaternary, FunctionSlot::tertiary, FunctionSlot::secondary}) {
         if (isUsable(mapping, slot) && isActive(mapping, slot, flags))
-            return ResolvedFunction{actionOf(mapping, slot), slot};
+            return ResolvedFunction{mapping.function(slot).action, slot};
     }
     return std::nullopt;
 }
 
 ResolvedFunction resolvedAction(const ButtonMapping& mapping, EventFlags flags) {
     if (const auto triggered = resolvedAlternateAction(mapping, flags)) return *triggered;
-    if (isPrimaryModifiersMatch(mapping, flags)) return {mapping.action, FunctionSlot::primary};
+    if (isPrimaryModifiersMatch(mapping, flags)) return {mapping.action(), FunctionSlot::primary};
     for (const auto slot : {FunctionSlot::secondary, FunctionSlot::tertiary, FunctionSlot::quaternary}) {
-        if (isUsable(mapping, slot) && triggerBits(mapping, slot) == 0)
-            return {actionOf(mapping, slot), slot};
+        if (isUsable(mapping, slot) && triggerFlags(mapping.function(slot)) == 0)
+            return {mapping.function(slot).action, slot};
     }
     return {};
 }

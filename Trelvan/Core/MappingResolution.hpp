@@ -14,9 +14,6 @@
 
 namespace trelvan {
 
-/// The functions of a mapping, in order.
-enum class FunctionSlot : std::uint8_t { primary, secondary, tertiary, quaternary };
-
 /// "primary", "secondary", "tertiary" or "quaternary".
 [[nodiscard]] std::string_view nameOf(FunctionSlot slot);
 
@@ -61,9 +58,10 @@ struct ResolvedFunction {
 [[nodiscard]] std::optional<ResolvedFunction> resolvedAlternateAction(const ButtonMapping& mapping,
                                                                       EventFlags flags);
 
-/// The two triggers of a slot that resolution consults.
-[[nodiscard]] std::array<ButtonModifierTrigger, 2> triggersOf(const ButtonMapping& mapping,
-                                                              FunctionSlot slot);
+/// The modifiers that a function asks for; 0 for one without triggers.
+[[nodiscard]] constexpr EventFlags triggerFlags(const MappingFunction& function) {
+    return flagBit(function.trigger1) | flagBit(function.trigger2);
+}
 /// Whether the mapping uses the slot at all.
 [[nodiscard]] bool isInUse(const ButtonMapping& mapping, FunctionSlot slot);
 /// Whether the mapping's primary function is the button's own click, which is let through and never
@@ -90,9 +88,5 @@ struct DesktopTool {
 [[nodiscard]] const DesktopTool* desktopTool(ButtonAction action);
 /// The combination of a symbolic hot key; none when it is disabled, has no key or is of another shape.
 [[nodiscard]] std::optional<KeyChord> combinationOf(const std::optional<HotKeyEntry>& entry);
-/// The action of a slot.
-[[nodiscard]] ButtonAction actionOf(const ButtonMapping& mapping, FunctionSlot slot);
-/// The custom shortcut of a slot.
-[[nodiscard]] const CustomShortcut& shortcutOf(const ButtonMapping& mapping, FunctionSlot slot);
 
 }  // namespace trelvan

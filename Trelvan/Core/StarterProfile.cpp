@@ -53,9 +53,9 @@ TrackballProfile starterProfile(AppLanguage language, const UuidSource& newId) {
     for (const auto& row : starterRows) {
         auto mapping =
             ButtonMapping::unassigned(newId(), row.buttonNumber, std::string(localized(language, row.label)));
-        mapping.action = row.action;
-        mapping.secondaryTrigger1 = row.trigger;
-        mapping.secondaryAction = row.secondaryAction;
+        mapping.action() = row.action;
+        mapping.secondaryTrigger1() = row.trigger;
+        mapping.secondaryAction() = row.secondaryAction;
         mapping.functionSlots = mapping.functionSlotsInUse();
         profile.mappings.push_back(std::move(mapping));
     }

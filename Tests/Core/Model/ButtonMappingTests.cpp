@@ -27,12 +27,12 @@ TEST(ButtonMapping, UnassignedHasNothingButItsButton) {
 TEST(ButtonMapping, SlotsInUseReachTheLastActionThatIsSet) {
     ButtonMapping mapping;
     EXPECT_EQ(mapping.functionSlotsInUse(), 1);
-    mapping.secondaryAction = ButtonAction::copy;
+    mapping.secondaryAction() = ButtonAction::copy;
     EXPECT_EQ(mapping.functionSlotsInUse(), 2);
-    mapping.tertiaryAction = ButtonAction::copy;
+    mapping.tertiaryAction() = ButtonAction::copy;
     EXPECT_EQ(mapping.functionSlotsInUse(), 3);
-    mapping.secondaryAction = ButtonAction::none;
-    mapping.quaternaryAction = ButtonAction::copy;
+    mapping.secondaryAction() = ButtonAction::none;
+    mapping.quaternaryAction() = ButtonAction::copy;
     EXPECT_EQ(mapping.functionSlotsInUse(), 4);
 }
 
@@ -44,7 +44,7 @@ TEST(ButtonMappingDecoding, OnlyRequiredKeysGivesDefaults) {
     expected.buttonLabel = "x";
     EXPECT_EQ(mapping, expected);
     EXPECT_EQ(mapping.functionSlots, 1);
-    EXPECT_EQ(mapping.action, ButtonAction::none);
+    EXPECT_EQ(mapping.action(), ButtonAction::none);
     EXPECT_EQ(mapping.secondaryTrigger3, ButtonModifierTrigger::none);
     EXPECT_TRUE(mapping.dictationShortcut.isEmpty());
     EXPECT_EQ(mapping.folderPath, "");
@@ -117,7 +117,7 @@ TEST(ButtonMappingDecoding, FunctionSlotsOfAWrongTypeFail) {
 
 TEST(ButtonMappingDecoding, LegacyTriggerAloneBecomesTheFirstSecondaryTrigger) {
     const auto mapping = decoded<ButtonMapping>(mappingJson(R"("secondaryTrigger":"Shift")"));
-    EXPECT_EQ(mapping.secondaryTrigger1, ButtonModifierTrigger::shift);
+    EXPECT_EQ(mapping.secondaryTrigger1(), ButtonModifierTrigger::shift);
     const auto object = encoded(mapping);
     EXPECT_EQ(object["secondaryTrigger1"], "Shift");
     EXPECT_FALSE(object.contains("secondaryTrigger"));
@@ -126,14 +126,14 @@ TEST(ButtonMappingDecoding, LegacyTriggerAloneBecomesTheFirstSecondaryTrigger) {
 TEST(ButtonMappingDecoding, LegacyTriggerYieldsToTheCurrentKey) {
     const auto mapping =
         decoded<ButtonMapping>(mappingJson(R"("secondaryTrigger":"Shift","secondaryTrigger1":"Command")"));
-    EXPECT_EQ(mapping.secondaryTrigger1, ButtonModifierTrigger::command);
+    EXPECT_EQ(mapping.secondaryTrigger1(), ButtonModifierTrigger::command);
     EXPECT_FALSE(encoded(mapping).contains("secondaryTrigger"));
 }
 
 TEST(ButtonMappingDecoding, LegacyTriggerServesWhenTheCurrentKeyIsNull) {
     const auto mapping =
         decoded<ButtonMapping>(mappingJson(R"("secondaryTrigger":"Fn","secondaryTrigger1":null)"));
-    EXPECT_EQ(mapping.secondaryTrigger1, ButtonModifierTrigger::function);
+    EXPECT_EQ(mapping.secondaryTrigger1(), ButtonModifierTrigger::function);
 }
 
 TEST(ButtonMappingDecoding, UnknownLegacyTriggerFails) {
@@ -153,7 +153,7 @@ TEST(ButtonMappingDecoding, UnknownKeysAreIgnored) {
 
 TEST(ButtonMappingEncoding, BackWithNothingElseHasAllKeys) {
     auto mapping = ButtonMapping::unassigned(test::sequentialUuid(1), 3, "Botón extra 1");
-    mapping.action = ButtonAction::back;
+    mapping.action() = ButtonAction::back;
     nlohmann::json expected = {
         {"id", test::sequentialUuid(1).text()},
         {"buttonNumber", 3},

@@ -9,20 +9,20 @@ namespace {
 /// A mapping in which every member differs from its default.
 ButtonMapping fullMapping(std::int64_t buttonNumber) {
     auto mapping = ButtonMapping::unassigned(Uuid::version4({1}), buttonNumber, "label");
-    mapping.primaryTrigger1 = mapping.primaryTrigger2 = ButtonModifierTrigger::shift;
-    mapping.action = ButtonAction::copy;
+    mapping.primaryTrigger1() = mapping.primaryTrigger2() = ButtonModifierTrigger::shift;
+    mapping.action() = ButtonAction::copy;
     mapping.functionSlots = 4;
-    mapping.secondaryTrigger1 = mapping.secondaryTrigger2 = mapping.secondaryTrigger3 =
+    mapping.secondaryTrigger1() = mapping.secondaryTrigger2() = mapping.secondaryTrigger3 =
         ButtonModifierTrigger::command;
-    mapping.tertiaryTrigger1 = mapping.tertiaryTrigger2 = ButtonModifierTrigger::option;
-    mapping.quaternaryTrigger1 = mapping.quaternaryTrigger2 = ButtonModifierTrigger::control;
-    mapping.secondaryAction = ButtonAction::paste;
-    mapping.tertiaryAction = ButtonAction::cut;
-    mapping.quaternaryAction = ButtonAction::undo;
-    mapping.shortcut = mapping.secondaryShortcut = mapping.tertiaryShortcut = mapping.quaternaryShortcut =
-        mapping.dictationShortcut = {8, 0x100000, "⌘C"};
-    mapping.shortcutName = mapping.secondaryShortcutName = mapping.tertiaryShortcutName =
-        mapping.quaternaryShortcutName = "name";
+    mapping.tertiaryTrigger1() = mapping.tertiaryTrigger2() = ButtonModifierTrigger::option;
+    mapping.quaternaryTrigger1() = mapping.quaternaryTrigger2() = ButtonModifierTrigger::control;
+    mapping.secondaryAction() = ButtonAction::paste;
+    mapping.tertiaryAction() = ButtonAction::cut;
+    mapping.quaternaryAction() = ButtonAction::undo;
+    mapping.shortcut() = mapping.secondaryShortcut() = mapping.tertiaryShortcut() =
+        mapping.quaternaryShortcut() = mapping.dictationShortcut = {8, 0x100000, "⌘C"};
+    mapping.shortcutName() = mapping.secondaryShortcutName() = mapping.tertiaryShortcutName() =
+        mapping.quaternaryShortcutName() = "name";
     mapping.appPath = "/app";
     mapping.folderPath = "/folder";
     return mapping;
@@ -31,12 +31,12 @@ ButtonMapping fullMapping(std::int64_t buttonNumber) {
 TEST(NormalizeMapping, LeftAndRightButtonsKeepOnlyWhatModifiersChoose) {
     for (const std::int64_t number : {0, 1}) {
         ButtonMapping expected = fullMapping(number);
-        expected.primaryTrigger1 = expected.primaryTrigger2 = ButtonModifierTrigger::none;
-        expected.action = number == 0 ? ButtonAction::leftClick : ButtonAction::rightClick;
-        expected.shortcut = expected.secondaryShortcut = expected.tertiaryShortcut =
-            expected.quaternaryShortcut = expected.dictationShortcut = {};
-        expected.shortcutName = expected.secondaryShortcutName = expected.tertiaryShortcutName =
-            expected.quaternaryShortcutName = expected.appPath = "";
+        expected.primaryTrigger1() = expected.primaryTrigger2() = ButtonModifierTrigger::none;
+        expected.action() = number == 0 ? ButtonAction::leftClick : ButtonAction::rightClick;
+        expected.shortcut() = expected.secondaryShortcut() = expected.tertiaryShortcut() =
+            expected.quaternaryShortcut() = expected.dictationShortcut = {};
+        expected.shortcutName() = expected.secondaryShortcutName() = expected.tertiaryShortcutName() =
+            expected.quaternaryShortcutName() = expected.appPath = "";
         EXPECT_EQ(normalizeMapping(fullMapping(number)), expected) << number;
     }
 }

@@ -207,8 +207,8 @@ TEST(ProfileTemplates, DefaultProfileHasTheFiveUsualButtons) {
         ButtonMapping::unassigned(test::sequentialUuid(5), 3, "Botón extra 1"),
         ButtonMapping::unassigned(test::sequentialUuid(6), 4, "Botón extra 2"),
     };
-    expected[0].action = ButtonAction::leftClick;
-    expected[1].action = ButtonAction::rightClick;
+    expected[0].action() = ButtonAction::leftClick;
+    expected[1].action() = ButtonAction::rightClick;
     EXPECT_EQ(profile.mappings, expected);
 }
 

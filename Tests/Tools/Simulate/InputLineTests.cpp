@@ -10,13 +10,13 @@ class InputLineTest : public testing::Test {
     InputLineTest() {
         ButtonMapping copy;
         copy.buttonNumber = 3;
-        copy.action = ButtonAction::copy;
+        copy.action() = ButtonAction::copy;
         copy.functionSlots = 2;
-        copy.secondaryTrigger1 = ButtonModifierTrigger::shift;
-        copy.secondaryAction = ButtonAction::customShortcut;
+        copy.secondaryTrigger1() = ButtonModifierTrigger::shift;
+        copy.secondaryAction() = ButtonAction::customShortcut;
         ButtonMapping wheel;
         wheel.buttonNumber = -101;
-        wheel.action = ButtonAction::volumeDown;
+        wheel.action() = ButtonAction::volumeDown;
         profile.mappings = {copy, wheel};
     }
     std::string line(SeenInput input, AppLanguage language = AppLanguage::english) const {

@@ -17,23 +17,6 @@ namespace trelvan {
 
 namespace {
 
-constexpr std::array slots{FunctionSlot::primary, FunctionSlot::secondary, FunctionSlot::tertiary,
-                           FunctionSlot::quaternary};
-constexpr std::array<std::string_view, 4> actionKeys{"action", "secondaryAction", "tertiaryAction",
-                                                     "quaternaryAction"};
-constexpr std::array<std::string_view, 4> shortcutKeys{"shortcut", "secondaryShortcut", "tertiaryShortcut",
-                                                       "quaternaryShortcut"};
-
-constexpr std::size_t indexOf(FunctionSlot slot) {
-    return static_cast<std::size_t>(slot);
-}
-
-EventFlags triggerFlags(const ButtonMapping& mapping, FunctionSlot slot) {
-    EventFlags flags = 0;
-    for (const auto trigger : triggersOf(mapping, slot)) flags |= flagBit(trigger);
-    return flags;
-}
-
 /// Every combination of the modifiers, none included.
 std::vector<EventFlags> combinations(EventFlags possible) {
     std::vector<EventFlags> result{0};
@@ -64,7 +47,7 @@ class ProfileCheck {
         findWhatFires();
         for (std::size_t index = 0; index < profile_.mappings.size(); ++index) {
             if (isBehindAnother(index)) continue;
-            for (const auto slot : slots) checkFunction(index, slot);
+            for (const auto slot : allFunctionSlots) checkFunction(index, slot);
         }
         checkMenu();
     }
@@ -110,9 +93,8 @@ class ProfileCheck {
     template <typename Field>
     void checkPinned(std::size_t index, const Field& field, const ButtonMapping& before,
                      const ButtonMapping& after) {
-        const auto& was = before.*(field.member);
-        if (equalValues(was, after.*(field.member)) || equalValues(was, ButtonMapping{}.*(field.member)))
-            return;
+        const auto& was = field.of(before);
+        if (equalValues(was, field.of(after)) || equalValues(was, field.of(fresh_))) return;
         warn(place(index, field.key),
              {"has no effect: the left and right buttons keep their own clicks",
               "no tiene efecto: los botones izquierdo y derecho conservan sus propios clics"});
@@ -185,17 +167,17 @@ class ProfileCheck {
 
     void checkFunction(std::size_t index, FunctionSlot slot) {
         const auto& mapping = profile_.mappings[index];
-        if (actionOf(mapping, slot) == ButtonAction::none) return;
+        if (mapping.function(slot).action == ButtonAction::none) return;
         if (slot == FunctionSlot::primary && isOwnClick(mapping)) return;
         if (fires_[index].contains(slot)) {
             checkEffect(index, slot);
         } else {
-            warn(place(index, actionKeys[indexOf(slot)]), whyNever(mapping, slot));
+            warn(place(index, keysOf(slot).action), whyNever(mapping, slot));
         }
     }
 
     TextPair whyNever(const ButtonMapping& mapping, FunctionSlot slot) const {
-        const EventFlags wanted = triggerFlags(mapping, slot);
+        const EventFlags wanted = triggerFlags(mapping.function(slot));
         if (!isInUse(mapping, slot))
             return {"never fires: 'functionSlots' leaves this function out",
                     "nunca se ejecuta: 'functionSlots' deja fuera esta función"};
@@ -209,7 +191,7 @@ class ProfileCheck {
         if (isScrollButton(mapping.buttonNumber))
             return {"never fires: another function or an earlier mapping of this direction comes first",
                     "nunca se ejecuta: otra función o una asignación anterior de esta dirección va antes"};
-        if (wanted == 0 && triggerFlags(mapping, FunctionSlot::primary) == 0)
+        if (wanted == 0 && triggerFlags(mapping.function(FunctionSlot::primary)) == 0)
             return {"never fires: it has no modifier, and the main function needs none either",
                     "nunca se ejecuta: no tiene modificador y la función principal tampoco lo necesita"};
         if (wanted == 0)
@@ -221,13 +203,13 @@ class ProfileCheck {
 
     void checkEffect(std::size_t index, FunctionSlot slot) {
         const auto& mapping = profile_.mappings[index];
-        const auto action = actionOf(mapping, slot);
-        const std::string here = place(index, actionKeys[indexOf(slot)]);
+        const auto action = mapping.function(slot).action;
+        const std::string here = place(index, keysOf(slot).action);
         if (const auto obstacle = surroundings_.obstacle(action))
             warn(here, {obstacle->english, obstacle->spanish});
         switch (action) {
             case ButtonAction::customShortcut:
-                if (shortcutOf(mapping, slot).isEmpty()) warnNoKey(here, shortcutKeys[indexOf(slot)]);
+                if (mapping.function(slot).shortcut.isEmpty()) warnNoKey(here, keysOf(slot).shortcut);
                 return;
             case ButtonAction::dictation:
                 if (mapping.dictationShortcut.isEmpty()) warnNoKey(here, "dictationShortcut");
@@ -285,6 +267,8 @@ class ProfileCheck {
         }
     }
 
+    /// What a mapping has where nothing is written.
+    const ButtonMapping fresh_{};
     const TrackballProfile& stored_;
     /// As the program uses it; mappings keep their places.
     TrackballProfile profile_;

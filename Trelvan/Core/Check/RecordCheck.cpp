@@ -129,9 +129,9 @@ void check(const Value& value, const std::string& path, Findings& findings, cons
     }
 }
 
-template <typename Record, typename T>
-void checkField(const Value& object, const RecordField<Record, T>& field, const std::string& path,
-                Findings& findings) {
+template <typename Field>
+void checkField(const Value& object, const Field& field, const std::string& path, Findings& findings) {
+    using T = typename Field::Value;
     const std::string key(field.key);
     const Value* value = json::member(object, key);
     const bool hasLegacy = !field.legacyKey.empty() && json::member(object, field.legacyKey) != nullptr;

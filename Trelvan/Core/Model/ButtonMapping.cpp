@@ -13,10 +13,11 @@ ButtonMapping ButtonMapping::unassigned(const Uuid& id, std::int64_t buttonNumbe
 }
 
 std::int64_t ButtonMapping::functionSlotsInUse() const {
-    if (quaternaryAction != ButtonAction::none) return 4;
-    if (tertiaryAction != ButtonAction::none) return 3;
-    if (secondaryAction != ButtonAction::none) return 2;
-    return minimumFunctionSlots;
+    std::int64_t count = maximumFunctionSlots;
+    while (count > minimumFunctionSlots &&
+           functions[static_cast<std::size_t>(count - 1)].action == ButtonAction::none)
+        --count;
+    return count;
 }
 
 }  // namespace trelvan

@@ -26,17 +26,15 @@ void separateScrollDirections(std::vector<ButtonMapping>& mappings) {
 ButtonMapping normalizeMapping(ButtonMapping mapping) {
     const bool isLeft = mapping.buttonNumber == nonRemappableLeftButtonNumber;
     if (!isLeft && mapping.buttonNumber != nonRemappableRightButtonNumber) return mapping;
-    mapping.primaryTrigger1 = ButtonModifierTrigger::none;
-    mapping.primaryTrigger2 = ButtonModifierTrigger::none;
-    mapping.action = isLeft ? ButtonAction::leftClick : ButtonAction::rightClick;
-    for (auto* shortcut : {&mapping.shortcut, &mapping.secondaryShortcut, &mapping.tertiaryShortcut,
-                           &mapping.quaternaryShortcut, &mapping.dictationShortcut}) {
-        *shortcut = {};
+    mapping.primaryTrigger1() = ButtonModifierTrigger::none;
+    mapping.primaryTrigger2() = ButtonModifierTrigger::none;
+    mapping.action() = isLeft ? ButtonAction::leftClick : ButtonAction::rightClick;
+    for (auto& function : mapping.functions) {
+        function.shortcut = {};
+        function.shortcutName.clear();
     }
-    for (auto* text : {&mapping.shortcutName, &mapping.secondaryShortcutName, &mapping.tertiaryShortcutName,
-                       &mapping.quaternaryShortcutName, &mapping.appPath}) {
-        text->clear();
-    }
+    mapping.dictationShortcut = {};
+    mapping.appPath.clear();
     return mapping;
 }
 

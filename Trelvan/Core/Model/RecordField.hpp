@@ -3,7 +3,9 @@
 #include "Utilities/Text.hpp"
 #include "Utilities/Uuid.hpp"
 
+#include <array>
 #include <concepts>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -25,13 +27,34 @@ enum class WhenAbsent {
 };
 
 /// One member of a record with the key that it is stored under.
-template <typename Record, typename Value>
+template <typename Record, typename T>
 struct RecordField {
+    using Value = T;
+
     std::string_view key;
-    Value Record::*member;
+    T Record::*member;
     WhenAbsent whenAbsent;
     /// An older key, read when `key` is missing and never written; empty when there is none.
     std::string_view legacyKey = {};
+
+    constexpr T& of(Record& record) const { return record.*member; }
+    constexpr const T& of(const Record& record) const { return record.*member; }
+};
+
+/// The same for one member of an element of an array that the record holds.
+template <typename Record, typename Element, std::size_t Size, typename T>
+struct ElementField {
+    using Value = T;
+
+    std::string_view key;
+    std::array<Element, Size> Record::*elements;
+    std::size_t index;
+    T Element::*member;
+    WhenAbsent whenAbsent;
+    std::string_view legacyKey = {};
+
+    constexpr T& of(Record& record) const { return (record.*elements)[index].*member; }
+    constexpr const T& of(const Record& record) const { return (record.*elements)[index].*member; }
 };
 
 template <typename Record, typename Value>
@@ -43,6 +66,14 @@ template <typename Record, typename Value>
 constexpr RecordField<Record, Value> defaulted(std::string_view key, Value Record::*member,
                                                std::string_view legacyKey = {}) {
     return {key, member, WhenAbsent::keepsDefault, legacyKey};
+}
+
+template <typename Record, typename Element, std::size_t Size, typename Value>
+constexpr ElementField<Record, Element, Size, Value> defaulted(std::string_view key,
+                                                               std::array<Element, Size> Record::*elements,
+                                                               std::size_t index, Value Element::*member,
+                                                               std::string_view legacyKey = {}) {
+    return {key, elements, index, member, WhenAbsent::keepsDefault, legacyKey};
 }
 
 template <typename Record>
@@ -69,9 +100,7 @@ template <typename Value>
 template <RecordWithFields Record>
 [[nodiscard]] bool equalFields(const Record& left, const Record& right) {
     return std::apply(
-        [&](const auto&... field) {
-            return (equalValues(left.*(field.member), right.*(field.member)) && ...);
-        },
+        [&](const auto&... field) { return (equalValues(field.of(left), field.of(right)) && ...); },
         Record::fields());
 }
 

@@ -91,8 +91,8 @@ template <typename Record>
 void finishReading(const Value& /*object*/, Record& /*record*/) {}
 void finishReading(const Value& object, ButtonMapping& mapping);
 
-template <typename Record, typename T>
-[[nodiscard]] Problem readField(const Value& object, const RecordField<Record, T>& field, Record& out,
+template <typename Field, typename Record>
+[[nodiscard]] Problem readField(const Value& object, const Field& field, Record& out,
                                 const UuidSource& newId) {
     std::string_view key = field.key;
     const Value* value = member(object, key);
@@ -101,15 +101,15 @@ template <typename Record, typename T>
         value = member(object, key);
     }
     if (value != nullptr) {
-        auto problem = read(*value, out.*(field.member), newId);
+        auto problem = read(*value, field.of(out), newId);
         return problem ? Problem(std::move(*problem).inside(key)) : std::nullopt;
     }
     if (field.whenAbsent == WhenAbsent::fails) {
         return CodingError{std::string(field.key),
                            object.contains(field.key) ? "required key is null" : "required key is missing"};
     }
-    if constexpr (std::same_as<T, Uuid>) {
-        if (field.whenAbsent == WhenAbsent::newIdentifier) out.*(field.member) = newId();
+    if constexpr (std::same_as<typename Field::Value, Uuid>) {
+        if (field.whenAbsent == WhenAbsent::newIdentifier) field.of(out) = newId();
     }
     return std::nullopt;
 }
@@ -176,7 +176,7 @@ Problem write(const Record& in, Value& value) {
     Problem problem;
     std::apply(
         [&](const auto&... field) {
-            static_cast<void>((!(problem = writeField(field.key, in.*(field.member), value)) && ...));
+            static_cast<void>((!(problem = writeField(field.key, field.of(in), value)) && ...));
         },
         Record::fields());
     return problem;

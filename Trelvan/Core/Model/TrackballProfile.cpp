@@ -7,9 +7,9 @@ TrackballProfile TrackballProfile::minimalProfile(const UuidSource& newId) {
     profile.id = newId();
     profile.name = "Default";
     profile.mappings.push_back(ButtonMapping::unassigned(newId(), 0, "Click izquierdo"));
-    profile.mappings.back().action = ButtonAction::leftClick;
+    profile.mappings.back().action() = ButtonAction::leftClick;
     profile.mappings.push_back(ButtonMapping::unassigned(newId(), 1, "Click derecho"));
-    profile.mappings.back().action = ButtonAction::rightClick;
+    profile.mappings.back().action() = ButtonAction::rightClick;
     return profile;
 }
 

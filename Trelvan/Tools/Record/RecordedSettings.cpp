@@ -79,12 +79,11 @@ class Anonymizer {
     void anonymize(ButtonMapping& mapping) {
         // A label of blanks may be given another one at the load.
         if (!trimmed(mapping.buttonLabel).empty()) mapping.buttonLabel = "Label";
-        for (auto* name : {&mapping.shortcutName, &mapping.secondaryShortcutName,
-                           &mapping.tertiaryShortcutName, &mapping.quaternaryShortcutName})
-            name->clear();
-        for (auto* shortcut : {&mapping.shortcut, &mapping.secondaryShortcut, &mapping.tertiaryShortcut,
-                               &mapping.quaternaryShortcut, &mapping.dictationShortcut})
-            anonymize(*shortcut);
+        for (auto& function : mapping.functions) {
+            function.shortcutName.clear();
+            anonymize(function.shortcut);
+        }
+        anonymize(mapping.dictationShortcut);
         replacePath(mapping.appPath, "application");
         replacePath(mapping.folderPath, "folder");
     }
