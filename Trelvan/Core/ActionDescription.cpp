@@ -1,13 +1,15 @@
 #include "Core/ActionDescription.hpp"
 
-#include "Core/ButtonMapper.hpp"
 #include "Core/MappingResolution.hpp"
+#include "Core/Model/ActionCatalogue.hpp"
 #include "Core/ModifierNames.hpp"
+#include "Utilities/Overloaded.hpp"
 #include "Utilities/Text.hpp"
 
 #include <algorithm>
 #include <array>
 #include <utility>
+#include <variant>
 
 namespace trelvan {
 
@@ -45,15 +47,25 @@ class Describer {
         : shortcuts_(shortcuts), language_(language), hotKeys_(hotKeys) {}
 
     std::vector<std::string> describe(ButtonAction action) {
-        const auto chord = catalogueShortcut(action, shortcuts_);
-        const auto* const tool = desktopTool(action);
-        if (tool != nullptr && (shortcuts_.desktopGoesFirst || !chord)) {
-            describeTool(*tool, chord);
-        } else if (chord) {
-            describeShortcut(action, *chord);
-        } else {
-            describeOther(action);
-        }
+        std::visit(Overloaded{
+                       [this](const does::Nothing&) {
+                           say({"Nothing", "Nada"});
+                       },
+                       [this](const does::Keys& keys) { describeKeys(keys); },
+                       [this](const does::View& view) { describeTool(view.tool, std::nullopt); },
+                       [this](const does::Tool& tool) {
+                           const auto chord = chordOf(tool.combination);
+                           if (shortcuts_.desktopGoesFirst) return describeTool(tool.tool, chord);
+                           say(sent, describeChord(chord, language_));
+                       },
+                       [this](const does::Media&) {
+                           say({"Sent: the media key", "Se envía: la tecla multimedia"});
+                       },
+                       [this](const does::Click& click) { say(click.description); },
+                       [this](const does::Note& note) { describeNote(note); },
+                       [this](const does::Own& own) { say(own.description, own.object); },
+                   },
+                   rowOf(action).effect);
         return std::move(sentences_);
     }
 
@@ -63,15 +75,20 @@ class Describer {
             InlineText(localized(language_, before), middle, localized(language_, after)).view());
     }
 
-    void describeShortcut(ButtonAction action, KeyChord chord) {
-        const auto text = describeChord(chord, language_);
-        say({"Sent: ", "Se envía: "}, text);
-        if (isForText(action) && !shortcuts_.terminals.empty()) describeTerminals(action, text);
+    [[nodiscard]] KeyChord chordOf(const Combination& combination) const {
+        return combination.by(shortcuts_.convention);
+    }
+
+    void describeKeys(const does::Keys& keys) {
+        const auto text = describeChord(chordOf(keys.combination), language_);
+        say(sent, text);
+        if (keys.inTerminal != TerminalUse::same && !shortcuts_.terminals.empty())
+            describeTerminals(keys.inTerminal, text);
     }
 
     /// Which terminal will be in front nobody knows here, so it is said for most of them.
-    void describeTerminals(ButtonAction action, std::string_view usual) {
-        if (const auto chord = shortcutInTerminal(action, terminal::usual({}))) {
+    void describeTerminals(TerminalUse use, std::string_view usual) {
+        if (const auto chord = shortcutInTerminal(use, terminal::usual({}))) {
             say({"In a terminal: ", "En un terminal: "}, describeChord(*chord, language_),
                 {", or that terminal's own way", ", o la forma propia de ese terminal"});
         } else {
@@ -116,8 +133,8 @@ class Describer {
         return {};
     }
 
-    void describeNewNote() {
-        const auto chord = describeChord(shortcuts_.newNote, language_);
+    void describeNote(const does::Note& note) {
+        const auto chord = describeChord(chordOf(note.combination), language_);
         if (shortcuts_.typesOnlyInFront)
             return say({"Opens the desktop's editor or a note taker and, once it has the focus, sends ",
                         "Abre el editor del escritorio o una aplicación de notas y, cuando tiene el foco, "
@@ -126,59 +143,7 @@ class Describer {
         say({"Opens Notes, then sends ", "Abre Notas y luego envía "}, chord);
     }
 
-    void describeOther(ButtonAction action) {
-        switch (action) {
-            case ButtonAction::none:
-                return say({"Nothing", "Nada"});
-            case ButtonAction::openFolder:
-                return say({"Opens the folder chosen for it, or the home folder",
-                            "Abre la carpeta elegida, o la personal"});
-            case ButtonAction::volumeUp:
-            case ButtonAction::volumeDown:
-            case ButtonAction::mute:
-            case ButtonAction::playPause:
-                return say({"Sent: the media key", "Se envía: la tecla multimedia"});
-            case ButtonAction::openExplorer:
-                return say({"Opens the home folder in the file manager",
-                            "Abre la carpeta personal en el gestor de archivos"});
-            case ButtonAction::newNote:
-                return describeNewNote();
-            case ButtonAction::dictation:
-            case ButtonAction::customShortcut:
-                return say({"Sent: the shortcut recorded for it", "Se envía: el atajo grabado para ello"});
-            case ButtonAction::exploreAI:
-                return say({"Opens ", "Abre "}, ButtonMapper::exploreAIAddress);
-            case ButtonAction::smartButton:
-                return say({"Opens the radial menu at the pointer", "Abre el menú radial en el puntero"});
-            case ButtonAction::leftClick:
-                return say({"A left click at the pointer", "Un clic izquierdo en el puntero"});
-            case ButtonAction::rightClick:
-                return say({"A right click at the pointer", "Un clic derecho en el puntero"});
-            case ButtonAction::middleClick:
-                return say({"A middle click at the pointer", "Un clic medio en el puntero"});
-            case ButtonAction::launchApp:
-                return say({"Opens the application chosen for it", "Abre la aplicación elegida"});
-            // Combinations and views, described above.
-            case ButtonAction::missionControl:
-            case ButtonAction::appExpose:
-            case ButtonAction::launchpad:
-            case ButtonAction::showDesktop:
-            case ButtonAction::moveDesktopLeft:
-            case ButtonAction::moveDesktopRight:
-            case ButtonAction::back:
-            case ButtonAction::forward:
-            case ButtonAction::copy:
-            case ButtonAction::paste:
-            case ButtonAction::cut:
-            case ButtonAction::undo:
-            case ButtonAction::screenshotArea:
-            case ButtonAction::screenshotFull:
-            case ButtonAction::screenshotTool:
-            case ButtonAction::emojiPanel:
-            case ButtonAction::lockWorkstation:
-                return;
-        }
-    }
+    static constexpr TextPair sent{"Sent: ", "Se envía: "};
 
     const ActionShortcuts& shortcuts_;
     AppLanguage language_;

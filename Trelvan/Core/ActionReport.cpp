@@ -1,12 +1,12 @@
 #include "Core/ActionReport.hpp"
 
 #include "Core/ActionDescription.hpp"
-#include "Core/MappingResolution.hpp"
+#include "Core/Model/ActionCatalogue.hpp"
 #include "Core/ModifierNames.hpp"
 #include "Utilities/Text.hpp"
 
-#include <cstddef>
 #include <utility>
+#include <variant>
 
 namespace trelvan {
 
@@ -14,16 +14,16 @@ namespace {
 
 using Way = ViewAbility::Way;
 
-/// What the desktop itself is asked for; none for an action that it has no part in.
-std::optional<SystemView> viewOf(ButtonAction action) {
-    if (const auto* const tool = desktopTool(action)) return tool->view;
-    return std::nullopt;
+/// None for an action that the desktop has no part in.
+const ViewAbility* abilityFor(ButtonAction action, const DesktopAbilities& desktop) {
+    const auto* const tool = desktopTool(action);
+    const auto found = tool != nullptr ? desktop.views.find(tool->view) : desktop.views.end();
+    return found != desktop.views.end() ? &found->second : nullptr;
 }
 
-const ViewAbility* abilityFor(ButtonAction action, const DesktopAbilities& desktop) {
-    const auto view = viewOf(action);
-    const auto found = view ? desktop.views.find(*view) : desktop.views.end();
-    return found != desktop.views.end() ? &found->second : nullptr;
+/// Whether the action needs something to write a note in.
+bool writesNotes(ButtonAction action) {
+    return std::holds_alternative<does::Note>(rowOf(action).effect);
 }
 
 std::string combination(const ViewAbility& ability) {
@@ -54,12 +54,12 @@ std::optional<std::string> wayHere(const ViewAbility& ability, AppLanguage langu
 
 std::optional<std::string> obstacleTo(ButtonAction action, const DesktopAbilities& desktop,
                                       AppLanguage language) {
-    if (action == ButtonAction::newNote && !desktop.noteApplication)
+    if (writesNotes(action) && !desktop.noteApplication)
         return std::string(localized(language, "No editor and no note taker is installed",
                                      "No hay ningún editor ni aplicación de notas instalado"));
     const auto* const ability = abilityFor(action, desktop);
     // What has a combination is sent by it where the desktop has no tool for it.
-    if (ability == nullptr || ability->way != Way::nothing || catalogueShortcut(action, {}))
+    if (ability == nullptr || ability->way != Way::nothing || catalogueCombination(action) != nullptr)
         return std::nullopt;
     std::string text(
         localized(language, "Nothing on this desktop does it", "Nada en este escritorio lo hace"));
@@ -76,15 +76,14 @@ std::vector<ActionReport> reportActions(const ActionShortcuts& shortcuts, const 
         return found != desktop.hotKeys.end() ? std::optional(found->second) : std::nullopt;
     };
     std::vector<ActionReport> reports;
-    for (std::size_t index = 0; index < RawValueTable<ButtonAction>::rawValues.size(); ++index) {
-        const auto action = static_cast<ButtonAction>(index);
+    for (const auto action : allCases<ButtonAction>()) {
         ActionReport report{.action = action,
                             .sends = describeAction(action, shortcuts, language, hotKeys),
                             .obstacle = obstacleTo(action, desktop, language)};
         if (const auto* const ability = abilityFor(action, desktop)) {
             if (auto way = wayHere(*ability, language)) report.sends.push_back(*std::move(way));
         }
-        if (action == ButtonAction::newNote && desktop.noteApplication)
+        if (writesNotes(action) && desktop.noteApplication)
             report.sends.push_back(std::string(localized(language, "Here: ", "Aquí: ")) +
                                    std::string(lastPathComponent(*desktop.noteApplication)));
         reports.push_back(std::move(report));

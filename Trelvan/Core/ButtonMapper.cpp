@@ -1,9 +1,11 @@
 #include "Core/ButtonMapper.hpp"
 
 #include "Core/Model/ButtonNumbers.hpp"
+#include "Utilities/Overloaded.hpp"
 
 #include <array>
 #include <utility>
+#include <variant>
 
 namespace trelvan {
 
@@ -76,73 +78,18 @@ bool ButtonMapper::executeAlternate(const ButtonMapping& mapping, EventFlags fla
 }
 
 void ButtonMapper::performAction(ButtonAction action, const ButtonMapping& mapping, FunctionSlot slot) {
-    if (const auto* const terminal =
-            isForText(action) ? terminalOf(ports_.shortcuts.terminals, ports_.screens.frontmostApplication())
-                              : nullptr)
-        return sendToTerminal(action, *terminal);
-    if (const auto chord = catalogueShortcut(action, ports_.shortcuts))
-        return sendCatalogueShortcut(action, *chord);
-    switch (action) {
-        // Sent above.
-        case ButtonAction::back:
-        case ButtonAction::forward:
-        case ButtonAction::copy:
-        case ButtonAction::paste:
-        case ButtonAction::cut:
-        case ButtonAction::undo:
-        case ButtonAction::screenshotArea:
-        case ButtonAction::screenshotFull:
-        case ButtonAction::screenshotTool:
-        case ButtonAction::emojiPanel:
-        case ButtonAction::lockWorkstation:
-        case ButtonAction::none:
-            return;
-        case ButtonAction::missionControl:
-            return triggerMissionControl();
-        case ButtonAction::appExpose:
-            return triggerAppExpose();
-        case ButtonAction::launchpad:
-            return triggerLaunchpad();
-        case ButtonAction::openFolder:
-            return openFolder(mapping.folderPath);
-        case ButtonAction::showDesktop:
-            return triggerShowDesktop();
-        case ButtonAction::moveDesktopLeft:
-            return triggerMoveDesktop(key::leftArrow);
-        case ButtonAction::moveDesktopRight:
-            return triggerMoveDesktop(key::rightArrow);
-        case ButtonAction::volumeUp:
-            return sendMediaKey(MediaKey::volumeUp);
-        case ButtonAction::volumeDown:
-            return sendMediaKey(MediaKey::volumeDown);
-        case ButtonAction::mute:
-            return sendMediaKey(MediaKey::mute);
-        case ButtonAction::playPause:
-            return sendMediaKey(MediaKey::playPause);
-        case ButtonAction::openExplorer:
-            return ports_.workspace.reveal(ports_.workspace.homeDirectory());
-        case ButtonAction::newNote:
-            return createNewNote();
-        case ButtonAction::dictation:
-            return triggerDictation(mapping.dictationShortcut);
-        case ButtonAction::exploreAI:
-            return openExploreAI();
-        case ButtonAction::smartButton:
-            return showSmartButton();
-        case ButtonAction::leftClick:
-            return simulateMouseClick(0);
-        case ButtonAction::rightClick:
-            return simulateMouseClick(1);
-        case ButtonAction::middleClick:
-            return simulateMouseClick(2);
-        case ButtonAction::customShortcut: {
-            const CustomShortcut& shortcut = mapping.function(slot).shortcut;
-            if (!shortcut.isEmpty()) simulateKey(shortcut.keyCode, shortcut.modifiersRawValue);
-            return;
-        }
-        case ButtonAction::launchApp:
-            return launchApp(mapping.appPath);
-    }
+    const ActionCall call{*this, mapping, slot};
+    std::visit(Overloaded{
+                   [](const does::Nothing&) {},
+                   [&](const does::Keys& keys) { sendKeys(action, keys); },
+                   [&](const does::View& view) { view.run(call); },
+                   [&](const does::Tool& tool) { sendTool(tool); },
+                   [&](const does::Media& media) { sendMediaKey(media.key); },
+                   [&](const does::Click& click) { simulateMouseClick(click.button); },
+                   [&](const does::Note& note) { createNewNote(note); },
+                   [&](const does::Own& own) { own.run(call); },
+               },
+               rowOf(action).effect);
 }
 
 // Keys and clicks
@@ -166,22 +113,38 @@ void ButtonMapper::simulateKey(KeyChord chord) {
         });
 }
 
-void ButtonMapper::sendCatalogueShortcut(ButtonAction action, KeyChord chord) {
-    const auto* const tool = desktopTool(action);
-    const auto byKeys = [weak = weak_from_this(), tool, chord] {
-        const auto self = weak.lock();
-        if (self && !self->pressFirst(tool->hotKeys)) self->simulateKey(chord);
-        return true;
-    };
-    if (tool != nullptr && ports_.views.show(tool->view, byKeys)) return;
-    simulateKey(chord);
+KeyChord ButtonMapper::chordOf(const Combination& combination) const {
+    return combination.by(ports_.shortcuts.convention);
 }
 
-void ButtonMapper::sendToTerminal(ButtonAction action, const TerminalShortcuts& terminal) {
-    if (const auto chord = shortcutInTerminal(action, terminal)) return simulateKey(*chord);
+void ButtonMapper::sendKeys(ButtonAction action, const does::Keys& keys) {
+    const auto* const terminal =
+        keys.inTerminal != TerminalUse::same
+            ? terminalOf(ports_.shortcuts.terminals, ports_.screens.frontmostApplication())
+            : nullptr;
+    if (terminal != nullptr) return sendToTerminal(action, keys.inTerminal, *terminal);
+    simulateKey(chordOf(keys.combination));
+}
+
+void ButtonMapper::sendToTerminal(ButtonAction action, TerminalUse use, const TerminalShortcuts& terminal) {
+    if (const auto chord = shortcutInTerminal(use, terminal)) return simulateKey(*chord);
     logger_.info(InlineText(
         "'", rawValue(action), "' no envía nada a ", terminal.windowClass,
-        action == ButtonAction::undo ? ": un terminal no deshace" : ": lo seleccionado ya está copiado"));
+        use == TerminalUse::undo ? ": un terminal no deshace" : ": lo seleccionado ya está copiado"));
+}
+
+void ButtonMapper::sendTool(const does::Tool& tool) {
+    // Rows outlive the mapper.
+    const auto byKeys = [weak = weak_from_this(), &tool] {
+        const auto self = weak.lock();
+        if (self && !self->pressFirst(tool.tool.hotKeys)) self->simulateKey(self->chordOf(tool.combination));
+        return true;
+    };
+    if (!ports_.views.show(tool.tool.view, byKeys)) simulateKey(chordOf(tool.combination));
+}
+
+void ButtonMapper::sendRecorded(const CustomShortcut& shortcut) {
+    if (!shortcut.isEmpty()) simulateKey(shortcut.keyCode, shortcut.modifiersRawValue);
 }
 
 void ButtonMapper::sendMediaKey(MediaKey mediaKey) {
@@ -361,16 +324,19 @@ void ButtonMapper::openExploreAI() {
     ports_.workspace.openUrl(exploreAIAddress);
 }
 
-void ButtonMapper::createNewNote() {
-    constexpr std::string_view notes = "com.apple.Notes";
-    const auto type = [weak = weak_from_this()] {
-        if (const auto self = weak.lock()) self->simulateKey(self->ports_.shortcuts.newNote);
+void ButtonMapper::revealHome() {
+    ports_.workspace.reveal(ports_.workspace.homeDirectory());
+}
+
+void ButtonMapper::createNewNote(const does::Note& note) {
+    const auto type = [weak = weak_from_this(), chord = chordOf(note.combination)] {
+        if (const auto self = weak.lock()) self->simulateKey(chord);
     };
     if (ports_.shortcuts.typesOnlyInFront) {
-        if (const auto path = findApp(notes)) ports_.workspace.openInFront(*path, type);
+        if (const auto path = findApp(note.bundleID)) ports_.workspace.openInFront(*path, type);
         return;
     }
-    openApp(notes);
+    openApp(note.bundleID);
     // The application needs a moment to take the focus.
     ports_.background.after(Seconds{0.25}, type);
 }

@@ -2,6 +2,7 @@
 
 #include "Core/InputSequence.hpp"
 #include "Core/MappingResolution.hpp"
+#include "Core/Model/ActionCatalogue.hpp"
 #include "Core/Model/ProfileSnapshot.hpp"
 #include "Core/SmartButtonMenu.hpp"
 #include "Platform/ActionShortcuts.hpp"
@@ -59,6 +60,9 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
     bool execute(std::int64_t buttonNumber, EventFlags eventFlags);
 
   private:
+    /// The catalogue, whose rows run these operations.
+    friend struct ActionRows;
+
     bool executeScroll(const ProfileSnapshot& profile, std::span<const std::uint32_t> group,
                        EventFlags flags);
     bool executeAlternate(const ButtonMapping& mapping, EventFlags flags);
@@ -66,8 +70,11 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
 
     void simulateKey(KeyCode keyCode, EventFlags flags);
     void simulateKey(KeyChord chord);
-    void sendCatalogueShortcut(ButtonAction action, KeyChord chord);
-    void sendToTerminal(ButtonAction action, const TerminalShortcuts& terminal);
+    [[nodiscard]] KeyChord chordOf(const Combination& combination) const;
+    void sendKeys(ButtonAction action, const does::Keys& keys);
+    void sendToTerminal(ButtonAction action, TerminalUse use, const TerminalShortcuts& terminal);
+    void sendTool(const does::Tool& tool);
+    void sendRecorded(const CustomShortcut& shortcut);
     void sendMediaKey(MediaKey mediaKey);
     void simulateMouseClick(std::int64_t button);
 
@@ -90,7 +97,8 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
     void openApp(std::string_view bundleID);
     void openFolder(const std::string& path);
     void openExploreAI();
-    void createNewNote();
+    void revealHome();
+    void createNewNote(const does::Note& note);
     void triggerDictation(const CustomShortcut& shortcut);
     void launchApp(const std::string& path);
     void showSmartButton();

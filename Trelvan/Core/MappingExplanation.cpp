@@ -1,6 +1,7 @@
 #include "Core/MappingExplanation.hpp"
 
 #include "Core/ActionDescription.hpp"
+#include "Core/Model/ActionCatalogue.hpp"
 #include "Core/Model/ButtonNumbers.hpp"
 #include "Core/ModifierNames.hpp"
 #include "Utilities/Text.hpp"
@@ -141,45 +142,41 @@ class Explainer {
     }
 
     void sayWhatIsSent(const ButtonMapping& mapping, ResolvedFunction function) {
-        std::string recorded;
-        switch (function.action) {
-            case ButtonAction::customShortcut:
-                recorded = mapping.function(function.slot).shortcut.displayString;
-                break;
-            case ButtonAction::dictation:
-                recorded = mapping.dictationShortcut.displayString;
-                break;
-            case ButtonAction::launchApp:
-                recorded = mapping.appPath;
-                break;
-            case ButtonAction::openFolder:
-                recorded = mapping.folderPath;
-                break;
-            default:
-                break;
-        }
-        if (!recorded.empty()) return say({"With: ", "Con: "}, recorded);
-        if (doesNothing(mapping, function)) return sayWhyNothing(function.action);
+        const auto input = rowOf(function.action).input;
+        if (const auto given = givenFor(input, mapping, function.slot); !given.empty())
+            return say({"With: ", "Con: "}, given);
+        if (lacks(input, mapping, function.slot)) return sayWhyNothing(input);
         for (auto& sentence : describeAction(function.action, shortcuts_, language_, hotKeys_))
             result_.why.push_back(std::move(sentence));
     }
 
-    /// Of an action that does only what was recorded or chosen for it.
-    static bool doesNothing(const ButtonMapping& mapping, ResolvedFunction function) {
-        switch (function.action) {
-            case ButtonAction::launchApp:
-                return mapping.appPath.empty();
-            case ButtonAction::dictation:
-                return mapping.dictationShortcut.isEmpty();
-            case ButtonAction::customShortcut:
-                return mapping.function(function.slot).shortcut.isEmpty();
-            default:
-                return false;
+    /// What was recorded or chosen for the action; empty when nothing was.
+    static std::string_view givenFor(ActionInput input, const ButtonMapping& mapping, FunctionSlot slot) {
+        switch (input) {
+            case ActionInput::shortcut:
+                return mapping.function(slot).shortcut.displayString;
+            case ActionInput::dictationShortcut:
+                return mapping.dictationShortcut.displayString;
+            case ActionInput::application:
+                return mapping.appPath;
+            case ActionInput::folder:
+                return mapping.folderPath;
+            case ActionInput::nothing:
+            case ActionInput::menu:
+                break;
         }
+        return {};
     }
 
-    void sayWhyNothing(ButtonAction action) {
-        if (action == ButtonAction::launchApp) {
+    /// Whether the action does nothing for want of its input.
+    static bool lacks(ActionInput input, const ButtonMapping& mapping, FunctionSlot slot) {
+        if (input == ActionInput::shortcut) return mapping.function(slot).shortcut.isEmpty();
+        if (input == ActionInput::dictationShortcut) return mapping.dictationShortcut.isEmpty();
+        return input == ActionInput::application && mapping.appPath.empty();
+    }
+
+    void sayWhyNothing(ActionInput input) {
+        if (input == ActionInput::application) {
             say({"Nothing is opened: no application has been chosen",
                  "No se abre nada: no se ha elegido ninguna aplicación"});
         } else {

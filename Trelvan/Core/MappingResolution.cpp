@@ -1,9 +1,8 @@
 #include "Core/MappingResolution.hpp"
 
 #include "Core/Model/ButtonNumbers.hpp"
-#include "Platform/HotKeyTable.hpp"
 
-#include <algorithm>
+#include <array>
 
 namespace trelvan {
 
@@ -40,86 +39,6 @@ bool isOwnClick(const ButtonMapping& mapping) {
             mapping.action() == ButtonAction::leftClick) ||
            (mapping.buttonNumber == nonRemappableRightButtonNumber &&
             mapping.action() == ButtonAction::rightClick);
-}
-
-std::optional<KeyChord> catalogueShortcut(ButtonAction action, const ActionShortcuts& shortcuts) {
-    switch (action) {
-        case ButtonAction::back:
-            return shortcuts.back;
-        case ButtonAction::forward:
-            return shortcuts.forward;
-        case ButtonAction::copy:
-            return shortcuts.copy;
-        case ButtonAction::paste:
-            return shortcuts.paste;
-        case ButtonAction::cut:
-            return shortcuts.cut;
-        case ButtonAction::undo:
-            return shortcuts.undo;
-        case ButtonAction::screenshotArea:
-            return shortcuts.screenshotArea;
-        case ButtonAction::screenshotFull:
-            return shortcuts.screenshotFull;
-        case ButtonAction::screenshotTool:
-            return shortcuts.screenshotTool;
-        case ButtonAction::emojiPanel:
-            return shortcuts.emojiPanel;
-        case ButtonAction::lockWorkstation:
-            return shortcuts.lockWorkstation;
-        default:
-            return std::nullopt;
-    }
-}
-
-bool isForText(ButtonAction action) {
-    return action == ButtonAction::copy || action == ButtonAction::paste || action == ButtonAction::cut ||
-           action == ButtonAction::undo;
-}
-
-std::optional<KeyChord> shortcutInTerminal(ButtonAction action, const TerminalShortcuts& terminal) {
-    switch (action) {
-        case ButtonAction::copy:
-        case ButtonAction::cut:
-            return terminal.copy;
-        case ButtonAction::paste:
-            return terminal.paste;
-        default:
-            return std::nullopt;
-    }
-}
-
-std::span<const DesktopTool> desktopTools() {
-    static constexpr std::array missionControl{hotkey::missionControl, 7, 8, 9};
-    static constexpr std::array appExpose{hotkey::appWindows, 34};
-    static constexpr std::array launchpad{hotkey::launchpad, 161};
-    static constexpr std::array showDesktop{hotkey::showDesktop, 37};
-    static constexpr std::array desktopLeft{hotkey::desktopLeft, 80};
-    static constexpr std::array desktopRight{hotkey::desktopRight, 82};
-    static constexpr std::array screenshotArea{hotkey::screenshotArea};
-    static constexpr std::array screenshotFull{hotkey::screenshotFull};
-    static constexpr std::array screenshotTool{hotkey::screenshotTool};
-    static constexpr std::array emojiPanel{hotkey::emojiPanel};
-    static constexpr std::array lockScreen{hotkey::lockScreen};
-    static constexpr std::array tools{
-        DesktopTool{ButtonAction::missionControl, SystemView::missionControl, missionControl},
-        DesktopTool{ButtonAction::appExpose, SystemView::appExpose, appExpose},
-        DesktopTool{ButtonAction::launchpad, SystemView::launchpad, launchpad},
-        DesktopTool{ButtonAction::showDesktop, SystemView::showDesktop, showDesktop},
-        DesktopTool{ButtonAction::moveDesktopLeft, SystemView::desktopLeft, desktopLeft},
-        DesktopTool{ButtonAction::moveDesktopRight, SystemView::desktopRight, desktopRight},
-        DesktopTool{ButtonAction::screenshotArea, SystemView::screenshotArea, screenshotArea},
-        DesktopTool{ButtonAction::screenshotFull, SystemView::screenshotFull, screenshotFull},
-        DesktopTool{ButtonAction::screenshotTool, SystemView::screenshotTool, screenshotTool},
-        DesktopTool{ButtonAction::emojiPanel, SystemView::emojiPanel, emojiPanel},
-        DesktopTool{ButtonAction::lockWorkstation, SystemView::lockScreen, lockScreen},
-    };
-    return tools;
-}
-
-const DesktopTool* desktopTool(ButtonAction action) {
-    const auto tools = desktopTools();
-    const auto found = std::ranges::find(tools, action, &DesktopTool::action);
-    return found != tools.end() ? &*found : nullptr;
 }
 
 std::optional<KeyChord> combinationOf(const std::optional<HotKeyEntry>& entry) {

@@ -1,15 +1,11 @@
 #pragma once
 
 #include "Core/Model/ButtonMapping.hpp"
-#include "Platform/ActionShortcuts.hpp"
 #include "Platform/HotKeyTable.hpp"
 #include "Platform/Quartz.hpp"
-#include "Platform/SystemViews.hpp"
 
-#include <array>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string_view>
 
 namespace trelvan {
@@ -67,25 +63,6 @@ struct ResolvedFunction {
 /// Whether the mapping's primary function is the button's own click, which is let through and never
 /// synthesised.
 [[nodiscard]] bool isOwnClick(const ButtonMapping& mapping);
-/// The combination by which the platform knows an action; none for an action that is not one combination.
-[[nodiscard]] std::optional<KeyChord> catalogueShortcut(ButtonAction action,
-                                                        const ActionShortcuts& shortcuts);
-/// Whether the action is one of those for text (copy, paste, cut, undo).
-[[nodiscard]] bool isForText(ButtonAction action);
-/// What an action for text sends to a terminal, where cutting is copying; none when it sends nothing there.
-[[nodiscard]] std::optional<KeyChord> shortcutInTerminal(ButtonAction action,
-                                                         const TerminalShortcuts& terminal);
-/// An action that a desktop may have a view or a tool for.
-struct DesktopTool {
-    ButtonAction action;
-    SystemView view;
-    /// Its symbolic hot keys, in the order in which they are tried; at least one.
-    std::span<const int> hotKeys;
-};
-/// All of them. Lives as long as the program.
-[[nodiscard]] std::span<const DesktopTool> desktopTools();
-/// None for any other action.
-[[nodiscard]] const DesktopTool* desktopTool(ButtonAction action);
 /// The combination of a symbolic hot key; none when it is disabled, has no key or is of another shape.
 [[nodiscard]] std::optional<KeyChord> combinationOf(const std::optional<HotKeyEntry>& entry);
 

@@ -11,6 +11,9 @@ namespace trelvan {
 
 /// Symbolic identifiers of the desktop's functions.
 namespace hotkey {
+inline constexpr int menuBar = 7;
+inline constexpr int dock = 8;
+inline constexpr int activeWindow = 9;
 inline constexpr int screenshotFull = 28;
 inline constexpr int screenshotArea = 30;
 inline constexpr int missionControl = 32;
@@ -20,6 +23,12 @@ inline constexpr int desktopLeft = 79;
 inline constexpr int desktopRight = 81;
 inline constexpr int launchpad = 160;
 inline constexpr int screenshotTool = 184;
+// Second entries, for when the first ones have no keys.
+inline constexpr int appWindowsAlternate = 34;
+inline constexpr int showDesktopAlternate = 37;
+inline constexpr int desktopLeftAlternate = 80;
+inline constexpr int desktopRightAlternate = 82;
+inline constexpr int launchpadAlternate = 161;
 // Not among the system's own: other platforms' desktops have shortcuts for these, too.
 inline constexpr int lockScreen = 1000;
 inline constexpr int emojiPanel = 1001;

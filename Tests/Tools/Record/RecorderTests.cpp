@@ -1,4 +1,4 @@
-#include "Core/MappingResolution.hpp"
+#include "Core/Model/ActionCatalogue.hpp"
 #include "Support/TestDesktop.hpp"
 #include "Tools/Record/Recorder.hpp"
 #include "Tools/Record/RecordingFile.hpp"
@@ -205,10 +205,15 @@ TEST_F(RecorderTest, EveryHotKeyThatAnActionLooksUpIsWritten) {
     const auto line = std::ranges::find_if(
         script, [](const auto& each) { return each.find(R"("do":"hotKeys")") != std::string::npos; });
     ASSERT_NE(line, script.end());
-    for (const auto& tool : desktopTools()) {
-        for (const int id : tool.hotKeys)
-            EXPECT_THAT(*line, HasSubstr("\"" + std::to_string(id) + "\":{")) << rawValue(tool.action);
+    std::size_t tools = 0;
+    for (const auto action : allCases<ButtonAction>()) {
+        const auto* const tool = desktopTool(action);
+        if (tool == nullptr) continue;
+        ++tools;
+        for (const int id : tool->hotKeys)
+            EXPECT_THAT(*line, HasSubstr("\"" + std::to_string(id) + "\":{")) << rawValue(action);
     }
+    EXPECT_EQ(tools, 11U);
     EXPECT_THAT(*line, Not(HasSubstr("\"1\":{")));
 }
 

@@ -1,6 +1,7 @@
 #include "Core/Check/MappingCheck.hpp"
 
 #include "Core/MappingResolution.hpp"
+#include "Core/Model/ActionCatalogue.hpp"
 #include "Core/Model/ButtonNumbers.hpp"
 #include "Core/Model/ProfileNormalization.hpp"
 #include "Core/ModifierNames.hpp"
@@ -207,14 +208,14 @@ class ProfileCheck {
         const std::string here = place(index, keysOf(slot).action);
         if (const auto obstacle = surroundings_.obstacle(action))
             warn(here, {obstacle->english, obstacle->spanish});
-        switch (action) {
-            case ButtonAction::customShortcut:
+        switch (rowOf(action).input) {
+            case ActionInput::shortcut:
                 if (mapping.function(slot).shortcut.isEmpty()) warnNoKey(here, keysOf(slot).shortcut);
                 return;
-            case ButtonAction::dictation:
+            case ActionInput::dictationShortcut:
                 if (mapping.dictationShortcut.isEmpty()) warnNoKey(here, "dictationShortcut");
                 return;
-            case ButtonAction::launchApp:
+            case ActionInput::application:
                 if (mapping.appPath.empty()) {
                     warn(here, {"opens nothing: 'appPath' names no application",
                                 "no abre nada: 'appPath' no nombra ninguna aplicación"});
@@ -222,17 +223,17 @@ class ProfileCheck {
                     checkThere(place(index, "appPath"), mapping.appPath);
                 }
                 return;
-            case ButtonAction::openFolder:
+            case ActionInput::folder:
                 if (!mapping.folderPath.empty() && !surroundings_.exists(mapping.folderPath))
                     warn(place(index, "folderPath"), {"is not there; the home folder opens instead",
                                                       "no está; en su lugar se abre la carpeta personal"});
                 return;
-            case ButtonAction::smartButton:
+            case ActionInput::menu:
                 if (profile_.smartButton.apps.empty())
                     warn(here, {"opens nothing: the radial menu has no entries",
                                 "no abre nada: el menú radial no tiene entradas"});
                 return;
-            default:
+            case ActionInput::nothing:
                 return;
         }
     }

@@ -3,11 +3,13 @@
 #include "Core/Model/RawRepresentable.hpp"
 
 #include <array>
+#include <cstddef>
 #include <string_view>
 
 namespace trelvan {
 
-/// What a button can do. The order is the catalogue's, wherever actions are listed.
+/// What a button can do; the catalogue (ActionCatalogue.hpp) says what that is. The order is the one in which
+/// actions are listed everywhere.
 enum class ButtonAction {
     none,
     back,
@@ -44,46 +46,13 @@ enum class ButtonAction {
     launchApp,
 };
 
-/// The raw values are at once what is stored, for good, and the Spanish labels; those in English are meant
-/// so.
+inline constexpr std::size_t actionCount = static_cast<std::size_t>(ButtonAction::launchApp) + 1;
+
+/// The raw values are the catalogue's.
 template <>
 struct RawValueTable<ButtonAction> {
     static constexpr std::string_view noun = "an action";
-    static constexpr std::array<std::string_view, 33> rawValues{
-        "Ninguna",
-        "Atrás",
-        "Adelante",
-        "Mission Control",
-        "App Exposé",
-        "Launchpad",
-        "Abrir carpeta",
-        "Mostrar Escritorio",
-        "Mover escritorio izquierda",
-        "Mover escritorio derecha",
-        "Copiar",
-        "Pegar",
-        "Cortar",
-        "Deshacer",
-        "Captura de Área",
-        "Captura Completa",
-        "Volumen +",
-        "Volumen -",
-        "Silencio",
-        "Play/Pause",
-        "Open Explorer",
-        "New Note",
-        "Emoji",
-        "Iniciar dictado",
-        "Explore AI",
-        "Screenshot",
-        "Lock Workstation",
-        "Smart Button",
-        "Click Izquierdo",
-        "Click Derecho",
-        "Click Medio",
-        "Atajo Personalizado",
-        "Abrir Aplicación",
-    };
+    static const std::array<std::string_view, actionCount> rawValues;
 };
 
 /// The English interface's label.

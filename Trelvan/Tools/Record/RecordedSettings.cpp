@@ -1,6 +1,7 @@
 #include "Tools/Record/RecordedSettings.hpp"
 
 #include "Core/EventMonitor.hpp"
+#include "Core/Model/ActionCatalogue.hpp"
 #include "Core/Model/AppLanguage.hpp"
 #include "Core/Model/RecordCoding.hpp"
 #include "Core/ProfileManager.hpp"
@@ -31,9 +32,6 @@ constexpr std::array recordedKeys{
     EventMonitor::mouseAccelerationKey,
     languageKey,
 };
-
-/// Applications that an action finds by their identifier.
-constexpr std::array<std::string_view, 1> soughtApplications{"com.apple.Notes"};
 
 /// The value as a script takes it; bytes have no form of their own there.
 std::optional<Json> scriptValue(const DefaultsValue& value) {
@@ -131,7 +129,11 @@ RecordedSettings recordedSettings(const UserDefaults& defaults, const Workspace&
         if (!stored) continue;
         if (auto value = scriptValue(*stored)) result.defaults[std::string(key)] = std::move(*value);
     }
-    for (const auto bundle : soughtApplications) anonymizer.addApplication(bundle);
+    // Applications that an action finds by their identifier.
+    for (const auto& row : actionCatalogue()) {
+        if (const auto* const note = std::get_if<does::Note>(&row.effect))
+            anonymizer.addApplication(note->bundleID);
+    }
     result.disk = std::move(anonymizer).disk();
     return result;
 }

@@ -1,7 +1,7 @@
 #include "Tools/Record/Recorder.hpp"
 
 #include "Core/EventMonitor.hpp"
-#include "Core/MappingResolution.hpp"
+#include "Core/Model/ActionCatalogue.hpp"
 #include "Tools/Record/RecordedSettings.hpp"
 #include "Tools/Simulate/ScriptLines.hpp"
 #include "Tools/Simulate/TraceJson.hpp"
@@ -108,8 +108,10 @@ void Recorder::writeHotKeys() {
             parameters.push_back(parameter ? Json(*parameter) : Json());
         table[std::to_string(id)] = {{"enabled", entry->enabled}, {"value", {{"parameters", parameters}}}};
     };
-    for (const auto& tool : desktopTools()) {
-        for (const int id : tool.hotKeys) write(id);
+    for (const auto action : allCases<ButtonAction>()) {
+        const auto* const tool = desktopTool(action);
+        if (tool == nullptr) continue;
+        for (const int id : tool->hotKeys) write(id);
     }
     if (table.empty()) return;
     begin("hotKeys");
