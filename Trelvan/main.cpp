@@ -16,6 +16,7 @@
 #include "TrelvanApp.hpp"
 #include "UI/SmartButtonWindows.hpp"
 #include "Utilities/Logger.hpp"
+#include "Version.hpp"
 
 #include <cstdio>
 #include <filesystem>
@@ -206,7 +207,7 @@ int main(int argc, char** argv) {
         return exitStatus::ok;
     }
     if (std::holds_alternative<command::ShowVersion>(asked)) {
-        print(stdout, "trelvan " TRELVAN_VERSION "\n");
+        print(stdout, std::string("trelvan ") + programVersion + "\n");
         return exitStatus::ok;
     }
     if (const auto* dryRun = std::get_if<command::Simulate>(&asked))

@@ -1,7 +1,10 @@
 # How every target of the project is compiled, and one command for each kind of target.
 
+configure_file(${CMAKE_CURRENT_LIST_DIR}/Version.hpp.in ${CMAKE_BINARY_DIR}/generated/Version.hpp @ONLY)
+
 add_library(trelvan_options INTERFACE)
-target_include_directories(trelvan_options INTERFACE ${CMAKE_SOURCE_DIR}/Trelvan)
+target_include_directories(trelvan_options INTERFACE
+    ${CMAKE_SOURCE_DIR}/Trelvan ${CMAKE_BINARY_DIR}/generated)
 target_compile_options(trelvan_options INTERFACE -Wall -Wextra -Wconversion -Wshadow)
 if(TRELVAN_WARNINGS_AS_ERRORS)
     target_compile_options(trelvan_options INTERFACE -Werror)

@@ -12,16 +12,16 @@ namespace trelvan::test {
 class FakePanels final : public SmartButtonPanels {
   public:
     struct Overlay final : Panel {
-        Overlay(FakePanels& owner, SmartButtonRadialView shown) : panels(owner), view(std::move(shown)) {
+        Overlay(FakePanels& owner, SmartButtonRadialView view) : panels(owner), shown(std::move(view)) {
             panels.open.push_back(this);
         }
         ~Overlay() override { std::erase(panels.open, this); }
         FakePanels& panels;
-        SmartButtonRadialView view;
+        SmartButtonRadialView shown;
     };
     struct EditorWindow final : Editor {
         explicit EditorWindow(FakePanels& owner) : panels(owner) {}
-        void setContent(std::unique_ptr<Content> content) override { panels.content = std::move(content); }
+        void setContent(std::unique_ptr<Content> given) override { panels.content = std::move(given); }
         void show() override { ++panels.editorsShown; }
         FakePanels& panels;
     };
@@ -37,7 +37,7 @@ class FakePanels final : public SmartButtonPanels {
     }
 
     /// The view of the only overlay that is open. A copy: what is called may take the overlay away.
-    [[nodiscard]] SmartButtonRadialView view() const { return open.at(0)->view; }
+    [[nodiscard]] SmartButtonRadialView view() const { return open.at(0)->shown; }
 
     std::vector<Overlay*> open;
     std::unique_ptr<Content> content;

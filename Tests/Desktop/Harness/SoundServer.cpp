@@ -13,15 +13,17 @@ constexpr auto microphone = "microphone";
 
 }  // namespace
 
-SoundServer::SoundServer(const VirtualDesktop& desktop) : place(desktop) {
-    process = std::make_unique<ChildProcess>(Launch{
-        .arguments = {"/usr/bin/pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1",
-                      "--disable-shm=yes", "--use-pid-file=no", "-L", "module-native-protocol-unix", "-L",
-                      "module-null-sink", "-L", std::string("module-null-source source_name=") + microphone},
-        .environment = desktop.environment(),
-        .directory = desktop.folder(),
-        .output = desktop.folder() / "pulseaudio.output",
-        .errors = {}});
+SoundServer::SoundServer(const VirtualDesktop& desktop)
+    : place(desktop),
+      process(std::make_unique<ChildProcess>(
+          Launch{.arguments = {"/usr/bin/pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1",
+                               "--disable-shm=yes", "--use-pid-file=no", "-L", "module-native-protocol-unix",
+                               "-L", "module-null-sink", "-L",
+                               std::string("module-null-source source_name=") + microphone},
+                 .environment = desktop.environment(),
+                 .directory = desktop.folder(),
+                 .output = desktop.folder() / "pulseaudio.output",
+                 .errors = {}})) {
     const auto serves = [&] { return control({"set-default-source", microphone}); };
     if (!waitUntil([&] { return serves() || !process->isRunning(); }) || !process->isRunning()) {
         throw std::runtime_error("the sound server did not start:\n" +

@@ -244,6 +244,27 @@ TEST_F(RecorderTest, LinuxDesktopIsReplayedByItsOwnRules) {
     EXPECT_EQ(decisions(replay()), decisions(live));
 }
 
+TEST_F(RecorderTest, ShortcutsInATerminalAreReplayedAsTheTerminalsOwn) {
+    desktop.setActionShortcuts(linuxShortcuts);
+    const auto rules = std::make_unique<DesktopRules>(desktop, linuxShortcuts, true);
+    desktop.defaults["trackball_profiles"] =
+        Data{R"([{"name":"P","mappings":[{"buttonNumber":3,"buttonLabel":"","action":"Copiar"}]}])"};
+    std::vector<std::string> live;
+    TraceWriter writer([&live](std::string_view line) { live.emplace_back(line); });
+    desktop.onTrace = [&writer](const TraceEntry& entry) { writer.write(entry); };
+    start();
+    for (const auto* application : {"Alacritty", "secret.editor", "XTerm"}) {
+        desktop.frontmost = application;
+        send({.type = EventType::otherMouseDown, .buttonNumber = 3});
+        send({.type = EventType::otherMouseUp, .buttonNumber = 3});
+    }
+    desktop.time.runUntilBackgroundIsEmpty();
+    desktop.onTrace = nullptr;
+    for (const auto& line : script) EXPECT_THAT(line, Not(HasSubstr("secret")));
+    EXPECT_THAT(decisions(live), Contains(HasSubstr(R"("trace":"post","kind":"key","keyCode":8)")));
+    EXPECT_EQ(decisions(replay()), decisions(live));
+}
+
 TEST_F(RecorderTest, NamesPathsAndApplicationsStayWithTheUser) {
     desktop.disk["/home/secret/App"] = {SimulatedItem::Kind::application, ""};
     desktop.disk["/home/secret/Folder"] = {SimulatedItem::Kind::folder, ""};

@@ -136,7 +136,11 @@ void Recorder::writeWorld(const TapEvent& event) {
     }
     // Which applications the user works with is nobody's business; the rules know only some.
     auto application = ports_.screens.frontmostApplication();
-    if (application != EventMonitor::systemMenuOwner) application = someApplication;
+    if (const auto* known = terminalOf(ports_.shortcuts.terminals, application)) {
+        application = known->windowClass;
+    } else if (application != EventMonitor::systemMenuOwner) {
+        application = someApplication;
+    }
     if (application != frontmost_) {
         frontmost_ = application;
         begin("frontmost");

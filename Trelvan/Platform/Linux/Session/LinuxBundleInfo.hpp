@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/BundleInfo.hpp"
+#include "Version.hpp"
 
 namespace trelvan {
 
@@ -9,7 +10,7 @@ class LinuxBundleInfo final : public BundleInfo {
   public:
     [[nodiscard]] std::optional<std::string> text(std::string_view key) const override {
         if (key == "CFBundleDisplayName" || key == "CFBundleName") return "Trelvan";
-        if (key == "CFBundleShortVersionString") return TRELVAN_VERSION;
+        if (key == "CFBundleShortVersionString") return programVersion;
         return std::nullopt;
     }
 };

@@ -9,8 +9,8 @@
 
 namespace trelvan {
 
-/// A pixel of the X screen, counted from its upper left corner.
-struct Pixel {
+/// A pixel of the X screen, counted from its upper left corner. Aligned so that one instruction reads it.
+struct alignas(2 * sizeof(int)) Pixel {
     int x = 0;
     int y = 0;
     friend bool operator==(const Pixel&, const Pixel&) = default;
