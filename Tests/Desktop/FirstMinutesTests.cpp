@@ -30,7 +30,7 @@ class FirstMinutesTest : public DesktopTest {
         /// Ends it as Control+C does; the exit status, or none.
         std::optional<int> interrupt() {
             process->signal(SIGINT);
-            const auto status = process->waitForEnd(patience);
+            const auto status = process->waitForEnd(timeout);
             return status && WIFEXITED(*status) ? std::optional(WEXITSTATUS(*status)) : std::nullopt;
         }
     };

@@ -28,7 +28,7 @@ class LayoutTest : public DesktopTest {
                                     .directory = desktop().folder(),
                                     .output = desktop().folder() / "setxkbmap.output",
                                     .errors = {}});
-        const auto status = process.waitForEnd(patience);
+        const auto status = process.waitForEnd(timeout);
         ASSERT_TRUE(status && WIFEXITED(*status) && WEXITSTATUS(*status) == 0)
             << readFile(desktop().folder() / "setxkbmap.output");
     }

@@ -54,7 +54,7 @@ class SmartButtonGrabTest : public SmartButtonTest {
                                         .directory = desktop().folder(),
                                         .output = desktop().folder() / "xrandr.output",
                                         .errors = {}});
-            EXPECT_EQ(process.waitForEnd(patience), 0) << readFile(desktop().folder() / "xrandr.output");
+            EXPECT_EQ(process.waitForEnd(timeout), 0) << readFile(desktop().folder() / "xrandr.output");
         };
         if (on) {
             xrandr({"--setmonitor", "left", "720/190x900/240+0+0", "DUMMY0"});

@@ -62,7 +62,7 @@ class SmartButtonPictureTest : public SmartButtonTest {
                    .directory = desktop().folder(),
                    .output = desktop().folder() / "convert.output",
                    .errors = {}});
-        EXPECT_EQ(convert.waitForEnd(patience), 0) << readFile(desktop().folder() / "convert.output");
+        EXPECT_EQ(convert.waitForEnd(timeout), 0) << readFile(desktop().folder() / "convert.output");
         EXPECT_GT(std::filesystem::file_size(picture), 2'000U);
     }
     void moveTo(Position place) {

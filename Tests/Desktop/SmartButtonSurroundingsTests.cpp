@@ -208,7 +208,7 @@ TEST_F(SmartButtonSurroundingsTest, ImageOfTheUser_IsShownInsteadOfTheApplicatio
                                 .directory = desktop().folder(),
                                 .output = desktop().folder() / "convert.output",
                                 .errors = {}});
-    ASSERT_EQ(convert.waitForEnd(patience), 0);
+    ASSERT_EQ(convert.waitForEnd(timeout), 0);
     start(Settings().map(opener, "Smart Button").menuApplication("Red", program("red"), image));
     openAt(middle);
     EXPECT_TRUE(waitUntil([&] { return pixelAt(entry(middle, 0, 1)) == 0xFF0000; }))
@@ -281,7 +281,7 @@ class SmartButtonOutputsTest : public SmartButtonSurroundingsTest {
                                    .directory = desktop().folder(),
                                    .output = desktop().folder() / "xrandr.output",
                                    .errors = {}});
-        EXPECT_EQ(xrandr.waitForEnd(patience), 0) << readFile(desktop().folder() / "xrandr.output");
+        EXPECT_EQ(xrandr.waitForEnd(timeout), 0) << readFile(desktop().folder() / "xrandr.output");
     }
     bool isOpenAt(int x) {
         return waitUntil([&] { return overlay(x, half) != 0; });

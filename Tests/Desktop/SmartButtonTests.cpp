@@ -126,7 +126,7 @@ TEST_F(SmartButtonTest, MenuOpensOnTheMonitorUnderThePointer) {
                                    .directory = desktop().folder(),
                                    .output = desktop().folder() / "xrandr.output",
                                    .errors = {}});
-        EXPECT_EQ(xrandr.waitForEnd(patience), 0) << readFile(desktop().folder() / "xrandr.output");
+        EXPECT_EQ(xrandr.waitForEnd(timeout), 0) << readFile(desktop().folder() / "xrandr.output");
     };
     split("left", "720/190x900/240+0+0", "DUMMY0");
     split("right", "720/190x900/240+720+0", "none");
@@ -144,7 +144,7 @@ TEST_F(SmartButtonTest, MenuOpensOnTheMonitorUnderThePointer) {
                                    .directory = desktop().folder(),
                                    .output = desktop().folder() / "xrandr.output",
                                    .errors = {}});
-        EXPECT_EQ(xrandr.waitForEnd(patience), 0);
+        EXPECT_EQ(xrandr.waitForEnd(timeout), 0);
     }
 }
 
@@ -218,7 +218,7 @@ TEST_P(SmartButtonLookTest, PictureIsKept) {
                                .directory = desktop().folder(),
                                .output = desktop().folder() / "import.output",
                                .errors = {}});
-    EXPECT_EQ(import.waitForEnd(patience), 0) << readFile(desktop().folder() / "import.output");
+    EXPECT_EQ(import.waitForEnd(timeout), 0) << readFile(desktop().folder() / "import.output");
     EXPECT_GT(std::filesystem::file_size(picture), 10'000U);
     desktop().keyboard().keyStroke(client().keyCode(XK_Escape));
     EXPECT_TRUE(isClosed());

@@ -17,7 +17,7 @@ class LaunchAtLoginManager {
     LaunchAtLoginManager& operator=(const LaunchAtLoginManager&) = delete;
 
     /// Whether the system reports the registration as enabled: at the start, after `toggle()`, and after
-    /// changes by another hand on platforms that tell of them.
+    /// changes by others on platforms that tell of them.
     PublishedBy<bool, LaunchAtLoginManager> isEnabled;
 
     /// Switches the registration; a failure is logged, and what the system reports stays in charge.

@@ -28,7 +28,7 @@ class LoginItem {
     [[nodiscard]] virtual std::optional<std::string> registerItem() = 0;
     [[nodiscard]] virtual std::optional<std::string> unregisterItem() = 0;
 
-    /// Calls `changed` on the main thread each time the registration may have changed by another hand (the
+    /// Calls `changed` on the main thread each time the registration may have been changed by others (the
     /// user, another program). Null where the platform is not told of such changes.
     [[nodiscard]] virtual std::unique_ptr<Watch> watch(std::function<void()> changed) = 0;
 };

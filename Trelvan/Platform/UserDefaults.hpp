@@ -83,20 +83,20 @@ class UserDefaults {
     return std::ranges::find(keys, key) != keys.end();
 }
 
-/// The value as a number, as the system reads one: whole numbers and truth values count, texts do not.
+/// The value as a number, as the system reads one: whole numbers and booleans count, strings do not.
 [[nodiscard]] std::optional<double> asDouble(const std::optional<DefaultsValue>& value);
 
-/// The value as a truth value, as the system reads one: numbers count as true when not zero, the texts "yes",
+/// The value as a boolean, as the system reads one: numbers count as true when not zero, the strings "yes",
 /// "true" and whole numbers likewise; what cannot be read is false. No value only for no object.
 [[nodiscard]] std::optional<bool> looseBool(const std::optional<DefaultsValue>& value);
 
-/// The value when it is a text.
+/// The value when it is a string.
 [[nodiscard]] std::optional<std::string> asText(const std::optional<DefaultsValue>& value);
 
-/// The value when it is a truth value; numbers and texts are not.
+/// The value when it is a boolean; numbers and strings are not.
 [[nodiscard]] std::optional<bool> strictBool(const std::optional<DefaultsValue>& value);
 
-/// The value when it is a number, whole or not; truth values and texts are not.
+/// The value when it is a number, whole or not; booleans and strings are not.
 [[nodiscard]] std::optional<double> strictNumber(const std::optional<DefaultsValue>& value);
 
 }  // namespace trelvan

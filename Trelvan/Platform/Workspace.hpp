@@ -13,7 +13,7 @@ namespace trelvan {
 class Workspace {
   public:
     /// How long an application that was opened may take to come to the front.
-    static constexpr Seconds focusPatience{5.0};
+    static constexpr Seconds focusTimeout{5.0};
 
     virtual ~Workspace() = default;
 
@@ -33,7 +33,7 @@ class Workspace {
     virtual void openApplication(std::string_view path) = 0;
     /// Starts or raises the application and calls `inFront` on the main thread once it has the keyboard
     /// focus, so that what is typed then reaches it and nobody else. Where it does not get the focus within
-    /// `focusPatience` the call is left out, and the log says so; a further call takes the place of one that
+    /// `focusTimeout` the call is left out, and the log says so; a further call takes the place of one that
     /// still waits.
     virtual void openInFront(std::string_view path, std::function<void()> inFront) = 0;
     virtual void openFolder(std::string_view path) = 0;

@@ -158,7 +158,7 @@ void SmartButtonOverlay::loadIcons(std::size_t from) {
     clock.start();
     const qreal ratio = screen()->devicePixelRatio();
     for (std::size_t index = from; index < entries_.size(); ++index) {
-        if (clock.hasExpired(iconPatience.count())) {
+        if (clock.hasExpired(iconTimeout.count())) {
             // Not at once: what is painted by now has to get to the screen first.
             QTimer::singleShot(iconPause, this, [this, index] { loadIcons(index); });
             return;

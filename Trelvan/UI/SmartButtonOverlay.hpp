@@ -44,7 +44,7 @@ class SmartButtonOverlay final : public QWidget {
     };
 
     /// How long icons may hold up the first painting, or anything else after it, at a time.
-    static constexpr std::chrono::milliseconds iconPatience{10};
+    static constexpr std::chrono::milliseconds iconTimeout{10};
 
     /// After so long a key that was released stays so. The server repeats a held key by releases and presses,
     /// one right after the other.

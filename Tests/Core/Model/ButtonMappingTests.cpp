@@ -110,7 +110,7 @@ TEST(ButtonMappingDecoding, FunctionSlotsFollowTheActionsWhenAbsent) {
 
 TEST(ButtonMappingDecoding, FunctionSlotsOfAWrongTypeFail) {
     EXPECT_EQ(decodingError<ButtonMapping>(mappingJson(R"("functionSlots":"2")")),
-              "functionSlots: expected a number, found a text");
+              "functionSlots: expected a number, found a string");
     EXPECT_EQ(decodingError<ButtonMapping>(mappingJson(R"("functionSlots":1.5)")),
               "functionSlots: 1.5 is not a whole number");
 }

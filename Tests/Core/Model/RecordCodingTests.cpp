@@ -153,7 +153,7 @@ TEST(ProfileDecoding, ErrorsNameThePathOfTheKey) {
     EXPECT_EQ(errorOf(R"([{"name":"A","mappings":[4]}])"),
               "[0].mappings[0]: expected an object, found a number");
     EXPECT_EQ(errorOf("[null]"), "[0]: expected an object, found null");
-    EXPECT_EQ(errorOf("{}"), "expected a list, found an object");
+    EXPECT_EQ(errorOf("{}"), "expected an array, found an object");
 }
 
 TEST(ProfileDecoding, WhatIsNotJsonNamesLineAndColumn) {

@@ -45,14 +45,14 @@ TEST(CustomShortcutDecoding, NullForARequiredKeyFails) {
 
 TEST(CustomShortcutDecoding, WrongTypesFail) {
     EXPECT_EQ(decodingError<CustomShortcut>(shortcutJson("\"8\"")),
-              "keyCode: expected a number, found a text");
+              "keyCode: expected a number, found a string");
     EXPECT_EQ(decodingError<CustomShortcut>(shortcutJson("true")),
-              "keyCode: expected a number, found a truth value");
+              "keyCode: expected a number, found a boolean");
     EXPECT_EQ(decodingError<CustomShortcut>(shortcutJson("8", "[]")),
-              "modifiersRawValue: expected a number, found a list");
+              "modifiersRawValue: expected a number, found an array");
     EXPECT_EQ(decodingError<CustomShortcut>(R"({"keyCode":0,"modifiersRawValue":0,"displayString":1})"),
-              "displayString: expected a text, found a number");
-    EXPECT_EQ(decodingError<CustomShortcut>("[]"), "expected an object, found a list");
+              "displayString: expected a string, found a number");
+    EXPECT_EQ(decodingError<CustomShortcut>("[]"), "expected an object, found an array");
 }
 
 TEST(CustomShortcutDecoding, KeyCodeHasSixteenBits) {
@@ -127,12 +127,12 @@ TEST(EnumerationDecoding, EveryCaseComesBack) {
 }
 
 TEST(EnumerationDecoding, WhatIsNotATextFails) {
-    EXPECT_EQ(decodingError<ButtonAction>("3"), "expected a text, found a number");
+    EXPECT_EQ(decodingError<ButtonAction>("3"), "expected a string, found a number");
 }
 
 TEST(EnumerationDecoding, LongTextIsNotRepeated) {
     EXPECT_EQ(decodingError<ButtonAction>('"' + std::string(5000, 'x') + '"'),
-              "a text of 5000 bytes is not an action");
+              "a string of 5000 bytes is not an action");
 }
 
 TEST(UuidCoding, IsWrittenInUpperCaseAndReadInEither) {
@@ -145,7 +145,7 @@ TEST(UuidCoding, IsWrittenInUpperCaseAndReadInEither) {
 TEST(DoubleCoding, WholeAndFractionalNumbersAreRead) {
     EXPECT_EQ(decoded<double>("3"), 3.0);
     EXPECT_EQ(decoded<double>("-0.25"), -0.25);
-    EXPECT_EQ(decodingError<double>("true"), "expected a number, found a truth value");
+    EXPECT_EQ(decodingError<double>("true"), "expected a number, found a boolean");
 }
 
 TEST(DoubleCoding, WhatIsNotFiniteIsNotWritten) {

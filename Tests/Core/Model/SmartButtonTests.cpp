@@ -63,7 +63,7 @@ TEST(SmartButtonConfigurationDecoding, NullTriggerButtonIsNone) {
 
 TEST(SmartButtonConfigurationDecoding, NumberIsNoTruthValue) {
     EXPECT_EQ(decodingError<SmartButtonConfiguration>(R"({"isEnabled":1})"),
-              "isEnabled: expected a truth value, found a number");
+              "isEnabled: expected a boolean, found a number");
 }
 
 TEST(SmartButtonConfigurationDecoding, ErrorInAnEntryNamesIt) {

@@ -135,7 +135,7 @@ void Demonstration::takeScreenshot() {
                                    .directory = desktop.folder(),
                                    .output = desktop.folder() / "import.output",
                                    .errors = {}});
-        const auto status = import.waitForEnd(patience);
+        const auto status = import.waitForEnd(timeout);
         if (status == 0) {
             std::cout << "screenshot: " << options.screenshot.string() << std::endl;
             return;

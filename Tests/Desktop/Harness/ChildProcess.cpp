@@ -117,7 +117,7 @@ void ChildProcess::stop() {
     signal(SIGCONT);
     const bool ended = waitForEnd(std::chrono::seconds{5}).has_value();
     ::kill(-process, SIGKILL);
-    if (!ended) waitForEnd(patience);
+    if (!ended) waitForEnd(timeout);
 }
 
 void adoptOrphans() {

@@ -82,9 +82,9 @@ class ClientWindow {
 
     /// Reads events until the predicate holds for all that were received; false when it has not within the
     /// bound.
-    bool waitFor(const Predicate& predicate, std::chrono::milliseconds bound = patience);
-    bool waitForStroke(KeyStroke stroke, std::chrono::milliseconds bound = patience);
-    bool waitForButton(Kind kind, unsigned button, int count = 1, std::chrono::milliseconds bound = patience);
+    bool waitFor(const Predicate& predicate, std::chrono::milliseconds bound = timeout);
+    bool waitForStroke(KeyStroke stroke, std::chrono::milliseconds bound = timeout);
+    bool waitForButton(Kind kind, unsigned button, int count = 1, std::chrono::milliseconds bound = timeout);
 
     [[nodiscard]] int count(Kind kind, unsigned button);
     /// The keys pressed other than modifier keys, in order.

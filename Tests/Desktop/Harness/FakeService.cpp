@@ -34,7 +34,7 @@ void FakeService::emitSignal(const std::string& path, const std::string& interfa
         .errors = {}};
     for (const auto& value : values) launch.arguments.push_back("string:" + value);
     ChildProcess sender(launch);
-    if (sender.waitForEnd(patience) != 0)
+    if (sender.waitForEnd(timeout) != 0)
         throw std::runtime_error("no signal " + member + ": " + readFile(launch.output));
 }
 

@@ -22,7 +22,7 @@ class FakeService {
 
     /// What it was asked, one line each, oldest first: the path, the member and the arguments.
     [[nodiscard]] std::vector<std::string> calls() const;
-    bool waitForCall(const std::string& call, std::chrono::milliseconds bound = patience) const;
+    bool waitForCall(const std::string& call, std::chrono::milliseconds bound = timeout) const;
 
     /// Makes it send a signal with these values, and returns when it has.
     void emitSignal(const std::string& path, const std::string& interface, const std::string& member,

@@ -100,7 +100,7 @@ bool HotPlug::isPossible() {
     try {
         ChildProcess process(
             {.arguments = command, .environment = {}, .directory = {}, .output = {}, .errors = {}});
-        const auto status = process.waitForEnd(patience);
+        const auto status = process.waitForEnd(timeout);
         return status && WIFEXITED(*status) && WEXITSTATUS(*status) == 0;
     } catch (const std::runtime_error&) {
         return false;

@@ -18,7 +18,7 @@ bool isServed(const VirtualDesktop& desktop) {
                .directory = desktop.folder(),
                .output = desktop.folder() / "question.output",
                .errors = {}});
-    return question.waitForEnd(patience) == 0;
+    return question.waitForEnd(timeout) == 0;
 }
 
 }  // namespace

@@ -38,7 +38,7 @@ bool SoundServer::control(std::vector<std::string> arguments) {
                                 .directory = place.folder(),
                                 .output = place.folder() / "pactl.output",
                                 .errors = {}});
-    return command.waitForEnd(patience) == 0;
+    return command.waitForEnd(timeout) == 0;
 }
 
 void SoundServer::setMute(bool muted) {

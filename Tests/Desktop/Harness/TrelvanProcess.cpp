@@ -43,7 +43,7 @@ TrelvanProcess::TrelvanProcess(VirtualDesktop& desktop, const Settings& settings
                                                     .output = folder / "output",
                                                     .errors = folder / "errors"});
     const bool isReady = waitUntil(
-        [&] { return output().find(readyLine) != std::string::npos || !process->isRunning(); }, patience);
+        [&] { return output().find(readyLine) != std::string::npos || !process->isRunning(); }, timeout);
     if (!isReady || output().find(readyLine) == std::string::npos) {
         throw std::runtime_error("the program does not serve the devices; its output:\n" + output() +
                                  readFile(folder / "errors"));
@@ -92,7 +92,7 @@ ProgramResult runProgram(const VirtualDesktop& desktop, const std::vector<std::s
                   .errors = folder / "errors"};
     launch.arguments.insert(launch.arguments.end(), arguments.begin(), arguments.end());
     ChildProcess process(launch);
-    const auto status = process.waitForEnd(patience);
+    const auto status = process.waitForEnd(timeout);
     ProgramResult result{
         .exitCode = {}, .output = readFile(folder / "output"), .errors = readFile(folder / "errors")};
     if (status && WIFEXITED(*status)) result.exitCode = WEXITSTATUS(*status);

@@ -24,7 +24,7 @@ class TrelvanProcess {
                    const std::vector<std::string>& command = {});
 
     /// Waits for a line of the output that contains the text.
-    bool waitForLine(const std::string& text, std::chrono::milliseconds bound = patience) const;
+    bool waitForLine(const std::string& text, std::chrono::milliseconds bound = timeout) const;
     [[nodiscard]] std::string output() const;
     /// How often the output contains the text.
     [[nodiscard]] int lines(const std::string& text) const;
@@ -37,7 +37,7 @@ class TrelvanProcess {
     [[nodiscard]] bool isRunning() { return process->isRunning(); }
     void signal(int number) { process->signal(number); }
     /// The wait status of waitpid(2); none when the program goes on past the bound.
-    std::optional<int> waitForEnd() { return process->waitForEnd(patience); }
+    std::optional<int> waitForEnd() { return process->waitForEnd(timeout); }
 
   private:
     [[nodiscard]] static std::optional<pid_t> guardOf(pid_t program);

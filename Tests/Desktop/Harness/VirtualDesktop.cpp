@@ -245,7 +245,7 @@ void VirtualDesktop::reset() {
 
 void VirtualDesktop::killServer() {
     server->signal(SIGKILL);
-    server->waitForEnd(patience);
+    server->waitForEnd(timeout);
 }
 
 void VirtualDesktop::takeDown() {

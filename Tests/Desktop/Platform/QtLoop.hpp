@@ -8,7 +8,7 @@
 namespace trelvan::desktop {
 
 /// Runs Qt's event loop until `done` answers true or the bound has passed. The last answer.
-inline bool runUntil(const std::function<bool()>& done, std::chrono::milliseconds bound = patience) {
+inline bool runUntil(const std::function<bool()>& done, std::chrono::milliseconds bound = timeout) {
     return waitUntil(
         [&] {
             QCoreApplication::processEvents();

@@ -72,7 +72,7 @@ class X11KeyMonitorsTest : public InputServerTest {
                                     .directory = desktop().folder(),
                                     .output = desktop().folder() / "setxkbmap.output",
                                     .errors = {}});
-        ASSERT_EQ(command.waitForEnd(patience), 0);
+        ASSERT_EQ(command.waitForEnd(timeout), 0);
     }
 
     X11KeyMonitors monitors{pump, modifiers};

@@ -72,8 +72,8 @@ TEST(SettingsJson, BrokenText_NamesItsLineAndColumnInBothLanguages) {
 
 TEST(SettingsJson, WrongShape_NamesItsKeyAndPlace) {
     const auto shape = [](const std::string& place, const std::string& key) {
-        return place + " \"" + key + "\" is neither a boolean, a number, a string nor a list | \"" + key +
-               "\" no es un booleano, un número, un texto ni una lista";
+        return place + " \"" + key + "\" is neither a boolean, a number, a string nor an array | \"" + key +
+               "\" no es un booleano, un número, una cadena ni una lista";
     };
     EXPECT_EQ(placeOfDamage(R"({"a": 1, "object": {"b": 1}})"), shape("1:20", "object"));
     EXPECT_EQ(placeOfDamage("{\n\"none\": null}"), shape("2:9", "none"));

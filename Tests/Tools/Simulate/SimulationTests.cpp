@@ -101,7 +101,7 @@ TEST_F(SimulationTest, StatesOfTheSystemAreChecked) {
 
 TEST_F(SimulationTest, MicrophoneListsAreChecked) {
     EXPECT_EQ(run(R"({"do":"microphone"})"), "present: required key is missing");
-    EXPECT_THAT(run(R"({"do":"microphone","present":true,"mute":1})"), HasSubstr("mute: expected a list"));
+    EXPECT_THAT(run(R"({"do":"microphone","present":true,"mute":1})"), HasSubstr("mute: expected an array"));
     EXPECT_EQ(run(R"({"do":"microphone","present":true,"mute":[0,2]})"), "mute[1]: must be 0, 1 or null");
     EXPECT_THAT(run(R"({"do":"microphone","present":true,"mute":[null,true]})"), HasSubstr("mute[1]: "));
     EXPECT_EQ(run(R"({"do":"microphone","present":true,"mute":[0,0,0,0]})"),

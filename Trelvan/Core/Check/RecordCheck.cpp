@@ -122,7 +122,7 @@ void check(const Value& value, const std::string& path, Findings& findings, cons
 
 template <typename T>
 void check(const Value& value, const std::string& path, Findings& findings, const std::vector<T>*) {
-    if (!value.is_array()) return expect(findings, path, value, {"a list", "una lista"});
+    if (!value.is_array()) return expect(findings, path, value, {"an array", "una lista"});
     for (std::size_t index = 0; index < value.size(); ++index) {
         check(value[index], path + "[" + std::to_string(index) + "]", findings,
               static_cast<const T*>(nullptr));

@@ -164,7 +164,7 @@ class Checker {
         const std::string key(setting::profiles.key);
         if (value.is_array()) return checkProfileList(value);
         if (!value.is_object()) {
-            return add(Severity::error, key, "expected a list of profiles",
+            return add(Severity::error, key, "expected an array of profiles",
                        "se esperaba una lista de perfiles");
         }
         if (places.innerProfiles().empty()) return;

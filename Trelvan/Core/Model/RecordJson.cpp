@@ -36,11 +36,11 @@ std::string_view nameOf(const Value& value) {
         case Value::value_t::object:
             return "an object";
         case Value::value_t::array:
-            return "a list";
+            return "an array";
         case Value::value_t::string:
-            return "a text";
+            return "a string";
         case Value::value_t::boolean:
-            return "a truth value";
+            return "a boolean";
         case Value::value_t::number_integer:
         case Value::value_t::number_unsigned:
         case Value::value_t::number_float:
@@ -81,13 +81,13 @@ const Value* member(const Value& object, std::string_view key) {
 
 CodingError notOneOf(std::string_view noun, const std::string& text) {
     if (text.size() > longestQuoted) {
-        return {"", "a text of " + std::to_string(text.size()) + " bytes is not " + std::string(noun)};
+        return {"", "a string of " + std::to_string(text.size()) + " bytes is not " + std::string(noun)};
     }
     return {"", "\"" + text + "\" is not " + std::string(noun)};
 }
 
 Problem read(const Value& value, bool& out, const UuidSource& /*newId*/) {
-    if (!value.is_boolean()) return unexpected("a truth value", value);
+    if (!value.is_boolean()) return unexpected("a boolean", value);
     out = value.get<bool>();
     return std::nullopt;
 }
@@ -99,7 +99,7 @@ Problem read(const Value& value, double& out, const UuidSource& /*newId*/) {
 }
 
 Problem read(const Value& value, std::string& out, const UuidSource& /*newId*/) {
-    if (!value.is_string()) return unexpected("a text", value);
+    if (!value.is_string()) return unexpected("a string", value);
     out = value.get_ref<const std::string&>();
     return std::nullopt;
 }

@@ -75,7 +75,7 @@ template <typename T>
 
 template <typename T>
 [[nodiscard]] Problem read(const Value& value, std::vector<T>& out, const UuidSource& newId) {
-    if (!value.is_array()) return unexpected("a list", value);
+    if (!value.is_array()) return unexpected("an array", value);
     out.clear();
     out.reserve(value.size());
     for (const auto& element : value) {

@@ -92,9 +92,9 @@ void giveLargeMemoryBack() {
 
 }  // namespace
 
-/// Every part, in the order they need each other: what goes first at the end stands last. So the background
-/// queue finishes its key sequences, then the poster and the tap release what they hold, then the connections
-/// close.
+/// Every part, in the order in which they need each other, and destroyed in the opposite one. So the
+/// background queue finishes its key sequences, then the poster and the tap release what they hold, then the
+/// connections close.
 struct LinuxPlatform::Parts {
     Parts(std::unique_ptr<Guard> started, std::unique_ptr<QApplication> qtApplication,
           std::unique_ptr<XConnection> main, std::unique_ptr<XConnection> posting,

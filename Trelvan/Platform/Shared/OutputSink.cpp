@@ -26,7 +26,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t ringCapacity = 2048;
-constexpr std::chrono::milliseconds patienceAtTheEnd{500};
+constexpr std::chrono::milliseconds exitTimeout{500};
 
 /// Lines are gathered for so long before they are written: on a computer with few cores the writer would
 /// otherwise run against the very press whose line it writes. Warnings and the end do not wait.
@@ -90,8 +90,8 @@ struct OutputSink::Shared {
             const bool last = ending.load();
             writeRing();
             const auto now = Clock::now();
-            if (last && (std::ranges::none_of(outlets, &LogOutlet::isWaiting) || now >= patienceEnds)) break;
-            waitForWork(last ? patienceEnds - now : Clock::duration::max());
+            if (last && (std::ranges::none_of(outlets, &LogOutlet::isWaiting) || now >= exitDeadline)) break;
+            waitForWork(last ? exitDeadline - now : Clock::duration::max());
         }
         const std::lock_guard lock(mutex);
         done = true;
@@ -143,7 +143,7 @@ struct OutputSink::Shared {
     std::atomic<bool> urgent{false};
     std::atomic<bool> ending{false};
     /// Set before the end begins.
-    Clock::time_point patienceEnds;
+    Clock::time_point exitDeadline;
     std::mutex mutex;
     std::condition_variable finished;
     bool done = false;
@@ -155,12 +155,12 @@ OutputSink::OutputSink(int descriptor, std::unique_ptr<LogOutlet> systemLog)
 }
 
 OutputSink::~OutputSink() {
-    shared_->patienceEnds = Clock::now() + patienceAtTheEnd;
+    shared_->exitDeadline = Clock::now() + exitTimeout;
     shared_->ending = true;
     shared_->wake.wake();
     std::unique_lock lock(shared_->mutex);
     // The writer ends by itself; the rest is for a write that does not return.
-    shared_->finished.wait_for(lock, patienceAtTheEnd * 2, [this] { return shared_->done; });
+    shared_->finished.wait_for(lock, exitTimeout * 2, [this] { return shared_->done; });
 }
 
 void OutputSink::write(const LogRecord& record) {

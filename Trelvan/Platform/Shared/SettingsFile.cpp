@@ -91,7 +91,7 @@ void SettingsFile::reload() {
     tell();
 }
 
-/// Takes in a text that another hand wrote; false when it cannot be understood.
+/// Takes in a text that somebody else wrote; false when it cannot be understood.
 bool SettingsFile::takeIn(const std::string& text) {
     const auto parsed = parseSettings(text);
     if (const auto* damage = std::get_if<SettingsDamage>(&parsed)) {

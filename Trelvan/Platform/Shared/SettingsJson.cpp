@@ -178,8 +178,8 @@ std::variant<SettingsValues, SettingsDamage> parseSettings(std::string_view text
         auto key = Json::parse(member.key).get<std::string>();
         if (!value) {
             return damage(text, member.offset,
-                          "\"" + key + "\" is neither a boolean, a number, a string nor a list",
-                          "\"" + key + "\" no es un booleano, un número, un texto ni una lista");
+                          "\"" + key + "\" is neither a boolean, a number, a string nor an array",
+                          "\"" + key + "\" no es un booleano, un número, una cadena ni una lista");
         }
         values.insert_or_assign(std::move(key), std::move(*value));
     }

@@ -151,7 +151,7 @@ class SimulatedDesktop : public Platform {
     void bringToFront(std::string bundleIdentifier);
     /// The user presses Caps Lock; with `monitored` false no monitor is told.
     void switchCapsLock(bool on, bool monitored = true);
-    /// The login item is changed by another hand, on a platform that is told so.
+    /// The login item is changed by somebody else, on a platform that is told so.
     void changeLoginItem(LoginItem::Status status);
     /// The screen is locked or unlocked, the session gets or loses the screen.
     void changeSession(bool locked, bool active);

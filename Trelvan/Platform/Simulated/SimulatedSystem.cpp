@@ -78,7 +78,7 @@ void SimulatedWorkspace::openInFront(std::string_view path, std::function<void()
     const auto item = desktop_.disk.find(path);
     awaitedBundle_ = item != desktop_.disk.end() ? item->second.bundle : std::string();
     inFront_ = std::move(inFront);
-    patience_ = desktop_.timers().once(focusPatience, [this, path = std::string(path)] {
+    timeout_ = desktop_.timers().once(focusTimeout, [this, path = std::string(path)] {
         inFront_ = nullptr;
         desktop_.logger.warning(
             InlineText(lastPathComponent(path), " no recibió el foco a tiempo: no se le escribe nada"));
@@ -88,7 +88,7 @@ void SimulatedWorkspace::openInFront(std::string_view path, std::function<void()
 
 void SimulatedWorkspace::frontmostChanged() {
     if (!inFront_ || awaitedBundle_.empty() || desktop_.frontmost != awaitedBundle_) return;
-    patience_.reset();
+    timeout_.reset();
     desktop_.time.async(std::exchange(inFront_, nullptr));
 }
 

@@ -79,7 +79,7 @@ class SimulatedWorkspace final : public Workspace {
     /// The bundle that is waited for, and what for; none: nothing is.
     std::string awaitedBundle_;
     std::function<void()> inFront_;
-    std::unique_ptr<Timers::Timer> patience_;
+    std::unique_ptr<Timers::Timer> timeout_;
 };
 
 /// Trust as the world says; the prompt is told to the trace.

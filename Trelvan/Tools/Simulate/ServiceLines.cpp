@@ -22,7 +22,7 @@ Problem readElements(const Value& line, std::string_view key, Elements<T>& eleme
                      std::string_view expected) {
     const Value* list = json::member(line, key);
     if (list == nullptr) return std::nullopt;
-    if (!list->is_array()) return json::unexpected("a list", *list).inside(key);
+    if (!list->is_array()) return json::unexpected("an array", *list).inside(key);
     if (list->size() > elements.size())
         return CodingError{std::string(key), "must have three elements at most"};
     for (std::size_t index = 0; index < list->size(); ++index) {

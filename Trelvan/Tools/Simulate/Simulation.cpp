@@ -135,7 +135,7 @@ class Simulation::World {
             } else if (const auto stored = script::storedValue(value)) {
                 desktop_.defaults[key] = *stored;
             } else {
-                return wrong("set." + key, "must be a truth value, a number or a text");
+                return wrong("set." + key, "must be a boolean, a number or a string");
             }
             keys.push_back(key);
         }

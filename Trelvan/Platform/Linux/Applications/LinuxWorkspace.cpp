@@ -63,7 +63,7 @@ void LinuxWorkspace::openInFront(std::string_view path, std::function<void()> in
         application.startupId = "trelvan-" + std::to_string(getpid()) + "-" + std::to_string(++starts_);
         const StartTold told{.startupId = application.startupId,
                              .started = [this](long process) { focus_.noteProcess(process); }};
-        focus_.begin(std::move(application), focusPatience, inFront, [path] {
+        focus_.begin(std::move(application), focusTimeout, inFront, [path] {
             AppLogger.warning(
                 InlineText(lastPathComponent(path), " no recibió el foco a tiempo: no se le escribe nada"));
         });

@@ -21,7 +21,7 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 /// How long the main loop may take for its answer, and how often it is asked at most.
-constexpr milliseconds patience{500};
+constexpr milliseconds timeout{500};
 /// What an idle main loop takes for its answer at most, and how often it is looked for meanwhile.
 constexpr milliseconds moment{50};
 constexpr milliseconds glance{5};
@@ -103,7 +103,7 @@ class Watch {
 
     /// Waits for as long as the program may take for an answer. False when it has ended.
     [[nodiscard]] bool waitForOwner() {
-        const auto until = Clock::now() + patience;
+        const auto until = Clock::now() + timeout;
         for (auto now = Clock::now(); now < until; now = Clock::now()) {
             const auto left = std::chrono::ceil<milliseconds>(until - now);
             pollfd end{.fd = owner_, .events = POLLIN, .revents = 0};

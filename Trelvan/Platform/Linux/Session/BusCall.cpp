@@ -32,13 +32,13 @@ void callOverBus(const QDBusConnection& bus, QDBusMessage message,
             {.status = BusAnswer::Status::refused, .reply = {}, .error = bus.lastError().message()});
     }
     message.setAutoStartService(options.startsService);
-    const auto patience = static_cast<int>(options.patience.count());
+    const auto timeout = static_cast<int>(options.timeout.count());
     QElapsedTimer timer;
     timer.start();
-    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message, patience));
+    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message, timeout));
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
-                     [watcher, timer, patience, answered = std::move(answered)] {
-                         answered(answerOf(*watcher, !timer.hasExpired(patience * 9 / 10)));
+                     [watcher, timer, timeout, answered = std::move(answered)] {
+                         answered(answerOf(*watcher, !timer.hasExpired(timeout * 9 / 10)));
                          watcher->deleteLater();
                      });
 }

@@ -27,7 +27,7 @@ struct BusCallOptions {
     bool startsService = false;
     /// How long the answer may take. By default a service that hangs must not do late what the user no longer
     /// expects.
-    std::chrono::milliseconds patience{1500};
+    std::chrono::milliseconds timeout{1500};
 };
 
 /// Sends a call without waiting; `answered` gets the answer on the main thread, at once where there is no

@@ -51,7 +51,7 @@ Inhibitor loginInhibitor() {
 }
 
 /// A grant that is not waited for could not be given back.
-constexpr std::chrono::minutes longestWait{10};
+constexpr std::chrono::minutes timeout{10};
 
 QDBusMessage callTo(const Inhibitor& inhibitor, const char* method) {
     return QDBusMessage::createMethodCall(inhibitor.service, inhibitor.path, inhibitor.interface, method);
@@ -98,7 +98,7 @@ class Inhibition {
                         shared->grant = arguments.front();
                         if (!shared->isWanted) giveBack(*shared);
                     },
-                    {.startsService = false, .patience = longestWait});
+                    {.startsService = false, .timeout = timeout});
     }
 
     static void giveBack(Shared& shared) {

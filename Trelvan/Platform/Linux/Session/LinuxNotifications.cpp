@@ -22,7 +22,7 @@ constexpr std::size_t maxRemembered = 16;
 constexpr int defaultExpiry = -1;
 
 /// How long a daemon may take to start.
-constexpr std::chrono::seconds startPatience{15};
+constexpr std::chrono::seconds startTimeout{15};
 
 /// Most desktops keep a critical notification on the screen until the user closes it, which news of a key
 /// press must not do; so only what the system itself calls critical becomes it.
@@ -127,7 +127,7 @@ void LinuxNotifications::call(const QDBusMessage& message, std::function<void(co
                     sendNext();
                 },
                 // Many desktops start their daemon with the first notification.
-                {.startsService = true, .patience = startPatience});
+                {.startsService = true, .timeout = startTimeout});
 }
 
 void LinuxNotifications::reportMissing(const QString& reason) {

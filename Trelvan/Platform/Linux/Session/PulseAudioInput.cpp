@@ -18,10 +18,10 @@ namespace {
 /// The wait before the next look for a server doubles from the first to the last, so that a computer without
 /// one is left in peace.
 constexpr pa_usec_t firstWait = PA_USEC_PER_SEC;
-constexpr pa_usec_t longestWait = 16 * PA_USEC_PER_SEC;
+constexpr pa_usec_t maxWait = 16 * PA_USEC_PER_SEC;
 
 /// How long the first read waits for the server's first word; it comes within a few milliseconds.
-constexpr std::chrono::milliseconds firstWordPatience{200};
+constexpr std::chrono::milliseconds firstWordTimeout{200};
 
 /// What was last told of the default source.
 struct Source {
@@ -63,7 +63,7 @@ class PulseAudioInput::Connection {
         std::unique_lock lock(mutex_);
         // Only once: a server that is silent for so long is not waited for again.
         if (!std::exchange(wasRead_, true)) {
-            firstWord_.wait_for(lock, firstWordPatience, [this] { return hasWord_; });
+            firstWord_.wait_for(lock, firstWordTimeout, [this] { return hasWord_; });
         }
         return source_;
     }
@@ -173,7 +173,7 @@ class PulseAudioInput::Connection {
         auto* api = pa_threaded_mainloop_get_api(loop_);
         timeval when{};
         pa_timeval_add(pa_gettimeofday(&when), wait_);
-        wait_ = std::min(2 * wait_, longestWait);
+        wait_ = std::min(2 * wait_, maxWait);
         retry_ = api->time_new(
             api, &when,
             [](pa_mainloop_api*, pa_time_event*, const timeval*, void* self) {

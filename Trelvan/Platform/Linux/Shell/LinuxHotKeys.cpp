@@ -180,7 +180,7 @@ std::optional<HotKeyEntry> LinuxHotKeys::entry(int id) const {
 ShortcutTable readShortcutsNow(DesktopKind desktop) {
     if (desktop == DesktopKind::kde) return readKdeShortcuts(firstContent(filesOf(desktop)));
     if (desktop == DesktopKind::xfce) return readXfceShortcuts(firstContent(filesOf(desktop)));
-    constexpr int patience = 3000;
+    constexpr int timeout = 3000;
     std::string settings;
     for (const auto schema : shortcutSchemas(desktop)) {
         QProcess process;
@@ -188,7 +188,7 @@ ShortcutTable readShortcutsNow(DesktopKind desktop) {
             "gsettings",
             {"list-recursively", QString::fromUtf8(schema.data(), static_cast<qsizetype>(schema.size()))},
             QIODevice::ReadOnly);
-        if (process.waitForFinished(patience))
+        if (process.waitForFinished(timeout))
             settings += process.readAllStandardOutput().toStdString() + "\n";
     }
     return readSettingsList(settings, desktop);

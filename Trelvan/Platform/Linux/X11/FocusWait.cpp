@@ -24,11 +24,11 @@ FocusWait::~FocusWait() {
     pump_.remove(*this);
 }
 
-void FocusWait::begin(ApplicationIdentity application, Seconds patience, std::function<void()> inFront,
+void FocusWait::begin(ApplicationIdentity application, Seconds timeout, std::function<void()> inFront,
                       std::function<void()> tooLate) {
     application_ = std::move(application);
     inFront_ = std::move(inFront);
-    patience_ = timers_.once(patience, [this, tooLate = std::move(tooLate)] {
+    timeout_ = timers_.once(timeout, [this, tooLate = std::move(tooLate)] {
         inFront_ = nullptr;
         tooLate();
     });
@@ -36,7 +36,7 @@ void FocusWait::begin(ApplicationIdentity application, Seconds patience, std::fu
 
 void FocusWait::cancel() {
     inFront_ = nullptr;
-    patience_.reset();
+    timeout_.reset();
 }
 
 void FocusWait::look() {
@@ -44,7 +44,7 @@ void FocusWait::look() {
     const auto window = properties_.number(activeWindow);
     if (!window || *window == x11::none || !isWindowOf(application_, properties_.traits(*window))) return;
     const auto inFront = std::exchange(inFront_, nullptr);
-    patience_.reset();
+    timeout_.reset();
     inFront();
 }
 

@@ -21,7 +21,7 @@ class FocusWait : public XEventHandler {
     /// Calls `inFront` when a window of the application is active, `tooLate` when none was in time; only ever
     /// one of them. What is still waited for from an earlier call is given up. An application that is active
     /// already counts as soon as `look` is called.
-    void begin(ApplicationIdentity application, Seconds patience, std::function<void()> inFront,
+    void begin(ApplicationIdentity application, Seconds timeout, std::function<void()> inFront,
                std::function<void()> tooLate);
     /// The process that was started for the application.
     void noteProcess(long process) { application_.process = process; }
@@ -39,7 +39,7 @@ class FocusWait : public XEventHandler {
     unsigned long activeWindowAtom_;
     ApplicationIdentity application_;
     std::function<void()> inFront_;
-    std::unique_ptr<Timers::Timer> patience_;
+    std::unique_ptr<Timers::Timer> timeout_;
 };
 
 }  // namespace trelvan

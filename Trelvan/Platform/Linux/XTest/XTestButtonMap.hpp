@@ -16,7 +16,7 @@ class XTestButtonMap {
     XTestButtonMap& operator=(const XTestButtonMap&) = delete;
     ~XTestButtonMap();
 
-    /// The protocol's most where it cannot be told.
+    /// The highest number of the protocol where the server does not say.
     [[nodiscard]] int buttonCount() const { return buttonCount_; }
 
     /// Makes the place, which must be up, arrive as the number. The rest of the map stays as it is now,
