@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+
 namespace trelvan {
 namespace {
 
@@ -61,6 +63,19 @@ TEST(HotPathTest, PressAllocatesNothingUpToItsAction) {
         const TapEvent unmapped{.type = EventType::otherMouseDown, .buttonNumber = 31 + 1000};
         EXPECT_EQ(allocationsOf(path, unmapped), 0U) << mappings;
     }
+}
+
+TEST(HotPathTest, ObservedPressesAndTurnsAllocateNothingInTheTap) {
+    HotPath path;
+    std::int64_t told = 0;
+    const auto observing =
+        path.monitor->presses.observe([&told](const ObservedPress& press) { told += press.buttonNumber; });
+    path.send(wheel);
+    const auto before = allocationCount();
+    for (int round = 0; round < 1000; ++round) path.send(wheel);
+    EXPECT_EQ(allocationCount() - before, 0U);
+    path.drain();
+    EXPECT_EQ(told, -64 * 100) << "the newest of them are kept";
 }
 
 }  // namespace

@@ -46,7 +46,7 @@ std::int32_t inThirtyTwoBits(std::int64_t delta) {
 }  // namespace
 
 EventMonitor::EventMonitor(const Ports& ports, PermissionsProvider permissions, Logger& logger)
-    : ports_(ports), permissions_(std::move(permissions)), logger_(logger) {
+    : presses(ports.mainQueue), ports_(ports), permissions_(std::move(permissions)), logger_(logger) {
     publishTask_ = ports_.mainQueue.makeCoalescedTask([this] { deliverPublished(); });
     const auto say = [this](bool usable) {
         logger_.info(usable ? "La sesión vuelve a estar en uso: los botones actúan de nuevo"
@@ -93,6 +93,7 @@ void EventMonitor::stop() {
     pressedOtherButtons_.clear();
     handledOtherButtonsOnDown_.clear();
     passedUnusable_.clear();
+    presses.forgetHeld();
     pointer_ = {};
     ports_.mainQueue.async([weak = weak_from_this()] {
         if (const auto self = weak.lock()) self->isRunning = false;
@@ -143,10 +144,21 @@ bool EventMonitor::offer(std::int64_t buttonNumber, EventFlags flags) {
 
 // Buttons. They reach the handler over own windows too, so that the settings can show them.
 
+bool EventMonitor::isTaken(const TapEvent& event) {
+    if (event.type == EventType::otherMouseUp) return presses.takeRelease(event.buttonNumber);
+    return event.type == EventType::otherMouseDown && ports_.session.isUsable() &&
+           presses.take(event.buttonNumber);
+}
+
 TapAnswer EventMonitor::handleButton(TapEvent& event) {
     publish({.type = buttonEventName(event.type),
              .buttonNumber = event.buttonNumber,
              .timestamp = ports_.clock.now()});
+    if (isTaken(event)) return TapAnswer::swallow;
+    presses.note(
+        {.kind = event.type == EventType::otherMouseUp ? ObservedPress::Kind::up : ObservedPress::Kind::down,
+         .buttonNumber = event.buttonNumber,
+         .flags = event.flags});
     if (event.type == EventType::otherMouseDown) noteSession(event.buttonNumber);
     const bool isFollowing = ports_.tap.releasesFollowPresses();
     if (isFollowing && event.type == EventType::otherMouseUp) return handleFollowingUp(event);
@@ -226,15 +238,18 @@ bool EventMonitor::shouldBypassMapping(const TapEvent& event) const {
 // Scroll
 
 TapAnswer EventMonitor::handleScroll(TapEvent& event) {
-    if (isOverOwnWindow(event.location)) return TapAnswer::deliver;
     const std::int64_t vertical = event.scrollDeltaAxis1;
     const std::int64_t horizontal = event.scrollDeltaAxis2;
-    if (const std::int64_t delta = vertical != 0 ? vertical : horizontal; delta != 0) {
-        const std::int64_t button = delta >= 1 ? scrollUpButtonNumber : scrollDownButtonNumber;
-        if (offer(button, event.flags)) {
-            logger_.debug(InlineText("Evento scroll virtual ", button, " consumido (swallowed)"));
-            return TapAnswer::swallow;
-        }
+    const std::int64_t delta = vertical != 0 ? vertical : horizontal;
+    const std::int64_t button = delta >= 1 ? scrollUpButtonNumber : scrollDownButtonNumber;
+    if (delta != 0) {
+        if (ports_.session.isUsable() && presses.take(button)) return TapAnswer::swallow;
+        presses.note({.kind = ObservedPress::Kind::turn, .buttonNumber = button, .flags = event.flags});
+    }
+    if (isOverOwnWindow(event.location)) return TapAnswer::deliver;
+    if (delta != 0 && offer(button, event.flags)) {
+        logger_.debug(InlineText("Evento scroll virtual ", button, " consumido (swallowed)"));
+        return TapAnswer::swallow;
     }
     const MouseEventInfo record{.type = "scrollWheel",
                                 .buttonNumber = -1,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/PermissionsManager.hpp"
+#include "Core/PressWatch.hpp"
 #include "Core/SettingsCatalogue.hpp"
 #include "Core/Shaping.hpp"
 #include "Platform/EventPoster.hpp"
@@ -133,6 +134,8 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
 
     ButtonHandler onButtonEvent;
     bool debugMode = false;
+    /// Presses and turns for the interface, and the way to take the next one.
+    PressWatch presses;
 
     /// Installs the tap; does nothing while there is one. Without permission it asks for it and stays
     /// stopped.
@@ -153,6 +156,8 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
 
     TapAnswer handle(TapEvent& event);
     TapAnswer handleButton(TapEvent& event);
+    /// A press that is taken, or the release of one: nobody else is told of it.
+    bool isTaken(const TapEvent& event);
     /// Remembers of a press whether it was made where buttons do nothing: its release does nothing either.
     void noteSession(std::int64_t buttonNumber);
     TapAnswer handleOtherDown(const TapEvent& event);
