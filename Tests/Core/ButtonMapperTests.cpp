@@ -117,6 +117,24 @@ TEST_F(ButtonMapperTest, LeftButtonWithAnotherPrimaryTakesTheNormalPath) {
     EXPECT_THAT(desktop.messages(LogLevel::info), ElementsAre("Ejecutando 'Click Derecho' para botón 0"));
 }
 
+// Without a press
+
+TEST_F(ButtonMapperTest, FunctionIsPerformedWithoutAPress) {
+    auto& mapping = map(4, ButtonAction::none);
+    mapping.secondaryAction() = ButtonAction::copy;
+    EXPECT_TRUE(mapper->perform(mapping, FunctionSlot::secondary));
+    desktop.time.runUntilBackgroundIsEmpty();
+    EXPECT_THAT(desktop.messages(LogLevel::info), ElementsAre("Probando 'Copiar' del botón 4"));
+    EXPECT_FALSE(keys().empty());
+}
+
+TEST_F(ButtonMapperTest, NoFunctionIsPerformedBehindALockedScreen) {
+    desktop.changeSession(true, true);
+    EXPECT_FALSE(mapper->perform(map(4, ButtonAction::copy), FunctionSlot::primary));
+    desktop.time.runUntilBackgroundIsEmpty();
+    EXPECT_TRUE(keys().empty());
+}
+
 // Scroll
 
 TEST_F(ButtonMapperTest, ScrollDirectionsAreSeparateGroups) {

@@ -187,5 +187,20 @@ TEST_F(MappingExplanationTest, VerdictIsThatOfTheResolutionForAllSlotsAndModifie
     }
 }
 
+TEST_F(MappingExplanationTest, FunctionIsExplainedAloneWithItsOwnShortcut) {
+    ButtonMapping mapping;
+    mapping.action() = ButtonAction::copy;
+    mapping.secondaryAction() = ButtonAction::customShortcut;
+    mapping.secondaryShortcut() = {40, flag::control, "⌃K"};
+    mapping.tertiaryAction() = ButtonAction::launchApp;
+    const auto explained = [&](FunctionSlot slot) {
+        return explainFunction(mapping, slot, macShortcuts, AppLanguage::english);
+    };
+    EXPECT_EQ(explained(FunctionSlot::primary), std::vector<std::string>{"Sent: Command+C"});
+    EXPECT_EQ(explained(FunctionSlot::secondary), std::vector<std::string>{"With: ⌃K"});
+    EXPECT_EQ(explained(FunctionSlot::tertiary),
+              std::vector<std::string>{"Nothing is opened: no application has been chosen"});
+}
+
 }  // namespace
 }  // namespace trelvan

@@ -77,6 +77,14 @@ bool ButtonMapper::executeAlternate(const ButtonMapping& mapping, EventFlags fla
     return true;
 }
 
+bool ButtonMapper::perform(const ButtonMapping& mapping, FunctionSlot slot) {
+    if (!ports_.session.isUsable()) return false;
+    const ButtonAction action = mapping.function(slot).action;
+    logger_.info(InlineText("Probando '", rawValue(action), "' del botón ", mapping.buttonNumber));
+    performAction(action, mapping, slot);
+    return true;
+}
+
 void ButtonMapper::performAction(ButtonAction action, const ButtonMapping& mapping, FunctionSlot slot) {
     const ActionCall call{*this, mapping, slot};
     std::visit(Overloaded{

@@ -58,6 +58,9 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
 
     /// Whether the press was handled, so that the event is to be swallowed.
     bool execute(std::int64_t buttonNumber, EventFlags eventFlags);
+    /// Performs one function without a press, as the press that fires it would. False, and nothing happens,
+    /// while the session cannot be used.
+    bool perform(const ButtonMapping& mapping, FunctionSlot slot);
 
   private:
     /// The catalogue, whose rows run these operations.

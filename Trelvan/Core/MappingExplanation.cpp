@@ -43,6 +43,11 @@ class Explainer {
         return std::move(result_);
     }
 
+    std::vector<std::string> explainFunction(const ButtonMapping& mapping, FunctionSlot slot) {
+        sayWhatIsSent(mapping, {mapping.function(slot).action, slot});
+        return std::move(result_.why);
+    }
+
   private:
     /// The same text in both languages.
     struct Pair {
@@ -199,6 +204,13 @@ MappingExplanation explainPress(const ProfileSnapshot& profile, std::int64_t but
                                 const ActionShortcuts& shortcuts, AppLanguage language,
                                 const NamedHotKeys& hotKeys) {
     return Explainer(profile, flags, shortcuts, language, hotKeys).explain(buttonNumber);
+}
+
+std::vector<std::string> explainFunction(const ButtonMapping& mapping, FunctionSlot slot,
+                                         const ActionShortcuts& shortcuts, AppLanguage language,
+                                         const NamedHotKeys& hotKeys) {
+    const ProfileSnapshot none{TrackballProfile{}};
+    return Explainer(none, 0, shortcuts, language, hotKeys).explainFunction(mapping, slot);
 }
 
 }  // namespace trelvan

@@ -29,4 +29,10 @@ struct MappingExplanation {
                                               EventFlags flags, const ActionShortcuts& shortcuts,
                                               AppLanguage language, const NamedHotKeys& hotKeys = {});
 
+/// What one function of a mapping sends or opens, or why it can do nothing, in sentences without a full stop.
+/// Any thread.
+[[nodiscard]] std::vector<std::string> explainFunction(const ButtonMapping& mapping, FunctionSlot slot,
+                                                       const ActionShortcuts& shortcuts, AppLanguage language,
+                                                       const NamedHotKeys& hotKeys = {});
+
 }  // namespace trelvan
