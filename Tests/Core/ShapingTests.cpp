@@ -29,6 +29,14 @@ TEST(ScaledDeltaTest, ResultOutsideTheRangeIsFatal) {
     EXPECT_DEATH((void)scaledDelta(std::numeric_limits<std::int64_t>::max(), 2.0), "64-bit range");
 }
 
+TEST(PointerGainTest, RisesFromOneToTheSpeedAndIsTheSpeedBelowOne) {
+    EXPECT_EQ(pointerGain(40, 0.5, 0.6), 0.5);
+    EXPECT_EQ(pointerGain(0, 2.0, 0.6), 1.0);
+    EXPECT_EQ(pointerGain(28, 2.0, 0.0), 2.0);
+    EXPECT_EQ(pointerGain(8, 2.0, 1.0), 2.0);
+    EXPECT_NEAR(pointerGain(1, 2.0, 0.6), 1.0039, 0.0001);
+}
+
 TEST(PointerShaperTest, UpToSpeedOneResidualsAreLeftAlone) {
     PointerShaper shaper{.residualX = 0.3, .residualY = -0.2};
     EXPECT_EQ(shaper.scale(1, 3, 0.5, 0.6), Deltas(1, 2));

@@ -49,14 +49,19 @@ std::int64_t scaledDelta(std::int64_t value, double factor) {
     return value != 0 && result == 0 ? unitOf(value) : result;
 }
 
+double pointerGain(double handSpeed, double speed, double acceleration) {
+    if (speed <= 1.0) return speed;
+    // Full gain from 28 units an event without acceleration down to 8 with all of it.
+    const double reach = std::clamp(handSpeed / ((1.0 - acceleration) * 20.0 + 8.0), 0.0, 1.0);
+    const double curve = std::pow(reach, (1.0 - acceleration) * 2.5 + 1.0);
+    return curve * (speed - 1.0) + 1.0;
+}
+
 std::pair<std::int64_t, std::int64_t> PointerShaper::scale(std::int64_t deltaX, std::int64_t deltaY,
                                                            double speed, double acceleration) {
     if (speed <= 1.0) return {scaledDelta(deltaX, speed), scaledDelta(deltaY, speed)};
     const double magnitude = std::sqrt(static_cast<double>(squareSum(deltaX, deltaY)));
-    // Full gain from 28 units an event without acceleration down to 8 with all of it.
-    const double reach = std::clamp(magnitude / ((1.0 - acceleration) * 20.0 + 8.0), 0.0, 1.0);
-    const double curve = std::pow(reach, (1.0 - acceleration) * 2.5 + 1.0);
-    const double gain = curve * (speed - 1.0) + 1.0;
+    const double gain = pointerGain(magnitude, speed, acceleration);
     return {carried(deltaX, gain, residualX), carried(deltaY, gain, residualY)};
 }
 

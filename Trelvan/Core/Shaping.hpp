@@ -9,6 +9,10 @@ namespace trelvan {
 /// zero never vanishes: it is at least one unit in its own direction.
 [[nodiscard]] std::int64_t scaledDelta(std::int64_t value, double factor);
 
+/// What `speed` (1.0 is the identity) and `acceleration` (0.0 to 1.0) make of a hand speed in units an event:
+/// the factor on the movement.
+[[nodiscard]] double pointerGain(double handSpeed, double speed, double acceleration);
+
 /// The gain curve of pointer motion, with the fractions that whole deltas cannot carry.
 struct PointerShaper {
     /// What earlier movements left over, in points; used above speed 1.0 only.
