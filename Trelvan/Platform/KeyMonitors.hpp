@@ -16,7 +16,7 @@ struct KeyMonitorEvent {
     KeyCode keyCode = 0;
     /// The modifiers held, Caps Lock included.
     EventFlags flags = 0;
-    /// What the key types without its modifiers, UTF-8; empty for `flagsChanged`.
+    /// What the key types without its modifiers, UTF-8, or a short name of it; empty for `flagsChanged`.
     std::string characters;
 };
 

@@ -19,11 +19,31 @@ KeySym symbolOf(Display* display, int keycode, int level) {
     return inGroup != NoSymbol ? inGroup : XkbKeycodeToKeysym(display, code, 0, level);
 }
 
+/// The short name of a key that types nothing; empty for one without.
+std::string nameOf(KeySym symbol) {
+    if (symbol >= XK_F1 && symbol <= XK_F35) return "F" + std::to_string(symbol - XK_F1 + 1);
+    switch (symbol) {
+        case XK_Home:
+            return "↖";
+        case XK_End:
+            return "↘";
+        case XK_Prior:
+            return "⇞";
+        case XK_Next:
+            return "⇟";
+        case XK_Delete:
+            return "⌦";
+        default:
+            return {};
+    }
+}
+
 }  // namespace
 
 std::string plainCharacters(_XDisplay* display, int keycode) {
     KeySym symbol = symbolOf(display, keycode, 0);
     if (IsKeypadKey(symbol)) symbol = symbolOf(display, keycode, 1);
+    if (auto name = nameOf(symbol); !name.empty()) return name;
     std::array<char, 8> text{};
     // The size that it says counts the final zero.
     const int size = xkb_keysym_to_utf8(static_cast<xkb_keysym_t>(symbol), text.data(), text.size());
