@@ -242,6 +242,21 @@ TEST_F(ShellTest, BareWindowManager_MovesGoThroughAllFourDesktopsAndStopAtTheEnd
     expectNoKeys();
 }
 
+TEST_F(ShellTest, DesktopMoveWithoutANeighbour_TypesNothingIntoTheApplicationInFront) {
+    // There is a shortcut that could be pressed, and the application in front is on the first desktop.
+    writeXfceShortcuts("", xfceEntry("&lt;Primary&gt;&lt;Alt&gt;Left", "left_workspace_key"));
+    startOn("XFCE", Settings().map(3, "Mover escritorio izquierda").map(4, "Copiar"));
+    ASSERT_TRUE(program().waitForLine(shortcutsRead + std::string("1")));
+    trackball().click(extra);
+    expectNoKeys();
+    // What was put off has been typed by now, had there been anything: keys take one queue.
+    trackball().click(xButton(4));
+    EXPECT_TRUE(client().waitForStroke({XK_c, ControlMask}));
+    const auto strokes = client().strokes();
+    EXPECT_TRUE(std::ranges::all_of(strokes, [](const KeyStroke& stroke) { return stroke.key == XK_c; }));
+    EXPECT_TRUE(isProperty("_NET_CURRENT_DESKTOP", 0));
+}
+
 TEST_F(ShellTest, BareWindowManager_ShowDesktopGoesThereAndBack) {
     start(Settings().map(3, "Mostrar Escritorio"));
     trackball().click(extra);

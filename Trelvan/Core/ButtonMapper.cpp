@@ -264,11 +264,12 @@ void ButtonMapper::triggerMoveDesktop(KeyCode keyCode) {
         const bool left = keyCode == key::leftArrow;
         const DesktopTool& tool =
             *desktopTool(left ? ButtonAction::moveDesktopLeft : ButtonAction::moveDesktopRight);
+        const auto direction = left ? DesktopDirection::left : DesktopDirection::right;
         const auto byKeys = [weak, ids = tool.hotKeys] {
             const auto mapper = weak.lock();
             return mapper && mapper->pressFirst(ids);
         };
-        if (self->ports_.views.show(tool.view, byKeys)) return;
+        if (self->ports_.views.moveDesktop(direction, byKeys)) return;
         if (const auto chord = self->resolveFirst(tool.hotKeys)) return self->simulateKey(*chord);
         InputSequence::perform(self->desktopMoveCascade(keyCode), self->ports_.background,
                                self->ports_.poster);

@@ -20,4 +20,12 @@ class ScriptRunner {
     [[nodiscard]] virtual ScriptResult run(std::string_view source) = 0;
 };
 
+/// Where the system has no automation language no script can be made.
+class NoScriptRunner final : public ScriptRunner {
+  public:
+    [[nodiscard]] ScriptResult run(std::string_view /*source*/) override {
+        return {.status = ScriptResult::Status::notCreated, .error = {}};
+    }
+};
+
 }  // namespace trelvan

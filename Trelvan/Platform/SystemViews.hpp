@@ -22,6 +22,14 @@ enum class SystemView : std::uint8_t {
     lockScreen,
 };
 
+/// Which way a move between desktops goes.
+enum class DesktopDirection : std::uint8_t { left, right };
+
+/// The view by which a move is known where views are listed.
+constexpr SystemView viewOf(DesktopDirection direction) {
+    return direction == DesktopDirection::left ? SystemView::desktopLeft : SystemView::desktopRight;
+}
+
 /// A view that was asked for and that nothing here shows.
 struct MissingView {
     SystemView view = SystemView::missionControl;
@@ -44,10 +52,16 @@ class SystemViews {
     /// at least once. None: nobody is told. Main thread.
     virtual void setMissingObserver(MissingObserver observer) = 0;
 
-    /// True when this platform took charge: the desktop is asked and, where it cannot be, `byKeys` called;
-    /// when neither helps, the log says so. False when only keys can do it, known or guessed: it is the
-    /// caller's then.
+    /// Shows any view but a desktop move. True when this platform took charge: the desktop is asked and,
+    /// where it cannot be, `byKeys` called; when neither helps, the log says so. False when only keys can do
+    /// it, known or guessed: it is the caller's then.
     [[nodiscard]] virtual bool show(SystemView view, ByKeys byKeys) = 0;
+
+    /// Moves to the desktop beside the present one. True when this platform makes such moves itself, by the
+    /// desktop's own protocol or, where it has none, by `byKeys`; where there is no desktop on that side
+    /// nothing happens. Whatever comes of it, the caller presses nothing then. False when only keys can do
+    /// it, known or guessed: it is the caller's then.
+    [[nodiscard]] virtual bool moveDesktop(DesktopDirection direction, ByKeys byKeys) = 0;
 
     /// The views that the desktop itself shows when it is asked, as far as can be told without showing them;
     /// a recording says so. Main thread; may ask other programs and wait for their answer.

@@ -17,7 +17,6 @@
 #include "Platform/Linux/Session/PulseAudioInput.hpp"
 #include "Platform/Linux/Session/SettingsWatch.hpp"
 #include "Platform/Linux/Session/X11Screens.hpp"
-#include "Platform/Linux/Shell/DesktopMoveScript.hpp"
 #include "Platform/Linux/Shell/LinuxHotKeys.hpp"
 #include "Platform/Linux/Shell/LinuxSystemViews.hpp"
 #include "Platform/Linux/Tap/EscapeHold.hpp"
@@ -149,7 +148,7 @@ struct LinuxPlatform::Parts {
     DesktopKind desktop = currentDesktop();
     LinuxHotKeys hotKeys{desktop, timers, [this](unsigned long keysym) { return poster.keyFor(keysym); }};
     LinuxSystemViews views{*connection, mainQueue, desktop, hotKeys};
-    DesktopMoveScript script{views};
+    NoScriptRunner noScripts;
     LinuxNotifications notifications{QDBusConnection::sessionBus(),
                                      [] { return QGuiApplication::focusWindow() != nullptr; }};
     X11KeyMonitors keyMonitors{pump, modifiers};
@@ -210,7 +209,7 @@ AccessibilityTrust& LinuxPlatform::accessibilityTrust() {
     return parts_->trust;
 }
 ScriptRunner& LinuxPlatform::scriptRunner() {
-    return parts_->script;
+    return parts_->noScripts;
 }
 HotKeyTable& LinuxPlatform::hotKeyTable() {
     return parts_->hotKeys;

@@ -129,6 +129,10 @@ bool SimulatedViews::show(SystemView view, ByKeys byKeys) {
     return desktop_.onView && desktop_.onView(view, byKeys);
 }
 
+bool SimulatedViews::moveDesktop(DesktopDirection direction, ByKeys byKeys) {
+    return desktop_.onView && desktop_.onView(viewOf(direction), byKeys);
+}
+
 void SimulatedViews::setMissingObserver(MissingObserver observer) {
     desktop_.onMissingView = std::move(observer);
 }

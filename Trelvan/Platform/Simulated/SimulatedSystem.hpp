@@ -118,6 +118,7 @@ class SimulatedViews final : public SystemViews {
   public:
     explicit SimulatedViews(SimulatedDesktop& desktop) : desktop_(desktop) {}
     [[nodiscard]] bool show(SystemView view, ByKeys byKeys) override;
+    [[nodiscard]] bool moveDesktop(DesktopDirection direction, ByKeys byKeys) override;
     void setMissingObserver(MissingObserver observer) override;
     [[nodiscard]] std::vector<SystemView> offered() const override;
 

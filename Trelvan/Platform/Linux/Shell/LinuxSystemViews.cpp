@@ -41,23 +41,21 @@ std::vector<SystemView> LinuxSystemViews::offered() const {
 }
 
 void LinuxSystemViews::showNow(SystemView view, const ByKeys& byKeys) {
-    if (showByWindowManager(view)) return;
-    const auto otherwise = [this, view, byKeys] { showByKeys(view, byKeys); };
-    if (view == SystemView::lockScreen) return ScreenLock::lock(desktop_, otherwise);
-    ShellViews::show(view, otherwise);
+    if (view == SystemView::showDesktop && toggleShowDesktop()) return;
+    if (view == SystemView::lockScreen)
+        return ScreenLock::lock(desktop_, [this, view, byKeys] { showByKeys(view, byKeys); });
+    showByShell(view, byKeys);
 }
 
-bool LinuxSystemViews::showByWindowManager(SystemView view) {
-    switch (view) {
-        case SystemView::showDesktop:
-            return toggleShowDesktop();
-        case SystemView::desktopLeft:
-            return moveDesktop(false);
-        case SystemView::desktopRight:
-            return moveDesktop(true);
-        default:
-            return false;
-    }
+void LinuxSystemViews::showByShell(SystemView view, const ByKeys& byKeys) {
+    ShellViews::show(view, [this, view, byKeys] { showByKeys(view, byKeys); });
+}
+
+bool LinuxSystemViews::moveDesktop(DesktopDirection direction, ByKeys byKeys) {
+    mainQueue_.async([this, direction, byKeys = std::move(byKeys)] {
+        if (!goToNeighbour(direction)) showByShell(viewOf(direction), byKeys);
+    });
+    return true;
 }
 
 void LinuxSystemViews::showByKeys(SystemView view, const ByKeys& byKeys) {
@@ -91,7 +89,7 @@ bool LinuxSystemViews::toggleShowDesktop() {
     return true;
 }
 
-bool LinuxSystemViews::moveDesktop(bool right) {
+bool LinuxSystemViews::goToNeighbour(DesktopDirection direction) {
     const auto count = properties_.number("_NET_NUMBER_OF_DESKTOPS");
     const auto current = properties_.number("_NET_CURRENT_DESKTOP");
     if (!count || !current || !properties_.isSupported("_NET_CURRENT_DESKTOP")) return false;
@@ -100,7 +98,9 @@ bool LinuxSystemViews::moveDesktop(bool right) {
                            .columns = properties_.number("_NET_DESKTOP_LAYOUT", 1).value_or(0),
                            .byColumns = properties_.number("_NET_DESKTOP_LAYOUT", 0).value_or(0) == 1,
                            .rows = properties_.number("_NET_DESKTOP_LAYOUT", 2).value_or(0)};
-    if (const auto neighbour = grid.neighbour(right)) properties_.request("_NET_CURRENT_DESKTOP", *neighbour);
+    // At the end of the row there is nowhere to go, and no key would change that.
+    if (const auto neighbour = grid.neighbour(direction == DesktopDirection::right))
+        properties_.request("_NET_CURRENT_DESKTOP", *neighbour);
     return true;
 }
 

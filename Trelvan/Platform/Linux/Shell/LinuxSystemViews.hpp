@@ -21,16 +21,19 @@ class LinuxSystemViews : public SystemViews {
         : properties_(connection), mainQueue_(mainQueue), desktop_(desktop), hotKeys_(hotKeys) {}
 
     [[nodiscard]] bool show(SystemView view, ByKeys byKeys) override;
+    [[nodiscard]] bool moveDesktop(DesktopDirection direction, ByKeys byKeys) override;
     void setMissingObserver(MissingObserver observer) override { missingObserver_ = std::move(observer); }
     [[nodiscard]] std::vector<SystemView> offered() const override;
 
   private:
     void showNow(SystemView view, const ByKeys& byKeys);
-    [[nodiscard]] bool showByWindowManager(SystemView view);
+    /// By the shell's own interface, else by keys, else by a program.
+    void showByShell(SystemView view, const ByKeys& byKeys);
     void showByKeys(SystemView view, const ByKeys& byKeys);
     [[nodiscard]] bool takeScreenshot(SystemView view) const;
     [[nodiscard]] bool toggleShowDesktop();
-    [[nodiscard]] bool moveDesktop(bool right);
+    /// False where the window manager's protocol has no desktops.
+    [[nodiscard]] bool goToNeighbour(DesktopDirection direction);
     void reportMissing(SystemView view);
 
     RootProperties properties_;
