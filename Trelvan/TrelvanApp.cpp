@@ -51,12 +51,9 @@ TrelvanApp::TrelvanApp(Platform& platform, SmartButtonPanels& panels, Logger& lo
           notificationPoster),
       missingViewNotifier(platform.systemViews(), notificationPoster),
       platform_(platform),
-      logger_(logger),
-      alive_(std::make_shared<TrelvanApp*>(this)) {
+      logger_(logger) {
     platform_.notifications().setDelegate(&notificationDelegate_);
-    platform_.mainQueue().after(notifierDelay, [weak = std::weak_ptr(alive_)] {
-        if (const auto app = weak.lock()) (*app)->startNotifiers();
-    });
+    platform_.mainQueue().after(notifierDelay, lifetime_.whileAlive([this] { startNotifiers(); }));
 }
 
 TrelvanApp::~TrelvanApp() {
@@ -110,9 +107,7 @@ void TrelvanApp::watchPermission() {
     permissionObserver_ = permissions.accessibilityGranted.observe([this](bool granted) {
         if (!granted || permissions.accessibilityGranted) return;
         // Observers are told before the change; the start looks at the permission itself.
-        platform_.mainQueue().async([weak = std::weak_ptr(alive_)] {
-            if (const auto app = weak.lock()) (*app)->startIfPermitted();
-        });
+        platform_.mainQueue().async(lifetime_.whileAlive([this] { startIfPermitted(); }));
     });
     permissionTimer_ = platform_.timers().every(permissionInterval, [this] {
         permissions.refresh();

@@ -12,6 +12,7 @@
 #include "Core/ProfileManager.hpp"
 #include "Core/SmartButtonController.hpp"
 #include "Platform/Platform.hpp"
+#include "Utilities/LifetimeToken.hpp"
 #include "Utilities/Logger.hpp"
 
 #include <memory>
@@ -64,8 +65,8 @@ class TrelvanApp {
     AppNotificationDelegate notificationDelegate_;
     Subscription permissionObserver_;
     std::unique_ptr<Timers::Timer> permissionTimer_;
-    /// What was put into the main queue asks this before it touches the application.
-    std::shared_ptr<TrelvanApp*> alive_;
+    /// Last, for what was put into the main queue.
+    LifetimeToken lifetime_;
 };
 
 }  // namespace trelvan

@@ -102,17 +102,17 @@ void ButtonMapper::performAction(ButtonAction action, const ButtonMapping& mappi
 
 // Keys and clicks
 
-void ButtonMapper::simulateKey(KeyCode keyCode, EventFlags flags) {
-    ports_.background.async([sequence = keyWithModifiers(keyCode, flags), &queue = ports_.background,
-                             &poster = ports_.poster, &session = ports_.session]() mutable {
+void ButtonMapper::simulateKey(const Ports& ports, KeyCode keyCode, EventFlags flags) {
+    ports.background.async([sequence = keyWithModifiers(keyCode, flags), &queue = ports.background,
+                            &poster = ports.poster, &session = ports.session]() mutable {
         if (session.isUsable()) InputSequence::perform(std::move(sequence), queue, poster);
     });
 }
 
-void ButtonMapper::simulateKey(KeyChord chord) {
-    if (chord.character == 0) return simulateKey(chord.keyCode, chord.flags);
-    ports_.background.async(
-        [chord, &queue = ports_.background, &poster = ports_.poster, &session = ports_.session] {
+void ButtonMapper::simulateKey(const Ports& ports, KeyChord chord) {
+    if (chord.character == 0) return simulateKey(ports, chord.keyCode, chord.flags);
+    ports.background.async(
+        [chord, &queue = ports.background, &poster = ports.poster, &session = ports.session] {
             if (!session.isUsable()) return;
             const auto typing = poster.keyTyping(chord.character);
             auto sequence = typing ? keyWithModifiers(typing->keyCode, chord.flags | typing->flags)
@@ -142,13 +142,12 @@ void ButtonMapper::sendToTerminal(ButtonAction action, TerminalUse use, const Te
 }
 
 void ButtonMapper::sendTool(const does::Tool& tool) {
-    // Rows outlive the mapper.
-    const auto byKeys = [weak = weak_from_this(), &tool] {
-        const auto self = weak.lock();
-        if (self && !self->pressFirst(tool.tool.hotKeys)) self->simulateKey(self->chordOf(tool.combination));
+    const KeyChord chord = chordOf(tool.combination);
+    const auto byKeys = [ports = ports_, hotKeys = tool.tool.hotKeys, chord] {
+        if (!pressFirst(ports, hotKeys)) simulateKey(ports, chord);
         return true;
     };
-    if (!ports_.views.show(tool.tool.view, byKeys)) simulateKey(chordOf(tool.combination));
+    if (!ports_.views.show(tool.tool.view, byKeys)) simulateKey(chord);
 }
 
 void ButtonMapper::sendRecorded(const CustomShortcut& shortcut) {
@@ -188,29 +187,24 @@ void ButtonMapper::simulateMouseClick(std::int64_t button) {
 
 // The desktop's own views
 
-std::optional<KeyChord> ButtonMapper::resolveFirst(std::span<const int> ids) const {
+std::optional<KeyChord> ButtonMapper::resolveFirst(const Ports& ports, std::span<const int> ids) {
     for (const int id : ids) {
-        if (const auto chord = combinationOf(ports_.hotKeys.entry(id))) return chord;
+        if (const auto chord = combinationOf(ports.hotKeys.entry(id))) return chord;
     }
     return std::nullopt;
 }
 
-bool ButtonMapper::pressFirst(std::span<const int> ids) {
-    const auto chord = resolveFirst(ids);
+bool ButtonMapper::pressFirst(const Ports& ports, std::span<const int> ids) {
+    const auto chord = resolveFirst(ports, ids);
     if (!chord) return false;
-    ports_.background.async([weak = weak_from_this(), chord = *chord] {
-        if (const auto self = weak.lock()) self->simulateKey(chord);
-    });
+    ports.background.async([ports, chord = *chord] { simulateKey(ports, chord); });
     return true;
 }
 
 void ButtonMapper::triggerSystemHotKey(ButtonAction action, const std::function<void()>& fallback) {
     const DesktopTool& tool = *desktopTool(action);
-    const auto byKeys = [weak = weak_from_this(), ids = tool.hotKeys] {
-        const auto self = weak.lock();
-        return self && self->pressFirst(ids);
-    };
-    if (!ports_.views.show(tool.view, byKeys) && !pressFirst(tool.hotKeys)) fallback();
+    const auto byKeys = [ports = ports_, ids = tool.hotKeys] { return pressFirst(ports, ids); };
+    if (!ports_.views.show(tool.view, byKeys) && !pressFirst(ports_, tool.hotKeys)) fallback();
 }
 
 void ButtonMapper::triggerMissionControl() {
@@ -258,30 +252,27 @@ void ButtonMapper::openLaunchpadDirectly() {
 
 void ButtonMapper::triggerMoveDesktop(KeyCode keyCode) {
     logger_.debug(InlineText("Intentando mover escritorio keyCode=", keyCode));
-    ports_.background.async([weak = weak_from_this(), keyCode] {
-        const auto self = weak.lock();
-        if (!self || !self->ports_.session.isUsable()) return;
-        const bool left = keyCode == key::leftArrow;
-        const DesktopTool& tool =
-            *desktopTool(left ? ButtonAction::moveDesktopLeft : ButtonAction::moveDesktopRight);
-        const auto direction = left ? DesktopDirection::left : DesktopDirection::right;
-        const auto byKeys = [weak, ids = tool.hotKeys] {
-            const auto mapper = weak.lock();
-            return mapper && mapper->pressFirst(ids);
-        };
-        if (self->ports_.views.moveDesktop(direction, byKeys)) return;
-        if (const auto chord = self->resolveFirst(tool.hotKeys)) return self->simulateKey(*chord);
-        InputSequence::perform(self->desktopMoveCascade(keyCode), self->ports_.background,
-                               self->ports_.poster);
+    ports_.background.async([ports = ports_, &logger = logger_, keyCode] {
+        if (ports.session.isUsable()) moveDesktop(ports, logger, keyCode);
     });
 }
 
+void ButtonMapper::moveDesktop(const Ports& ports, Logger& logger, KeyCode keyCode) {
+    const bool left = keyCode == key::leftArrow;
+    const auto ids =
+        desktopTool(left ? ButtonAction::moveDesktopLeft : ButtonAction::moveDesktopRight)->hotKeys;
+    const auto byKeys = [ports, ids] { return pressFirst(ports, ids); };
+    if (ports.views.moveDesktop(left ? DesktopDirection::left : DesktopDirection::right, byKeys)) return;
+    if (const auto chord = resolveFirst(ports, ids)) return simulateKey(ports, *chord);
+    InputSequence::perform(desktopMoveCascade(ports, logger, keyCode), ports.background, ports.poster);
+}
+
 /// Every known way to move, one after the other: posting gives no feedback on which of them worked.
-InputSequence ButtonMapper::desktopMoveCascade(KeyCode keyCode) {
+InputSequence ButtonMapper::desktopMoveCascade(const Ports& ports, Logger& logger, KeyCode keyCode) {
     constexpr EventFlags controlArrow = flag::control | flag::numericPad;
     constexpr EventFlags controlOptionArrow = controlArrow | flag::option;
-    const auto asynchronousKey = [self = shared_from_this(), keyCode](EventFlags flags) {
-        return [self, keyCode, flags] { self->simulateKey(keyCode, flags); };
+    const auto asynchronousKey = [ports, keyCode](EventFlags flags) {
+        return [ports, keyCode, flags] { simulateKey(ports, keyCode, flags); };
     };
     const auto viaMissionControl = [keyCode] {
         return sessionShortcut(key::f3, 0)
@@ -295,20 +286,21 @@ InputSequence ButtonMapper::desktopMoveCascade(KeyCode keyCode) {
         .append(sessionShortcut(keyCode, controlArrow))
         .then(asynchronousKey(controlOptionArrow))
         .append(sessionShortcut(keyCode, controlOptionArrow))
-        .expand([&poster = ports_.poster, keyCode] { return desktopSwitch(keyCode, poster); })
+        .expand([&poster = ports.poster, keyCode] { return desktopSwitch(keyCode, poster); })
         .pause(Seconds{0.090})
-        .expand([self = shared_from_this(), keyCode, viaMissionControl] {
-            return self->triggerDesktopMoveViaAppleScript(keyCode) ? InputSequence{} : viaMissionControl();
+        .expand([ports, &logger, keyCode, viaMissionControl] {
+            return triggerDesktopMoveViaAppleScript(ports, logger, keyCode) ? InputSequence{}
+                                                                            : viaMissionControl();
         });
     return sequence;
 }
 
-bool ButtonMapper::triggerDesktopMoveViaAppleScript(KeyCode keyCode) {
+bool ButtonMapper::triggerDesktopMoveViaAppleScript(const Ports& ports, Logger& logger, KeyCode keyCode) {
     const InlineText source("tell application \"System Events\"\n    key code ", keyCode,
                             " using control down\nend tell");
-    const auto result = ports_.scripts.run(source);
+    const auto result = ports.scripts.run(source);
     if (result.status == ScriptResult::Status::failed)
-        logger_.warning(InlineText("AppleScript mover escritorio falló: ", result.error));
+        logger.warning(InlineText("AppleScript mover escritorio falló: ", result.error));
     return result.status == ScriptResult::Status::ran;
 }
 
@@ -338,9 +330,7 @@ void ButtonMapper::revealHome() {
 }
 
 void ButtonMapper::createNewNote(const does::Note& note) {
-    const auto type = [weak = weak_from_this(), chord = chordOf(note.combination)] {
-        if (const auto self = weak.lock()) self->simulateKey(chord);
-    };
+    const auto type = [ports = ports_, chord = chordOf(note.combination)] { simulateKey(ports, chord); };
     if (ports_.shortcuts.typesOnlyInFront) {
         if (const auto path = findApp(note.bundleID)) ports_.workspace.openInFront(*path, type);
         return;
@@ -365,12 +355,9 @@ void ButtonMapper::launchApp(const std::string& path) {
 }
 
 void ButtonMapper::showSmartButton() {
-    ports_.mainQueue.async([weak = weak_from_this()] {
-        const auto self = weak.lock();
-        if (!self) return;
-        if (const auto menu = self->smartButtonMenu_.lock())
-            menu->show(self->profile_()->profile().smartButton);
-    });
+    ports_.mainQueue.async(lifetime_.whileAlive([this] {
+        if (const auto menu = smartButtonMenu_.lock()) menu->show(profile_()->profile().smartButton);
+    }));
 }
 
 }  // namespace trelvan

@@ -15,6 +15,7 @@
 #include "Platform/SessionState.hpp"
 #include "Platform/SystemViews.hpp"
 #include "Platform/Workspace.hpp"
+#include "Utilities/LifetimeToken.hpp"
 #include "Utilities/Logger.hpp"
 
 #include <functional>
@@ -29,9 +30,9 @@ namespace trelvan {
 ///
 /// `execute` runs on the main thread inside the tap callback and only starts the action; all key sequences
 /// with their pauses run on the background queue. What is still to be typed when the session is locked is not
-/// typed to whoever locked it; a key sequence that has begun goes on to its end. Made with
-/// `std::make_shared`; the button handler owns it.
-class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
+/// typed to whoever locked it; a key sequence that has begun goes on to its end. The button handler owns the
+/// mapper; what is put into the background queue refers to the ports alone.
+class ButtonMapper {
   public:
     /// Tells the active profile at the moment it is asked; it is asked for each press.
     using ProfileProvider = std::function<std::shared_ptr<const ProfileSnapshot>()>;
@@ -71,8 +72,12 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
     bool executeAlternate(const ButtonMapping& mapping, EventFlags flags);
     void performAction(ButtonAction action, const ButtonMapping& mapping, FunctionSlot slot);
 
-    void simulateKey(KeyCode keyCode, EventFlags flags);
-    void simulateKey(KeyChord chord);
+    // What takes the ports as an argument runs on any thread, whether or not the mapper is still there.
+
+    static void simulateKey(const Ports& ports, KeyCode keyCode, EventFlags flags);
+    static void simulateKey(const Ports& ports, KeyChord chord);
+    void simulateKey(KeyCode keyCode, EventFlags flags) const { simulateKey(ports_, keyCode, flags); }
+    void simulateKey(KeyChord chord) const { simulateKey(ports_, chord); }
     [[nodiscard]] KeyChord chordOf(const Combination& combination) const;
     void sendKeys(ButtonAction action, const does::Keys& keys);
     void sendToTerminal(ButtonAction action, TerminalUse use, const TerminalShortcuts& terminal);
@@ -81,17 +86,19 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
     void sendMediaKey(MediaKey mediaKey);
     void simulateMouseClick(std::int64_t button);
 
-    [[nodiscard]] std::optional<KeyChord> resolveFirst(std::span<const int> ids) const;
+    [[nodiscard]] static std::optional<KeyChord> resolveFirst(const Ports& ports, std::span<const int> ids);
     /// False when none of the hot keys resolves.
-    bool pressFirst(std::span<const int> ids);
+    static bool pressFirst(const Ports& ports, std::span<const int> ids);
     void triggerSystemHotKey(ButtonAction action, const std::function<void()>& fallback);
     void triggerMissionControl();
     void triggerAppExpose();
     void triggerLaunchpad();
     void triggerShowDesktop();
     void triggerMoveDesktop(KeyCode keyCode);
-    [[nodiscard]] InputSequence desktopMoveCascade(KeyCode keyCode);
-    bool triggerDesktopMoveViaAppleScript(KeyCode keyCode);
+    static void moveDesktop(const Ports& ports, Logger& logger, KeyCode keyCode);
+    [[nodiscard]] static InputSequence desktopMoveCascade(const Ports& ports, Logger& logger,
+                                                          KeyCode keyCode);
+    static bool triggerDesktopMoveViaAppleScript(const Ports& ports, Logger& logger, KeyCode keyCode);
 
     void openMissionControlApp();
     void openLaunchpadDirectly();
@@ -110,6 +117,8 @@ class ButtonMapper : public std::enable_shared_from_this<ButtonMapper> {
     ProfileProvider profile_;
     std::weak_ptr<SmartButtonMenu> smartButtonMenu_;
     Logger& logger_;
+    /// Last, for what was put into the main queue.
+    LifetimeToken lifetime_;
 };
 
 }  // namespace trelvan

@@ -78,9 +78,7 @@ void EventMonitor::start() {
     }
     eventTap_ = true;
     ports_.tap.enable(true);
-    ports_.mainQueue.async([weak = weak_from_this()] {
-        if (const auto self = weak.lock()) self->isRunning = true;
-    });
+    ports_.mainQueue.async(lifetime_.whileAlive([this] { isRunning = true; }));
     logger_.info("EventMonitor iniciado ✅");
 }
 
@@ -95,9 +93,7 @@ void EventMonitor::stop() {
     passedUnusable_.clear();
     presses.forgetHeld();
     pointer_ = {};
-    ports_.mainQueue.async([weak = weak_from_this()] {
-        if (const auto self = weak.lock()) self->isRunning = false;
-    });
+    ports_.mainQueue.async(lifetime_.whileAlive([this] { isRunning = false; }));
     logger_.info("EventMonitor detenido");
     // Last: this may be the reference that kept the monitor alive.
     const auto released = std::move(selfPtr_);

@@ -10,6 +10,7 @@
 #include "Platform/Screens.hpp"
 #include "Platform/SessionState.hpp"
 #include "Platform/UserDefaults.hpp"
+#include "Utilities/LifetimeToken.hpp"
 #include "Utilities/Logger.hpp"
 #include "Utilities/Published.hpp"
 
@@ -42,8 +43,9 @@ struct MouseEventInfo {
 /// The only source of mouse input: owns the event tap and decides for each event whether it passes, passes
 /// reshaped, or is swallowed.
 ///
-/// Main thread, the tap's callback included. Made with `std::make_shared`: while a tap exists it keeps the
-/// monitor alive, until `stop()`. From event in to answer out nothing is allocated unless `debugMode` is on.
+/// Main thread, the tap's callback included. Made with `std::make_shared`: while a tap exists it owns the
+/// monitor too and keeps it alive, until `stop()`. From event in to answer out nothing is allocated unless
+/// `debugMode` is on.
 class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
   public:
     /// Answers whether it consumed the press (button number, the event's modifier flags); it is not told
@@ -209,6 +211,8 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     std::size_t pendingCount_ = 0;
     std::unique_ptr<MainQueue::CoalescedTask> publishTask_;
     Subscription sessionObserver_;
+    /// Last, for what was put into the main queue.
+    LifetimeToken lifetime_;
 };
 
 }  // namespace trelvan

@@ -69,20 +69,20 @@ InputSequence& InputSequence::expand(std::function<InputSequence()> make) {
 }
 
 /// A sequence on its way; handed from one background job to the next.
-class InputSequence::Run : public std::enable_shared_from_this<Run> {
+class InputSequence::Run {
   public:
     Run(InputSequence sequence, BackgroundQueue& queue, EventPoster& poster)
         : steps_(std::move(sequence.steps_)), queue_(queue), poster_(poster) {}
 
-    /// Performs steps up to the next pause.
-    void advance() {
-        while (next_ < steps_.size()) {
-            Step step = std::move(steps_[next_++]);
+    /// Performs steps up to the next pause, after which a background job goes on with the run.
+    static void advance(const std::shared_ptr<Run>& run) {
+        while (run->next_ < run->steps_.size()) {
+            Step step = std::move(run->steps_[run->next_++]);
             if (const auto* pause = std::get_if<Pause>(&step)) {
-                queue_.after(pause->length, [self = shared_from_this()] { self->advance(); });
+                run->queue_.after(pause->length, [run] { advance(run); });
                 return;
             }
-            perform(step);
+            run->perform(step);
         }
     }
 
@@ -110,7 +110,7 @@ class InputSequence::Run : public std::enable_shared_from_this<Run> {
 };
 
 void InputSequence::perform(InputSequence sequence, BackgroundQueue& queue, EventPoster& poster) {
-    std::make_shared<Run>(std::move(sequence), queue, poster)->advance();
+    Run::advance(std::make_shared<Run>(std::move(sequence), queue, poster));
 }
 
 InputSequence keyWithModifiers(KeyCode keyCode, EventFlags flags) {

@@ -39,8 +39,7 @@ double awayFromEdge(double coordinate, double edge) {
 
 }  // namespace
 
-KeepAwakeManager::KeepAwakeManager(const Ports& ports)
-    : ports_(ports), alive_(std::make_shared<KeepAwakeManager*>(this)) {
+KeepAwakeManager::KeepAwakeManager(const Ports& ports) : ports_(ports) {
     loadSettings();
     if (isEnabled) startMonitoring();
     outsideChange_ = ports_.defaults.onOutsideChange([this](const auto& keys) { followOutsideChange(keys); });
@@ -199,10 +198,8 @@ void KeepAwakeManager::performJiggle() {
     const BottomLeftPoint aside{awayFromEdge(place.x + jiggleDirection_, screen.maxX()),
                                 awayFromEdge(place.y, screen.maxY())};
     movePointer(ports_.screens.eventLocation(aside));
-    ports_.mainQueue.after(nudgeLength,
-                           [weak = std::weak_ptr(alive_), back = ports_.screens.eventLocation(place)] {
-                               if (const auto manager = weak.lock()) (*manager)->movePointer(back);
-                           });
+    const TopLeftPoint back = ports_.screens.eventLocation(place);
+    ports_.mainQueue.after(nudgeLength, lifetime_.whileAlive([this, back] { movePointer(back); }));
     jiggleDirection_ = -jiggleDirection_;
     lastSyntheticMoveDate_ = now();
     lastMoveDate = lastSyntheticMoveDate_->date;

@@ -9,6 +9,7 @@
 #include "Platform/Screens.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Utilities/Geometry.hpp"
+#include "Utilities/LifetimeToken.hpp"
 #include "Utilities/PublishedBy.hpp"
 
 #include <chrono>
@@ -110,8 +111,8 @@ class KeepAwakeManager {
     std::chrono::system_clock::time_point lastTickDate_;
     double jiggleDirection_ = 1.0;
     std::unique_ptr<IdleInhibitor::Hold> inhibition_;
-    /// What was put into the main queue asks this before it touches the manager.
-    std::shared_ptr<KeepAwakeManager*> alive_;
+    /// Last, for what was put into the main queue.
+    LifetimeToken lifetime_;
 };
 
 }  // namespace trelvan

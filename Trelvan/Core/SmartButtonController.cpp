@@ -17,7 +17,6 @@ SmartButtonController::SmartButtonController(const Ports& ports, SmartButtonPane
     : ports_(ports),
       panels_(panels),
       logger_(logger),
-      alive_(std::make_shared<SmartButtonController*>(this)),
       sessionObserver_(ports_.session.observe([this](bool usable) {
           if (!usable) closePanel();
       })) {}
@@ -46,22 +45,13 @@ std::optional<BottomLeftRect> SmartButtonController::screenUnder(BottomLeftPoint
 
 SmartButtonRadialView SmartButtonController::viewOf(const SmartButtonConfiguration& configuration,
                                                     BottomLeftPoint pointer, const BottomLeftRect& screen) {
-    const std::weak_ptr weak = alive_;
-    const auto calling = [weak](void (SmartButtonController::*action)()) {
-        return [weak, action] {
-            if (const auto controller = weak.lock()) (*controller->*action)();
-        };
-    };
     return {.apps = configuration.apps,
             .pointerLocation = pointer,
             .screenFrame = screen,
-            .onLaunch =
-                [weak](const SmartButtonApp& app) {
-                    if (const auto controller = weak.lock()) (*controller)->launch(app);
-                },
-            .onEdit = calling(&SmartButtonController::openEditor),
-            .onOpenApplications = calling(&SmartButtonController::openApplications),
-            .onDismiss = calling(&SmartButtonController::closePanel)};
+            .onLaunch = lifetime_.whileAlive([this](const SmartButtonApp& app) { launch(app); }),
+            .onEdit = lifetime_.whileAlive([this] { openEditor(); }),
+            .onOpenApplications = lifetime_.whileAlive([this] { openApplications(); }),
+            .onDismiss = lifetime_.whileAlive([this] { closePanel(); })};
 }
 
 void SmartButtonController::launch(const SmartButtonApp& app) {
@@ -111,12 +101,8 @@ void SmartButtonController::openEditor() {
     if (!editorPanel_) editorPanel_ = panels_.makeEditor();
     editorPanel_->setContent(editorContentProvider());
     editorPanel_->show();
-    ports_.mainQueue.async([weak = std::weak_ptr(alive_)] {
-        const auto controller = weak.lock();
-        if (!controller) return;
-        auto& requests = (*controller)->openSmartButtonSettings;
-        requests = requests.get() + 1;
-    });
+    ports_.mainQueue.async(
+        lifetime_.whileAlive([this] { openSmartButtonSettings = openSmartButtonSettings.get() + 1; }));
 }
 
 void SmartButtonController::closePanel() {

@@ -7,6 +7,7 @@
 #include "Platform/Screens.hpp"
 #include "Platform/SessionState.hpp"
 #include "Platform/Workspace.hpp"
+#include "Utilities/LifetimeToken.hpp"
 #include "Utilities/Logger.hpp"
 #include "Utilities/Published.hpp"
 #include "Utilities/PublishedBy.hpp"
@@ -68,9 +69,9 @@ class SmartButtonController final : public SmartButtonMenu {
     std::unique_ptr<SmartButtonPanels::Panel> panel_;
     /// Kept for the next time.
     std::unique_ptr<SmartButtonPanels::Editor> editorPanel_;
-    /// The view's functions and what waits in the queue ask this before they touch the controller.
-    std::shared_ptr<SmartButtonController*> alive_;
     Subscription sessionObserver_;
+    /// Last, for the view's functions and what was put into the main queue.
+    LifetimeToken lifetime_;
 };
 
 }  // namespace trelvan

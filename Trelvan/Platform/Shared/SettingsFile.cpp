@@ -181,13 +181,11 @@ void SettingsFile::changed() {
         return;
     }
     if (std::exchange(scheduled_, true)) return;
-    later_([self = std::weak_ptr(alive_)] {
-        const auto alive = self.lock();
-        if (!alive) return;
-        (*alive)->scheduled_ = false;
-        (*alive)->flush();
-        (*alive)->tell();
-    });
+    later_(lifetime_.whileAlive([this] {
+        scheduled_ = false;
+        flush();
+        tell();
+    }));
 }
 
 bool SettingsFile::flush() {

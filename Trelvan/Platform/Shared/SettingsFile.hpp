@@ -2,9 +2,9 @@
 
 #include "Platform/Shared/SettingsJson.hpp"
 #include "Platform/UserDefaults.hpp"
+#include "Utilities/LifetimeToken.hpp"
 
 #include <functional>
-#include <memory>
 
 namespace trelvan {
 
@@ -69,9 +69,9 @@ class SettingsFile : public UserDefaults {
     bool damageIsKept_ = false;
     bool dirty_ = false;
     Keys untold_;
-    /// Ends with this object, so that a write put in before does not outlive it.
-    std::shared_ptr<SettingsFile*> alive_ = std::make_shared<SettingsFile*>(this);
     bool scheduled_ = false;
+    /// Last, for a write that was put off.
+    LifetimeToken lifetime_;
 };
 
 }  // namespace trelvan

@@ -41,10 +41,9 @@ LinuxAppearance::LinuxAppearance(XConnection& connection, QDBusConnection sessio
 void LinuxAppearance::ask(const char* group, const char* key) {
     auto call = QDBusMessage::createMethodCall(service, path, interface, "Read");
     call << group << key;
-    callOverBus(session_, call, [this, group, key, weak = std::weak_ptr(alive_)](const BusAnswer& answer) {
-        if (weak.expired() || answer.status != BusAnswer::Status::done) return;
-        note(group, key, answer.reply.arguments().value(0));
-    });
+    callOverBus(session_, call, lifetime_.whileAlive([this, group, key](const BusAnswer& answer) {
+        if (answer.status == BusAnswer::Status::done) note(group, key, answer.reply.arguments().value(0));
+    }));
 }
 
 void LinuxAppearance::settingChanged(const QDBusMessage& signal) {

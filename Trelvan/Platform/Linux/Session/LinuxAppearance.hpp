@@ -2,11 +2,11 @@
 
 #include "Platform/Appearance.hpp"
 #include "Platform/Linux/X11/XConnection.hpp"
+#include "Utilities/LifetimeToken.hpp"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
-#include <memory>
 
 namespace trelvan {
 
@@ -34,7 +34,8 @@ class LinuxAppearance final : public QObject, public Appearance {
     bool prefersDark_ = false;
     bool reducesMotion_ = false;
     /// Answers that come after this object find it gone.
-    std::shared_ptr<char> alive_ = std::make_shared<char>();
+    /// Last, for answers that come late.
+    LifetimeToken lifetime_;
 };
 
 }  // namespace trelvan

@@ -117,15 +117,14 @@ void LinuxNotifications::noteShown(const NotificationRequest& request, std::uint
 
 void LinuxNotifications::call(const QDBusMessage& message, std::function<void(const QDBusMessage&)> onReply) {
     callOverBus(bus_, message,
-                [this, weak = std::weak_ptr(alive_), onReply = std::move(onReply)](const BusAnswer& answer) {
-                    if (weak.expired()) return;
+                lifetime_.whileAlive([this, onReply = std::move(onReply)](const BusAnswer& answer) {
                     if (answer.status == BusAnswer::Status::done) return onReply(answer.reply);
                     reportMissing(answer.error);
                     // After a daemon that hung, what waited is old news.
                     if (answer.status == BusAnswer::Status::silent) waiting_.clear();
                     isSending_ = false;
                     sendNext();
-                },
+                }),
                 // Many desktops start their daemon with the first notification.
                 {.startsService = true, .timeout = startTimeout});
 }

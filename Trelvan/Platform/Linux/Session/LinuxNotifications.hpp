@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Notifications.hpp"
+#include "Utilities/LifetimeToken.hpp"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -9,7 +10,6 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <memory>
 #include <string>
 
 namespace trelvan {
@@ -64,7 +64,8 @@ class LinuxNotifications final : public Notifications {
     /// Ends what is still queued with this object.
     QObject context_;
     /// Answers that come after this object find it gone.
-    std::shared_ptr<char> alive_ = std::make_shared<char>();
+    /// Last, for answers that come late.
+    LifetimeToken lifetime_;
 };
 
 }  // namespace trelvan

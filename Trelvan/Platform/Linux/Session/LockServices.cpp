@@ -87,10 +87,10 @@ void LockServices::askSaver(const QString& service) {
     const auto* saver =
         std::ranges::find_if(savers, [&](const Saver& one) { return service == one.service; });
     const auto call = QDBusMessage::createMethodCall(service, saver->path, service, "GetActive");
-    callOverBus(session_, call, [this, service, weak = std::weak_ptr(alive_)](const BusAnswer& answer) {
-        if (weak.expired() || answer.status != BusAnswer::Status::done) return;
-        setSaver(service, answer.reply.arguments().value(0).toBool());
-    });
+    callOverBus(session_, call, lifetime_.whileAlive([this, service](const BusAnswer& answer) {
+        if (answer.status == BusAnswer::Status::done)
+            setSaver(service, answer.reply.arguments().value(0).toBool());
+    }));
 }
 
 void LockServices::saverChanged(const QDBusMessage& signal) {
@@ -114,18 +114,18 @@ void LockServices::findSession() {
     const auto find = [this](const QString& known) {
         auto call = QDBusMessage::createMethodCall(loginManager, loginPath, managerInterface, "GetSession");
         call << known;
-        callOverBus(system_, call, [this, weak = std::weak_ptr(alive_)](const BusAnswer& answer) {
-            if (weak.expired() || answer.status != BusAnswer::Status::done) return;
-            followSession(answer.reply.arguments().value(0).value<QDBusObjectPath>().path());
-        });
+        callOverBus(system_, call, lifetime_.whileAlive([this](const BusAnswer& answer) {
+            if (answer.status == BusAnswer::Status::done)
+                followSession(answer.reply.arguments().value(0).value<QDBusObjectPath>().path());
+        }));
     };
     if (!id.isEmpty()) return find(id);
     auto call = QDBusMessage::createMethodCall(loginManager, ownSession, propertiesInterface, "Get");
     call << sessionInterface << "Id";
-    callOverBus(system_, call, [find, weak = std::weak_ptr(alive_)](const BusAnswer& answer) {
-        if (weak.expired() || answer.status != BusAnswer::Status::done) return;
-        find(unwrapped(answer.reply.arguments().value(0)).toString());
-    });
+    callOverBus(system_, call, lifetime_.whileAlive([find](const BusAnswer& answer) {
+        if (answer.status == BusAnswer::Status::done)
+            find(unwrapped(answer.reply.arguments().value(0)).toString());
+    }));
 }
 
 void LockServices::followSession(const QString& path) {
@@ -144,10 +144,10 @@ void LockServices::followSession(const QString& path) {
 void LockServices::askSession() {
     auto call = QDBusMessage::createMethodCall(loginManager, path_, propertiesInterface, "GetAll");
     call << sessionInterface;
-    callOverBus(system_, call, [this, weak = std::weak_ptr(alive_)](const BusAnswer& answer) {
-        if (weak.expired() || answer.status != BusAnswer::Status::done) return;
-        note(qdbus_cast<QVariantMap>(answer.reply.arguments().value(0)));
-    });
+    callOverBus(system_, call, lifetime_.whileAlive([this](const BusAnswer& answer) {
+        if (answer.status == BusAnswer::Status::done)
+            note(qdbus_cast<QVariantMap>(answer.reply.arguments().value(0)));
+    }));
 }
 
 void LockServices::sessionChanged(const QDBusMessage& signal) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/RunLoop.hpp"
+#include "Utilities/LifetimeToken.hpp"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -66,7 +67,8 @@ class LockServices final : public QObject {
     bool isActive_ = true;
     std::unique_ptr<Timers::Timer> lockRequest_;
     /// Answers that come after this object find it gone.
-    std::shared_ptr<char> alive_ = std::make_shared<char>();
+    /// Last, for answers that come late.
+    LifetimeToken lifetime_;
 };
 
 }  // namespace trelvan
