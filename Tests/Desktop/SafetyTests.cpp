@@ -150,8 +150,8 @@ TEST_F(SafetyTest, FunctionThatFiresFasterThanAHandIsStoppedForAMoment) {
 
 TEST_F(SafetyTest, FunctionThatWasStoppedServesEveryPressAfterItsSecond) {
     start(Settings().map(3, "Copiar").map(-100, "Pegar"));
-    const auto trip = [&](int xButton, const std::function<void()>& fire) {
-        const std::string line = "La función del botón X " + std::to_string(xButton) + " se dispara";
+    const auto trip = [&](const std::string& control, const std::function<void()>& fire) {
+        const std::string line = "La función " + control + " se dispara";
         EXPECT_TRUE(waitUntil([&] {
             for (int burst = 0; burst < 50; ++burst) fire();
             return program().output().find(line) != std::string::npos;
@@ -159,8 +159,8 @@ TEST_F(SafetyTest, FunctionThatWasStoppedServesEveryPressAfterItsSecond) {
     };
     const auto pressButton = [this] { trackball().click(extra); };
     const auto turnWheel = [this] { trackball().scrollVertical(1); };
-    trip(extra, pressButton);
-    trip(4, turnWheel);
+    trip("del botón 3", pressButton);
+    trip("de la rueda hacia arriba", turnWheel);
     // What fired before the stops is through when nothing more comes.
     EXPECT_TRUE(waitUntil([&] {
         client().forget();

@@ -29,7 +29,7 @@ class InputServerTest : public ServerTest {
     EventOrigin origin;
     X11EventTap tap{pump, modifiers, activity, timers, page, origin};
     MenuKeyGrabs menuKeys{page};
-    X11EventPoster poster{connect(), tap, menuKeys, page, origin};
+    X11EventPoster poster{connect(), tap.pipeline(), menuKeys, page, origin};
     X11InputState input{pump, modifiers, activity, timers, poster};
 };
 

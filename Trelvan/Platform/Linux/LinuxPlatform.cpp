@@ -103,7 +103,7 @@ struct LinuxPlatform::Parts {
           connection(std::move(main)),
           defaults(options.configDirectory.empty() ? SettingsFile::defaultFolder() : options.configDirectory,
                    [this](std::function<void()> job) { mainQueue.async(std::move(job)); }),
-          poster(std::move(posting), tap, menuKeys, guard->page(), origin),
+          poster(std::move(posting), tap.pipeline(), menuKeys, guard->page(), origin),
           loginItem(LinuxLoginItem::present(startArguments(options))) {
         setConnectionLossHook([this] {
             defaults.flush();

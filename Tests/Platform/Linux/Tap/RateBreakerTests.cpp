@@ -5,10 +5,10 @@
 namespace trelvan {
 namespace {
 
-constexpr int button = 8;
-constexpr int wheelUp = 4;
+constexpr PointerControl button{std::int64_t{3}};
+constexpr PointerControl wheelUp{WheelDirection::up};
 
-class RateBreakerTest : public testing::TestWithParam<int> {
+class RateBreakerTest : public testing::TestWithParam<PointerControl> {
   protected:
     /// Fires as fast as the clock counts until the breaker trips.
     void trip() {
@@ -67,6 +67,18 @@ TEST_P(RateBreakerTest, TimeThatGoesBackALittle_NeitherServesNorStops) {
     EXPECT_FALSE(breaker.trips(GetParam(), now));
     EXPECT_FALSE(breaker.trips(GetParam(), now - 5));
     EXPECT_FALSE(breaker.isStopped(GetParam(), now - 5));
+}
+
+TEST(RateBreakerControls, ButtonThatTrips_StopsNoOtherAndNoWheel) {
+    RateBreaker breaker;
+    std::uint32_t now = 5'000;
+    while (!breaker.trips(button, now)) ++now;
+    EXPECT_TRUE(breaker.isStopped(button, now));
+    for (const PointerControl other :
+         {PointerControl{std::int64_t{0}}, PointerControl{highestPointerButton}, wheelUp,
+          PointerControl{WheelDirection::down}, PointerControl{WheelDirection::right}}) {
+        EXPECT_FALSE(breaker.isStopped(other, now));
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(ButtonAndWheel, RateBreakerTest, testing::Values(button, wheelUp));

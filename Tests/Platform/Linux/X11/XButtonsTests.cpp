@@ -28,6 +28,14 @@ TEST(ButtonNumbers, EveryXButton_RoundTrips) {
     }
 }
 
+TEST(ButtonNumbers, WheelButtons_AreLinesWithTheQuartzSign) {
+    EXPECT_EQ(wheelLines(4), (WheelLines{.vertical = 1}));
+    EXPECT_EQ(wheelLines(5), (WheelLines{.vertical = -1}));
+    EXPECT_EQ(wheelLines(6), (WheelLines{.horizontal = 1}));
+    EXPECT_EQ(wheelLines(7), (WheelLines{.horizontal = -1}));
+    for (const int button : {0, 3, 8, 255}) EXPECT_EQ(wheelLines(button), std::nullopt) << button;
+}
+
 TEST(ButtonNumbers, WheelDirections_FollowTheQuartzSign) {
     EXPECT_EQ(wheelButton(1, true), 4);
     EXPECT_EQ(wheelButton(1, false), 5);

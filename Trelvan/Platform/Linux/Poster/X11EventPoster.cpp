@@ -1,5 +1,6 @@
 #include "Platform/Linux/Poster/X11EventPoster.hpp"
 
+#include "Platform/Linux/X11/ActivityLog.hpp"
 #include "Platform/Linux/X11/KeyTable.hpp"
 #include "Platform/Linux/X11/KeyboardLayout.hpp"
 #include "Platform/Linux/X11/PointerLocation.hpp"
@@ -60,10 +61,10 @@ bool isMotion(EventType type) {
 
 }  // namespace
 
-X11EventPoster::X11EventPoster(std::unique_ptr<XConnection> connection, X11EventTap& tap,
+X11EventPoster::X11EventPoster(std::unique_ptr<XConnection> connection, PointerPipeline& pipeline,
                                MenuKeyGrabs& menuKeys, PressedState& page, const EventOrigin& origin)
     : connection_(std::move(connection)),
-      tap_(tap),
+      pipeline_(pipeline),
       menuKeys_(menuKeys),
       origin_(origin),
       ledger_(connection_->display(), page.byPoster),
@@ -227,7 +228,7 @@ void X11EventPoster::post(const MediaKeyEvent& event, TapLocation /*at*/) {
 }
 
 bool X11EventPoster::postCopy(const TapEvent& changed, TapLocation /*at*/) {
-    return tap_.postCopy(changed);
+    return pipeline_.sendCopy(changed);
 }
 
 void X11EventPoster::send() {

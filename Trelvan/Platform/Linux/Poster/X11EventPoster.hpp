@@ -4,7 +4,7 @@
 #include "Platform/Linux/Poster/HeldModifiers.hpp"
 #include "Platform/Linux/Poster/MediaKeycodes.hpp"
 #include "Platform/Linux/Tap/MenuKeyGrabs.hpp"
-#include "Platform/Linux/Tap/X11EventTap.hpp"
+#include "Platform/Linux/Tap/PointerPipeline.hpp"
 #include "Platform/Linux/X11/XConnection.hpp"
 
 #include <array>
@@ -22,11 +22,12 @@ namespace trelvan {
 /// flags and no others: modifier keys that the user holds are lifted while the synthetic keys are down, those
 /// that the flags ask for and nobody holds are pressed around the key.
 ///
-/// Any thread; a lock is held for each call. `postCopy` is the tap's, on the main thread.
+/// Any thread; a lock is held for each call. A copy goes back into the tap's pipeline, on the main thread.
 class X11EventPoster : public EventPoster {
   public:
-    /// Tap, menu keys, page and origin must outlive the poster. What is posted is none of the menu's keys.
-    X11EventPoster(std::unique_ptr<XConnection> connection, X11EventTap& tap, MenuKeyGrabs& menuKeys,
+    /// Pipeline, menu keys, page and origin must outlive the poster. What is posted is none of the menu's
+    /// keys.
+    X11EventPoster(std::unique_ptr<XConnection> connection, PointerPipeline& pipeline, MenuKeyGrabs& menuKeys,
                    PressedState& page, const EventOrigin& origin);
     ~X11EventPoster() override;
 
@@ -71,7 +72,7 @@ class X11EventPoster : public EventPoster {
     /// On the steady clock.
     std::atomic<std::chrono::steady_clock::time_point> lastPost_{};
     std::unique_ptr<XConnection> connection_;
-    X11EventTap& tap_;
+    PointerPipeline& pipeline_;
     MenuKeyGrabs& menuKeys_;
     const EventOrigin& origin_;
     XTestLedger ledger_;

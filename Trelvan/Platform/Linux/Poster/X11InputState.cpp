@@ -1,5 +1,6 @@
 #include "Platform/Linux/Poster/X11InputState.hpp"
 
+#include "Platform/Linux/Tap/PointerControl.hpp"
 #include "Platform/Linux/X11/X11.hpp"
 #include "Platform/Linux/X11/XButtons.hpp"
 #include "Platform/Linux/XTest/XTestDevices.hpp"

@@ -1,5 +1,5 @@
 #include "Platform/ButtonWatch.hpp"
-#include "Platform/Linux/Tap/PointerDevices.hpp"
+#include "Platform/Linux/Tap/X11PointerDevices.hpp"
 #include "Platform/Linux/X11/ModifierMap.hpp"
 #include "Platform/Linux/X11/X11.hpp"
 #include "Platform/Linux/X11/XButtons.hpp"
@@ -81,7 +81,7 @@ class ButtonWatch {
             const bool isServers = std::string_view(info.name).find("XTEST") != std::string_view::npos;
             if (!isPointer || isServers) continue;
             const bool isServed =
-                std::ranges::find(served, info.deviceid, &PointerDevice::id) != served.end();
+                std::ranges::find(served, info.deviceid, &X11PointerDevice::id) != served.end();
             devices_[info.deviceid] = {info.name, isServed};
         }
     }

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/X11/PointerLocation.hpp"
 #include "Platform/Linux/X11/X11.hpp"
+#include "Platform/Linux/X11/XButtons.hpp"
 #include "Platform/Linux/X11/XErrorScope.hpp"
 #include "Utilities/Logger.hpp"
 
@@ -9,7 +10,9 @@
 
 #include <algorithm>
 #include <span>
+#include <string_view>
 #include <utility>
+#include <variant>
 
 namespace trelvan {
 
@@ -36,6 +39,22 @@ constexpr int fewWaiting = tooManyWaiting / 4;
 /// The memory of so many goes back to the system once they are done; no ordinary day needs it.
 constexpr int worthGivingBack = 1'024;
 
+static_assert(*quartzButton(highestXButton) <= highestPointerButton);
+
+std::string_view logName(WheelDirection direction) {
+    switch (direction) {
+        case WheelDirection::up:
+            return "arriba";
+        case WheelDirection::down:
+            return "abajo";
+        case WheelDirection::left:
+            return "la izquierda";
+        case WheelDirection::right:
+            return "la derecha";
+    }
+    return {};
+}
+
 }  // namespace
 
 X11EventTap::X11EventTap(XEventPump& pump, const ModifierState& modifiers, ActivityLog& activity,
@@ -48,17 +67,23 @@ X11EventTap::X11EventTap(XEventPump& pump, const ModifierState& modifiers, Activ
       window_(pump.connection(), page),
       output_(pump.connection().display(), page),
       pipeline_(output_, page.freed, origin) {
-    pipeline_.onRunaway = [this](int xButton) {
-        AppLogger.warning(InlineText("La función del botón X ", xButton,
-                                     " se dispara más rápido que ninguna mano; se detiene un segundo"));
-        if (onRunaway) onRunaway();
-    };
+    pipeline_.onRunaway = [this](const PointerControl& control) { runaway(control); };
     pump_.add(*this);
 }
 
 X11EventTap::~X11EventTap() {
     remove();
     pump_.remove(*this);
+}
+
+void X11EventTap::runaway(const PointerControl& control) const {
+    constexpr std::string_view tooFast = " se dispara más rápido que ninguna mano; se detiene un segundo";
+    if (const auto* number = std::get_if<std::int64_t>(&control)) {
+        AppLogger.warning(InlineText("La función del botón ", *number, tooFast));
+    } else if (const auto* direction = std::get_if<WheelDirection>(&control)) {
+        AppLogger.warning(InlineText("La función de la rueda hacia ", logName(*direction), tooFast));
+    }
+    if (onRunaway) onRunaway();
 }
 
 bool X11EventTap::create(std::uint64_t mask, Callback callback, void* userInfo) {
@@ -119,7 +144,7 @@ X11EventTap::Devices::iterator X11EventTap::position(int deviceId) {
     return std::ranges::find(devices_, deviceId, [](const auto& each) { return each->id; });
 }
 
-PointerDevice* X11EventTap::find(int deviceId) {
+X11PointerDevice* X11EventTap::find(int deviceId) {
     const auto device = position(deviceId);
     return device == devices_.end() ? nullptr : device->get();
 }
@@ -131,7 +156,7 @@ void X11EventTap::scan() {
     auto present = queryPointerDevices(pump_.connection().display());
     for (std::size_t index = devices_.size(); index > 0; --index) {
         const int id = devices_[index - 1]->id;
-        if (std::ranges::find(present, id, &PointerDevice::id) == present.end()) forget(id);
+        if (std::ranges::find(present, id, &X11PointerDevice::id) == present.end()) forget(id);
     }
     bool anyHeld = false;
     bool anyBusy = false;
@@ -151,12 +176,12 @@ void X11EventTap::forget(int deviceId) {
     const auto device = position(deviceId);
     if (device == devices_.end()) return;
     AppLogger.info(InlineText("Dispositivo retirado: ", (*device)->name));
-    pipeline_.letGo(**device);
+    pipeline_.letGo((*device)->state);
     leaving_.push_back(std::move(*device));
     devices_.erase(device);
 }
 
-bool X11EventTap::take(PointerDevice& device) {
+bool X11EventTap::take(X11PointerDevice& device) {
     if (!grab(device)) return false;
     std::erase(reported_, device.name);
     const auto now = queryPointerDevice(pump_.connection().display(), device.id);
@@ -167,14 +192,15 @@ bool X11EventTap::take(PointerDevice& device) {
         return !wanted;
     }
     AppLogger.info(InlineText("Dispositivo capturado: ", device.name));
-    devices_.push_back(std::make_unique<PointerDevice>(std::move(device)));
+    devices_.push_back(std::make_unique<X11PointerDevice>(std::move(device)));
     syncLocation();
     activity_.noteOwnMove();
-    output_.anchor(pipeline_.location.x, pipeline_.location.y);
+    const Pixel place = pipeline_.location();
+    output_.anchor(place.x, place.y);
     return true;
 }
 
-bool X11EventTap::grab(PointerDevice& device) {
+bool X11EventTap::grab(X11PointerDevice& device) {
     Display* display = pump_.connection().display();
     XErrorScope scope(display);
     // Movement comes raw: accelerated by the server, in fractions, and not cut off at the edge of the screen.
@@ -189,17 +215,17 @@ bool X11EventTap::grab(PointerDevice& device) {
     return status == x11::success && error == 0;
 }
 
-void X11EventTap::reportHeld(const PointerDevice& device) {
+void X11EventTap::reportHeld(const X11PointerDevice& device) {
     if (std::ranges::find(reported_, device.name) != reported_.end()) return;
     reported_.push_back(device.name);
     AppLogger.warning(InlineText("Otro programa retiene el dispositivo ", device.name, "; se reintentará"));
 }
 
-void X11EventTap::ungrab(PointerDevice& device) {
+void X11EventTap::ungrab(X11PointerDevice& device) {
     const XErrorScope scope(pump_.connection().display());
     // First the releases: back on the pointer, the device's own release of a button that is up changes
     // nothing.
-    pipeline_.letGo(device);
+    pipeline_.letGo(device.state);
     XIUngrabDevice(pump_.connection().display(), device.id, CurrentTime);
 }
 
@@ -236,7 +262,7 @@ void X11EventTap::handle(_XEvent& event) {
     window_.answer(event);
     if (depth_ == 0 && (window_.isLost(event) || page_.freed.load(std::memory_order_relaxed) != 0)) recover();
     if (event.type == ConfigureNotify && event.xconfigure.window == pump_.connection().root()) {
-        setBounds(event.xconfigure.width, event.xconfigure.height);
+        setSize(event.xconfigure.width, event.xconfigure.height);
     }
     if (event.type != GenericEvent || event.xcookie.extension != pump_.connection().inputOpcode()) return;
     if (event.xcookie.data == nullptr || !enabled_) return;
@@ -272,7 +298,7 @@ void X11EventTap::hierarchyChanged(const void* data) {
     constexpr int gone = XISlaveRemoved | XIDeviceDisabled;
     constexpr int relevant = XISlaveAdded | XISlaveAttached | XIDeviceEnabled | gone;
     for (const auto& info : std::span(change.info, static_cast<std::size_t>(change.num_info))) {
-        const PointerDevice* device = find(info.deviceid);
+        const X11PointerDevice* device = find(info.deviceid);
         // What happened before the grab was seen by it. The number may have been another device's then.
         if (device == nullptr || change.serial < device->grabSerial) continue;
         if (info.flags & XISlaveAttached) giveBack(info.deviceid);
@@ -283,70 +309,45 @@ void X11EventTap::hierarchyChanged(const void* data) {
 
 void X11EventTap::rawMotion(const void* data) {
     const auto& raw = *static_cast<const XIRawEvent*>(data);
-    PointerDevice* device = find(raw.deviceid);
+    X11PointerDevice* device = find(raw.deviceid);
     if (device == nullptr || raw.serial < device->grabSerial) return;
-    double deltaX = 0;
-    double deltaY = 0;
-    double vertical = 0;
-    double horizontal = 0;
-    const double* value = raw.valuators.values;
-    auto axis = device->axes.begin();
-    for (int number = 0; number < raw.valuators.mask_len * 8; ++number) {
-        if (!x11::isSet(raw.valuators.mask, raw.valuators.mask_len, number)) continue;
-        const double amount = *value++;
-        while (axis != device->axes.end() && axis->number < number) ++axis;
-        if (axis == device->axes.end()) break;
-        if (axis->number != number) continue;
-        switch (axis->kind) {
-            case PointerAxis::Kind::horizontal:
-                deltaX = amount;
-                break;
-            case PointerAxis::Kind::vertical:
-                deltaY = amount;
-                break;
-            case PointerAxis::Kind::scrollVertical:
-                vertical = -amount / axis->increment;
-                break;
-            case PointerAxis::Kind::scrollHorizontal:
-                horizontal = -amount / axis->increment;
-                break;
-        }
-    }
-    pipeline_.time = static_cast<std::uint32_t>(raw.time);
-    pipeline_.flags = modifiers_.flags();
+    const auto [deltaX, deltaY, vertical, horizontal] = movementOf(*device, data);
+    const EventStamp moment = stamp(raw.time);
     const auto now = std::chrono::steady_clock::now();
     if (deltaX != 0 || deltaY != 0) {
         activity_.note(EventType::mouseMoved, now);
         if (now - lastSync_ > syncInterval) syncLocation();
-        pipeline_.motion(*device, deltaX, deltaY);
+        pipeline_.motion(device->state, moment, deltaX, deltaY);
     }
     if ((vertical == 0 && horizontal == 0) || find(raw.deviceid) != device) return;
     activity_.note(EventType::scrollWheel, now);
     if (isOverrun()) return;
     syncLocationForPress();
-    pipeline_.scroll(*device, vertical, horizontal);
+    pipeline_.scroll(device->state, moment, vertical, horizontal);
 }
 
 void X11EventTap::buttonEvent(const void* data, bool down) {
     const auto& event = *static_cast<const XIDeviceEvent*>(data);
-    PointerDevice* device = find(event.deviceid);
+    X11PointerDevice* device = find(event.deviceid);
     if (device == nullptr || event.serial < device->grabSerial) return;
     if (isOverrun() && down) return;
-    pipeline_.time = static_cast<std::uint32_t>(event.time);
-    pipeline_.flags = modifiers_.flags();
+    const EventStamp moment = stamp(event.time);
     syncLocationForPress();
     if (const auto number = quartzButton(event.detail)) {
         activity_.note(buttonType(*number, down));
-        pipeline_.button(*device, event.detail, down);
+        pipeline_.button(device->state, moment, *number, down);
         return;
     }
     // Where the wheel has axes of its own, these buttons only echo them.
-    if (!down || !isWheelButton(event.detail)) return;
+    const auto lines = wheelLines(event.detail);
+    if (!down || !lines) return;
     if ((event.flags & XIPointerEmulated) != 0 || device->scrollsSmoothly()) return;
     activity_.note(EventType::scrollWheel);
-    const double turn = event.detail == 4 || event.detail == 6 ? 1.0 : -1.0;
-    const bool isVertical = event.detail <= 5;
-    pipeline_.scroll(*device, isVertical ? turn : 0.0, isVertical ? 0.0 : turn);
+    pipeline_.scroll(device->state, moment, lines->vertical, lines->horizontal);
+}
+
+EventStamp X11EventTap::stamp(unsigned long time) const {
+    return {.time = static_cast<std::uint32_t>(time), .flags = modifiers_.flags()};
 }
 
 bool X11EventTap::isOverrun() {
@@ -381,20 +382,20 @@ void X11EventTap::readBounds() {
     unsigned depth = 0;
     XGetGeometry(pump_.connection().display(), pump_.connection().root(), &root, &x, &y, &width, &height,
                  &border, &depth);
-    setBounds(static_cast<int>(width), static_cast<int>(height));
+    setSize(static_cast<int>(width), static_cast<int>(height));
 }
 
-void X11EventTap::setBounds(int width, int height) {
-    pipeline_.bounds = {.x = width - 1, .y = height - 1};
+void X11EventTap::setSize(int width, int height) {
+    pipeline_.setLastPixel({.x = width - 1, .y = height - 1});
 }
 
 Pixel X11EventTap::pointer() const {
-    if (pipeline_.isAsking()) return pipeline_.location;
+    if (pipeline_.isAsking()) return pipeline_.location();
     return pointerLocation(pump_.connection().display(), pump_.connection().root());
 }
 
 void X11EventTap::syncLocation() {
-    pipeline_.location = pointerLocation(pump_.connection().display(), pump_.connection().root());
+    pipeline_.pointerIsAt(pointerLocation(pump_.connection().display(), pump_.connection().root()));
     lastSync_ = std::chrono::steady_clock::now();
 }
 

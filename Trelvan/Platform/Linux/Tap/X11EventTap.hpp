@@ -3,6 +3,7 @@
 #include "Platform/EventTap.hpp"
 #include "Platform/Linux/Guard/GrabWindow.hpp"
 #include "Platform/Linux/Tap/PointerPipeline.hpp"
+#include "Platform/Linux/Tap/X11PointerDevices.hpp"
 #include "Platform/Linux/X11/ActivityLog.hpp"
 #include "Platform/Linux/X11/ModifierState.hpp"
 #include "Platform/Linux/X11/PointerLocation.hpp"
@@ -18,7 +19,8 @@
 namespace trelvan {
 
 /// The event tap on X: holds every mouse and trackball by a device grab, which takes them off the pointer,
-/// and moves the pointer itself with what the callback lets through. Main thread.
+/// and moves the pointer itself with what the callback lets through. X buttons become Quartz numbers and
+/// wheel lines here. Main thread.
 ///
 /// The grabs end with the connection, so a crash gives the devices back; they end with their window too,
 /// which the guard takes away when this process hangs. The callback then hears of the tap-disabled-by-timeout
@@ -36,8 +38,8 @@ class X11EventTap final : public EventTap, public PointerSource, public XEventHa
     [[nodiscard]] bool releasesFollowPresses() const override { return true; }
     void remove() override;
 
-    /// The changed copy of the movement the callback is looking at; false outside a callback.
-    [[nodiscard]] bool postCopy(const TapEvent& changed) { return pipeline_.sendCopy(changed); }
+    /// Where copies of the event that the callback is looking at go out.
+    [[nodiscard]] PointerPipeline& pipeline() { return pipeline_; }
 
     /// Where the pointer is: inside the callback the place of its event, otherwise the server is asked.
     [[nodiscard]] Pixel pointer() const override;
@@ -56,23 +58,23 @@ class X11EventTap final : public EventTap, public PointerSource, public XEventHa
     void handle(_XEvent& event) override;
 
   private:
-    using Devices = std::vector<std::unique_ptr<PointerDevice>>;
+    using Devices = std::vector<std::unique_ptr<X11PointerDevice>>;
 
     [[nodiscard]] Devices::iterator position(int deviceId);
     /// None for a device that is not held.
-    [[nodiscard]] PointerDevice* find(int deviceId);
+    [[nodiscard]] X11PointerDevice* find(int deviceId);
     /// Takes what can be taken and forgets what is gone; asks again later for what another client holds.
     void scan();
     /// Releases what a device that is gone still held.
     void forget(int deviceId);
-    [[nodiscard]] bool take(PointerDevice& device);
-    [[nodiscard]] bool grab(PointerDevice& device);
-    void ungrab(PointerDevice& device);
+    [[nodiscard]] bool take(X11PointerDevice& device);
+    [[nodiscard]] bool grab(X11PointerDevice& device);
+    void ungrab(X11PointerDevice& device);
     /// Lets go of a device that was put back onto the pointer behind the grab, which no longer keeps its
     /// events from the applications.
     void giveBack(int deviceId);
     void ungrabAll();
-    void reportHeld(const PointerDevice& device);
+    void reportHeld(const X11PointerDevice& device);
     void refreshAxes(int deviceId);
     /// After the devices were taken away: forgets what was under way and tells the callback.
     void recover();
@@ -81,11 +83,13 @@ class X11EventTap final : public EventTap, public PointerSource, public XEventHa
 
     void rawMotion(const void* data);
     void buttonEvent(const void* data, bool down);
+    [[nodiscard]] EventStamp stamp(unsigned long time) const;
+    void runaway(const PointerControl& control) const;
     /// Whether presses come faster than they can be passed on, so that new ones are left out. Their releases
     /// then go nowhere by themselves.
     [[nodiscard]] bool isOverrun();
     void readBounds();
-    void setBounds(int width, int height);
+    void setSize(int width, int height);
     void syncLocation();
     /// Not for each of very many.
     void syncLocationForPress();

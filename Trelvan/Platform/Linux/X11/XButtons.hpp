@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Platform/Quartz.hpp"
-
 #include <cstdint>
 #include <optional>
 
@@ -46,11 +44,27 @@ constexpr std::optional<int> xButton(std::int64_t quartzNumber) {
     return static_cast<int>(quartzNumber + 5);
 }
 
-/// The event type of a press or release of a Quartz button.
-constexpr EventType buttonType(std::int64_t quartzNumber, bool down) {
-    if (quartzNumber == 0) return down ? EventType::leftMouseDown : EventType::leftMouseUp;
-    if (quartzNumber == 1) return down ? EventType::rightMouseDown : EventType::rightMouseUp;
-    return down ? EventType::otherMouseDown : EventType::otherMouseUp;
+/// Lines of the wheel with the Quartz sign, up and left positive.
+struct WheelLines {
+    int vertical = 0;
+    int horizontal = 0;
+    friend bool operator==(const WheelLines&, const WheelLines&) = default;
+};
+
+/// The line that a press of a wheel button stands for; none for any other button.
+constexpr std::optional<WheelLines> wheelLines(int xButton) {
+    switch (xButton) {
+        case 4:
+            return WheelLines{.vertical = 1};
+        case 5:
+            return WheelLines{.vertical = -1};
+        case 6:
+            return WheelLines{.horizontal = 1};
+        case 7:
+            return WheelLines{.horizontal = -1};
+        default:
+            return std::nullopt;
+    }
 }
 
 /// The X wheel button for a turn along an axis (1 vertical, 2 horizontal) with the Quartz sign, up and left

@@ -1,9 +1,11 @@
 #include "Platform/Linux/XTest/XTestPointerOutput.hpp"
 
 #include "Platform/Linux/X11/X11.hpp"
+#include "Platform/Linux/X11/XButtons.hpp"
 #include "Utilities/Logger.hpp"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace trelvan {
@@ -14,6 +16,9 @@ namespace {
 int clamped(std::int64_t delta) {
     return static_cast<int>(std::clamp<std::int64_t>(delta, -32767, 32767));
 }
+
+/// Each line is two requests. No wheel turns as fast, and no speed makes so many lines of its turns.
+constexpr std::int64_t maxLines = 1'000;
 
 }  // namespace
 
@@ -42,19 +47,35 @@ void XTestPointerOutput::takeBack(int place) {
     page_.lent.set(place, false);
 }
 
-void XTestPointerOutput::button(int xButton, bool down) {
+void XTestPointerOutput::button(std::int64_t number, bool down) {
+    const auto known = xButton(number);
+    if (!known || edge(*known, down) || !down || std::exchange(reportedMissing_, true)) return;
+    AppLogger.warning(
+        InlineText("El servidor X no puede reenviar más botones a la vez; se pierde el botón ", number));
+}
+
+bool XTestPointerOutput::edge(int xButton, bool down) {
     const auto place = down ? slots_.press(xButton) : slots_.release(xButton);
-    if (!place) {
-        if (down && !std::exchange(reportedMissing_, true)) {
-            AppLogger.warning(InlineText(
-                "El servidor X no puede reenviar más botones a la vez; se pierde el botón ", xButton));
-        }
-        return;
-    }
+    if (!place) return false;
     const bool isLent = *place != xButton;
     if (isLent && down) lend(*place, xButton);
     ledger_.button(*place, down);
     if (isLent && !down) takeBack(*place);
+    return true;
+}
+
+void XTestPointerOutput::scroll(std::int64_t vertical, std::int64_t horizontal) {
+    // The order of the server itself, whose horizontal axis has the lower number.
+    click(2, horizontal);
+    click(1, vertical);
+}
+
+void XTestPointerOutput::click(int axis, std::int64_t lines) {
+    const int xButton = wheelButton(axis, lines > 0);
+    for (std::int64_t left = std::min(std::abs(lines), maxLines); left > 0; --left) {
+        edge(xButton, true);
+        edge(xButton, false);
+    }
 }
 
 void XTestPointerOutput::move(std::int64_t deltaX, std::int64_t deltaY) {

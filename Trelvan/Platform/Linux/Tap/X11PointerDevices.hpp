@@ -1,10 +1,7 @@
 #pragma once
 
-#include "Platform/Linux/Tap/FractionCarry.hpp"
-#include "Platform/Linux/X11/XButtons.hpp"
+#include "Platform/Linux/Tap/PointerDevice.hpp"
 
-#include <array>
-#include <bitset>
 #include <string>
 #include <vector>
 
@@ -20,32 +17,39 @@ struct PointerAxis {
     double increment = 1;
 };
 
-/// A mouse or trackball as the tap sees it, with what is held and left over on it.
-struct PointerDevice {
+/// A mouse or trackball as the server knows it, with what the tap's pipeline keeps of it.
+struct X11PointerDevice {
     int id = 0;
     std::string name;
     /// False for a device that another client holds or the user took off the pointer.
     bool attached = true;
     bool anyButtonDown = false;
     std::vector<PointerAxis> axes;
-
-    FractionCarry restX, restY, restVertical, restHorizontal;
-    /// Buttons that went down through the tap, and those of them that were passed on.
-    std::bitset<highestXButton + 1> held, passed;
-    /// Buttons that went down while their function was stopped; their release is nobody's business either.
-    std::bitset<highestXButton + 1> muted;
     /// The serial number of the request that took the device: events of an earlier one are of an earlier
     /// grab.
     unsigned long grabSerial = 0;
 
+    PointerDevice state;
+
     [[nodiscard]] bool scrollsSmoothly() const;
 };
 
+/// What one raw event says of the device's axes: points, and lines with the Quartz sign.
+struct AxisMovement {
+    double deltaX = 0;
+    double deltaY = 0;
+    double vertical = 0;
+    double horizontal = 0;
+};
+
+/// `rawEvent` is an XIRawEvent.
+[[nodiscard]] AxisMovement movementOf(const X11PointerDevice& device, const void* rawEvent);
+
 /// The server's pointer devices that a tap has to take: relative ones with buttons. Touchpads, tablets, touch
 /// screens and the server's own XTEST devices are not among them.
-[[nodiscard]] std::vector<PointerDevice> queryPointerDevices(_XDisplay* display);
+[[nodiscard]] std::vector<X11PointerDevice> queryPointerDevices(_XDisplay* display);
 
 /// The same for one device; its `id` is 0 when it is gone or is none of those.
-[[nodiscard]] PointerDevice queryPointerDevice(_XDisplay* display, int id);
+[[nodiscard]] X11PointerDevice queryPointerDevice(_XDisplay* display, int id);
 
 }  // namespace trelvan

@@ -1,9 +1,10 @@
-#include "Platform/Linux/Tap/PointerDevices.hpp"
+#include "Platform/Linux/Tap/X11PointerDevices.hpp"
 
 #include "Platform/Linux/X11/X11.hpp"
 #include "Platform/Linux/X11/XErrorScope.hpp"
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <optional>
 
@@ -30,7 +31,7 @@ bool hasForeignProperty(Display* display, int id) {
 }
 
 /// Fills what the classes say; false where the device is of another kind than a mouse.
-bool readClasses(const XIDeviceInfo& info, PointerDevice& device) {
+bool readClasses(const XIDeviceInfo& info, X11PointerDevice& device) {
     bool hasX = false;
     bool hasY = false;
     bool hasButtons = false;
@@ -65,10 +66,10 @@ bool readClasses(const XIDeviceInfo& info, PointerDevice& device) {
     return hasX && hasY && hasButtons;
 }
 
-std::optional<PointerDevice> examine(Display* display, const XIDeviceInfo& info) {
+std::optional<X11PointerDevice> examine(Display* display, const XIDeviceInfo& info) {
     if (info.use != XISlavePointer && info.use != XIFloatingSlave) return std::nullopt;
     if (!info.enabled) return std::nullopt;
-    PointerDevice device;
+    X11PointerDevice device;
     device.id = info.deviceid;
     device.name = info.name;
     device.attached = info.use == XISlavePointer;
@@ -78,17 +79,46 @@ std::optional<PointerDevice> examine(Display* display, const XIDeviceInfo& info)
 
 }  // namespace
 
-bool PointerDevice::scrollsSmoothly() const {
+bool X11PointerDevice::scrollsSmoothly() const {
     return std::ranges::any_of(axes, [](const PointerAxis& axis) {
         return axis.kind == PointerAxis::Kind::scrollVertical ||
                axis.kind == PointerAxis::Kind::scrollHorizontal;
     });
 }
 
-std::vector<PointerDevice> queryPointerDevices(_XDisplay* display) {
+AxisMovement movementOf(const X11PointerDevice& device, const void* rawEvent) {
+    const auto& raw = *static_cast<const XIRawEvent*>(rawEvent);
+    AxisMovement moved;
+    const double* value = raw.valuators.values;
+    auto axis = device.axes.begin();
+    for (int number = 0; number < raw.valuators.mask_len * 8; ++number) {
+        if (!x11::isSet(raw.valuators.mask, raw.valuators.mask_len, number)) continue;
+        const double amount = *value++;
+        while (axis != device.axes.end() && axis->number < number) ++axis;
+        if (axis == device.axes.end()) break;
+        if (axis->number != number) continue;
+        switch (axis->kind) {
+            case PointerAxis::Kind::horizontal:
+                moved.deltaX = amount;
+                break;
+            case PointerAxis::Kind::vertical:
+                moved.deltaY = amount;
+                break;
+            case PointerAxis::Kind::scrollVertical:
+                moved.vertical = -amount / axis->increment;
+                break;
+            case PointerAxis::Kind::scrollHorizontal:
+                moved.horizontal = -amount / axis->increment;
+                break;
+        }
+    }
+    return moved;
+}
+
+std::vector<X11PointerDevice> queryPointerDevices(_XDisplay* display) {
     // A device can go away between two of the questions.
     const XErrorScope scope(display);
-    std::vector<PointerDevice> devices;
+    std::vector<X11PointerDevice> devices;
     int count = 0;
     const DeviceList list(XIQueryDevice(display, XIAllDevices, &count), &XIFreeDeviceInfo);
     for (int index = 0; list && index < count; ++index) {
@@ -97,12 +127,12 @@ std::vector<PointerDevice> queryPointerDevices(_XDisplay* display) {
     return devices;
 }
 
-PointerDevice queryPointerDevice(_XDisplay* display, int id) {
+X11PointerDevice queryPointerDevice(_XDisplay* display, int id) {
     const XErrorScope scope(display);
     int count = 0;
     const DeviceList list(XIQueryDevice(display, id, &count), &XIFreeDeviceInfo);
     if (!list || count < 1) return {};
-    return examine(display, *list).value_or(PointerDevice{});
+    return examine(display, *list).value_or(X11PointerDevice{});
 }
 
 }  // namespace trelvan
