@@ -75,7 +75,7 @@ class X11KeyMonitorsTest : public InputServerTest {
         ASSERT_EQ(command.waitForEnd(timeout), 0);
     }
 
-    X11KeyMonitors monitors{pump, modifiers};
+    KeyMonitors& monitors = backend.keyMonitors();
     OwnWindow window;
     std::vector<KeyMonitorEvent> local;
     std::vector<KeyMonitorEvent> global;

@@ -5,9 +5,6 @@
 #include "Platform/Linux/Guard/CoveringWindows.hpp"
 #include "Platform/Linux/Guard/Guard.hpp"
 #include "Platform/Linux/Guard/GuardKeeper.hpp"
-#include "Platform/Linux/Poster/X11EventPoster.hpp"
-#include "Platform/Linux/Poster/X11InputState.hpp"
-#include "Platform/Linux/Poster/X11KeyMonitors.hpp"
 #include "Platform/Linux/Session/JournalSink.hpp"
 #include "Platform/Linux/Session/LinuxAppearance.hpp"
 #include "Platform/Linux/Session/LinuxBundleInfo.hpp"
@@ -19,16 +16,12 @@
 #include "Platform/Linux/Session/X11Screens.hpp"
 #include "Platform/Linux/Shell/LinuxHotKeys.hpp"
 #include "Platform/Linux/Shell/LinuxSystemViews.hpp"
-#include "Platform/Linux/Tap/EscapeHold.hpp"
-#include "Platform/Linux/Tap/X11AccessibilityTrust.hpp"
-#include "Platform/Linux/Tap/X11EventTap.hpp"
-#include "Platform/Linux/Tap/X11MenuInput.hpp"
 #include "Platform/Linux/X11/ConnectionLossHook.hpp"
 #include "Platform/Linux/X11/DisplayOwner.hpp"
-#include "Platform/Linux/X11/ModifierState.hpp"
 #include "Platform/Linux/X11/XButtons.hpp"
 #include "Platform/Linux/X11/XErrorScope.hpp"
 #include "Platform/Linux/X11/XEventPump.hpp"
+#include "Platform/Linux/X11InputBackend.hpp"
 #include "Platform/Linux/XTest/PendingReleases.hpp"
 #include "Platform/Shared/OutputSink.hpp"
 #include "Platform/Shared/QtRunLoop.hpp"
@@ -92,7 +85,7 @@ void giveLargeMemoryBack() {
 }  // namespace
 
 /// Every part, in the order in which they need each other, and destroyed in the opposite one. So the
-/// background queue finishes its key sequences, then the poster and the tap release what they hold, then the
+/// background queue finishes its key sequences, then the input backend releases what it holds, then the
 /// connections close.
 struct LinuxPlatform::Parts {
     Parts(std::unique_ptr<Guard> started, std::unique_ptr<QApplication> qtApplication,
@@ -103,23 +96,16 @@ struct LinuxPlatform::Parts {
           connection(std::move(main)),
           defaults(options.configDirectory.empty() ? SettingsFile::defaultFolder() : options.configDirectory,
                    [this](std::function<void()> job) { mainQueue.async(std::move(job)); }),
-          poster(std::move(posting), tap.pipeline(), menuKeys, guard->page(), origin),
+          input(std::make_unique<X11InputBackend>(
+              pump, std::move(posting), guard->page(), origin, timers,
+              [this](std::function<void()> job) { background.after(Seconds{0}, std::move(job)); })),
           loginItem(LinuxLoginItem::present(startArguments(options))) {
         setConnectionLossHook([this] {
             defaults.flush();
             guard->forgetPage();
         });
-        tap.onRunaway = [this] { background.after(Seconds{0}, [this] { poster.releaseAll(); }); };
     }
     ~Parts() { setConnectionLossHook(nullptr); }
-
-    void escape() {
-        tap.yield(!tap.isYielding());
-        AppLogger.warning(tap.isYielding()
-                              ? "Escape mantenido cinco segundos: los dispositivos quedan libres "
-                                "hasta que se repita"
-                              : "Escape mantenido cinco segundos: se retoman los dispositivos");
-    }
 
     std::unique_ptr<Guard> guard;
     OutputSink output{STDOUT_FILENO, std::make_unique<JournalSink>()};
@@ -132,27 +118,18 @@ struct LinuxPlatform::Parts {
     XEventPump pump{*connection};
     SettingsFile defaults;
     SettingsWatch settingsWatch{defaults};
-    ActivityLog activity;
-    ModifierState modifiers{pump};
     EventOrigin origin;
-    X11EventTap tap{pump, modifiers, activity, timers, guard->page(), origin};
-    MenuKeyGrabs menuKeys{guard->page()};
-    X11EventPoster poster;
-    X11InputState inputState{pump, modifiers, activity, timers, poster};
-    EscapeHold escapeHold{pump, timers, [this] { escape(); }};
-    X11Screens screens{pump, tap, origin};
+    std::unique_ptr<InputBackend> input;
+    X11Screens screens{pump, input->pointer(), origin};
     LinuxSessionState sessionState{QDBusConnection::sessionBus(), QDBusConnection::systemBus(),
                                    furtherConnection(), timers};
     LinuxWorkspace workspace{mainQueue, pump, timers};
-    X11AccessibilityTrust trust{*connection, tap};
     DesktopKind desktop = currentDesktop();
-    LinuxHotKeys hotKeys{desktop, timers, [this](unsigned long keysym) { return poster.keyFor(keysym); }};
+    LinuxHotKeys hotKeys{desktop, timers, [this](unsigned long keysym) { return input->keyFor(keysym); }};
     LinuxSystemViews views{*connection, mainQueue, desktop, hotKeys};
     NoScriptRunner noScripts;
     LinuxNotifications notifications{QDBusConnection::sessionBus(),
                                      [] { return QGuiApplication::focusWindow() != nullptr; }};
-    X11KeyMonitors keyMonitors{pump, modifiers};
-    X11MenuInput menuInput{pump, menuKeys};
     CoveringWindows covering{*guard};
     PulseAudioInput audio;
     LinuxLoginItem loginItem;
@@ -185,13 +162,13 @@ BackgroundQueue& LinuxPlatform::backgroundQueue() {
     return parts_->background;
 }
 EventTap& LinuxPlatform::eventTap() {
-    return parts_->tap;
+    return parts_->input->eventTap();
 }
 EventPoster& LinuxPlatform::eventPoster() {
-    return parts_->poster;
+    return parts_->input->eventPoster();
 }
 InputState& LinuxPlatform::inputState() {
-    return parts_->inputState;
+    return parts_->input->inputState();
 }
 Screens& LinuxPlatform::screens() {
     return parts_->screens;
@@ -206,7 +183,7 @@ Workspace& LinuxPlatform::workspace() {
     return parts_->workspace;
 }
 AccessibilityTrust& LinuxPlatform::accessibilityTrust() {
-    return parts_->trust;
+    return parts_->input->accessibilityTrust();
 }
 ScriptRunner& LinuxPlatform::scriptRunner() {
     return parts_->noScripts;
@@ -222,10 +199,10 @@ Notifications& LinuxPlatform::notifications() {
     return parts_->notifications;
 }
 KeyMonitors& LinuxPlatform::keyMonitors() {
-    return parts_->keyMonitors;
+    return parts_->input->keyMonitors();
 }
 MenuInput& LinuxPlatform::menuInput() {
-    return parts_->menuInput;
+    return parts_->input->menuInput();
 }
 AudioInput& LinuxPlatform::audioInput() {
     return parts_->audio;
