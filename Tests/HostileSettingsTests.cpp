@@ -1,4 +1,4 @@
-#include "Core/SettingsTransfer.hpp"
+#include "Core/Settings/SettingsTransfer.hpp"
 #include "Support/FakePanels.hpp"
 #include "Support/TestDesktop.hpp"
 #include "TrelvanApp.hpp"
@@ -120,9 +120,8 @@ TEST_F(HostileSettingsTest, NotANumberUnderTheSpeedsKey_IsNotWrittenOver) {
 }
 
 TEST_F(HostileSettingsTest, AnyNumberOfABackup_IsTakenInRangeOrNotAtAll) {
-    for (const auto member :
-         {&AppSettingsSnapshot::scrollSpeedVertical, &AppSettingsSnapshot::scrollSpeedHorizontal,
-          &AppSettingsSnapshot::mouseSpeed, &AppSettingsSnapshot::mouseAcceleration}) {
+    for (const auto& row : setting::all) {
+        if (!row.isInBackup() || row.kind != SettingKind::number) continue;
         for (const auto& value : hostileValues()) {
             const auto* number = std::get_if<double>(&value);
             if (number == nullptr) continue;
@@ -131,14 +130,14 @@ TEST_F(HostileSettingsTest, AnyNumberOfABackup_IsTakenInRangeOrNotAtAll) {
             TrelvanApp app(desktop, panels, desktop.logger);
             app.appear();
             desktop.time.runDue();
-            SettingsTransfer transfer{desktop.userDefaults(), *app.eventMonitor, app.loginManager};
+            SettingsTransfer transfer{app.settings};
             auto settings = transfer.current();
-            settings.mouseSpeed = 1.3;
-            settings.horizontalScrollEnabled = true;
-            settings.*member = *number;
+            settings.set(setting::row("mouseSpeed"), 1.3);
+            settings.set(setting::row("horizontalScrollEnabled"), true);
+            settings.set(row, *number);
             transfer.apply(settings);
-            const double taken = transfer.current().*member;
-            EXPECT_TRUE(taken >= 0 && taken <= 3.0) << taken;
+            const double taken = std::get<double>(transfer.current()[row]);
+            EXPECT_TRUE(taken >= row.minimum && taken <= row.maximum) << taken;
             sendEvents();
         }
     }
@@ -146,8 +145,8 @@ TEST_F(HostileSettingsTest, AnyNumberOfABackup_IsTakenInRangeOrNotAtAll) {
 
 TEST_F(HostileSettingsTest, KeepAwakeMinutesThatAreNoNumber_ChangeAndStoreNothing) {
     TrelvanApp app(desktop, panels, desktop.logger);
-    app.keepAwakeManager.setIdleThresholdMinutes(Real::quiet_NaN());
-    app.keepAwakeManager.setMoveEveryMinutes(Real::quiet_NaN());
+    app.keepAwakeManager.idleThresholdMinutes = Real::quiet_NaN();
+    app.keepAwakeManager.moveEveryMinutes = Real::quiet_NaN();
     EXPECT_EQ(app.keepAwakeManager.idleThresholdMinutes, 3.0);
     EXPECT_EQ(app.keepAwakeManager.moveEveryMinutes, 1.0);
     EXPECT_FALSE(desktop.defaults.contains("keep_awake_idle_threshold_minutes"));

@@ -50,8 +50,22 @@ TrelvanApp::TrelvanApp(Platform& platform, SmartButtonPanels& panels, Logger& lo
           {.audio = platform.audioInput(), .timers = platform.timers(), .defaults = platform.userDefaults()},
           notificationPoster),
       missingViewNotifier(platform.systemViews(), notificationPoster),
+      settings(platform.userDefaults()),
+      debugMode_(
+          setting::row("debugMode"), [this] { return eventMonitor->debugMode; },
+          [this](bool isOn) { eventMonitor->debugMode = isOn; }),
+      launchAtLogin_(
+          setting::row("launchAtLoginEnabled"), [this] { return loginManager.isEnabled.get(); },
+          [this](bool isOn) {
+              // The registration is touched only where it differs.
+              if (loginManager.isEnabled != isOn) loginManager.toggle();
+          }),
       platform_(platform),
       logger_(logger) {
+    settings.add(eventMonitor->shapingSettings());
+    settings.add(keepAwakeManager.settings());
+    settings.add(debugMode_);
+    settings.add(launchAtLogin_);
     platform_.notifications().setDelegate(&notificationDelegate_);
     platform_.mainQueue().after(notifierDelay, lifetime_.whileAlive([this] { startNotifiers(); }));
 }

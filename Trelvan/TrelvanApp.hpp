@@ -10,6 +10,7 @@
 #include "Core/NotificationPoster.hpp"
 #include "Core/PermissionsManager.hpp"
 #include "Core/ProfileManager.hpp"
+#include "Core/Settings/Settings.hpp"
 #include "Core/SmartButtonController.hpp"
 #include "Platform/Platform.hpp"
 #include "Utilities/LifetimeToken.hpp"
@@ -53,12 +54,17 @@ class TrelvanApp {
     MicMuteNotifier micMuteNotifier;
     MissingViewNotifier missingViewNotifier;
 
+    /// Every setting of the services and those that only the interface has.
+    Settings settings;
+
   private:
     void startNotifiers();
     void setupMonitor();
     void watchPermission();
     void startIfPermitted();
 
+    OwnedSwitch debugMode_;
+    OwnedSwitch launchAtLogin_;
     Platform& platform_;
     Logger& logger_;
     bool appeared_ = false;

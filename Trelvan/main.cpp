@@ -1,6 +1,7 @@
 #include "CommandLine.hpp"
 #include "Core/ActionReport.hpp"
 #include "Core/Model/RecordCoding.hpp"
+#include "Core/Settings/SettingsCatalogue.hpp"
 #include "Core/StarterProfile.hpp"
 #include "Platform/Platform.hpp"
 #include "Platform/SettingsSnapshot.hpp"
@@ -114,7 +115,8 @@ int runApplication(int& argc, char** argv, const command::Run& options, AppLangu
 /// Writes a settings file to begin with, where there is none.
 int writeStarterSettings(const command::Init& options, AppLanguage language) {
     const auto profiles = encodeProfiles({starterProfile(language, &Uuid::random)});
-    SettingsSnapshot::Values values{{std::string(languageKey), std::string(rawValue(language))}};
+    SettingsSnapshot::Values values{
+        {std::string(setting::row("language").key), std::string(rawValue(language))}};
     values.emplace(ProfileManager::storageKey, Data{*profiles});
     const auto made = makeSettings(options.configDirectory, values);
     if (const auto* failure = std::get_if<PlatformFailure>(&made)) {

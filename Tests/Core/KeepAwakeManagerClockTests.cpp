@@ -10,8 +10,8 @@ using testing::Optional;
 class KeepAwakeManagerClockTest : public test::KeepAwakeFixture {
   protected:
     void enableFor(AutoStopPreset preset) {
-        load().setAutoStopPreset(preset);
-        manager->setEnabled(true);
+        load().autoStopPreset = preset;
+        manager->isEnabled = true;
     }
     void jump(double seconds) { desktop.time.shiftTimeOfDay(Seconds{seconds}); }
 };
@@ -94,9 +94,9 @@ TEST_F(KeepAwakeManagerClockTest, LastMoveDateIsTheTimeOfDay) {
 }
 
 TEST_F(KeepAwakeManagerClockTest, FirstNudgeComesAnIntervalAfterTheThreshold) {
-    load().setIdleThresholdMinutes(5);
-    manager->setMoveEveryMinutes(2);
-    manager->setEnabled(true);
+    load().idleThresholdMinutes = 5;
+    manager->moveEveryMinutes = 2;
+    manager->isEnabled = true;
     runUntil(700);
     EXPECT_THAT(nudges(), ElementsAre(420, 540, 660));
 }

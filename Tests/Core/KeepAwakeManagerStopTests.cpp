@@ -17,7 +17,7 @@ TEST_F(KeepAwakeManagerStopTest, SwitchingOffResetsWhatIsShown) {
     desktop.defaults["keep_awake_auto_stop_preset"] = std::string("oneDay");
     loadEnabled();
     runUntil(250);
-    manager->setEnabled(false);
+    manager->isEnabled = false;
     EXPECT_FALSE(manager->isCurrentlyAway);
     EXPECT_EQ(manager->nextMoveInSeconds.get(), std::nullopt);
     EXPECT_EQ(manager->remainingAutoStopSeconds.get(), std::nullopt);
@@ -36,9 +36,9 @@ TEST_F(KeepAwakeManagerStopTest, EachPresetSwitchesOffAfterItsTime) {
                                                       {AutoStopPreset::eightHours, 28800},
                                                       {AutoStopPreset::oneDay, 86400}};
     for (const auto& [preset, length] : lengths) {
-        load().setAutoStopPreset(preset);
+        load().autoStopPreset = preset;
         const double start = desktop.time.uptime().count();
-        manager->setEnabled(true);
+        manager->isEnabled = true;
         EXPECT_THAT(manager->remainingAutoStopSeconds.get(), Optional(length));
         runUntil(start + length - 1);
         EXPECT_TRUE(manager->isEnabled) << length;
@@ -51,10 +51,10 @@ TEST_F(KeepAwakeManagerStopTest, EachPresetSwitchesOffAfterItsTime) {
 }
 
 TEST_F(KeepAwakeManagerStopTest, AutoStopOfARunThatWasStoppedByHandDoesNotComeLater) {
-    load().setAutoStopPreset(AutoStopPreset::oneHour);
-    manager->setEnabled(true);
+    load().autoStopPreset = AutoStopPreset::oneHour;
+    manager->isEnabled = true;
     runUntil(100);
-    manager->setEnabled(false);
+    manager->isEnabled = false;
     desktop.defaults.erase("keep_awake_enabled");
     runUntil(4000);
     EXPECT_FALSE(desktop.defaults.contains("keep_awake_enabled"));
@@ -68,25 +68,25 @@ TEST_F(KeepAwakeManagerStopTest, NeverHasNoCountdownAndNoEnd) {
 }
 
 TEST_F(KeepAwakeManagerStopTest, RemainingSecondsAreWholeOnes) {
-    load().setAutoStopPreset(AutoStopPreset::oneHour);
+    load().autoStopPreset = AutoStopPreset::oneHour;
     runUntil(0.25);
-    manager->setEnabled(true);
+    manager->isEnabled = true;
     runUntil(1);
     // The preset is looked at by the tick, which comes a whole second after the start.
     EXPECT_THAT(manager->remainingAutoStopSeconds.get(), Optional(3600));
     runUntil(1.5);
     EXPECT_THAT(manager->remainingAutoStopSeconds.get(), Optional(3599));
-    manager->setAutoStopPreset(AutoStopPreset::oneHour);
+    manager->autoStopPreset = AutoStopPreset::oneHour;
     runUntil(2.5);
     // Three quarters of a second later: 3599.25 are left.
     EXPECT_THAT(manager->remainingAutoStopSeconds.get(), Optional(3599));
 }
 
 TEST_F(KeepAwakeManagerStopTest, ChangedPresetRestartsTheCountdown) {
-    load().setAutoStopPreset(AutoStopPreset::oneHour);
-    manager->setEnabled(true);
+    load().autoStopPreset = AutoStopPreset::oneHour;
+    manager->isEnabled = true;
     runUntil(3000);
-    manager->setAutoStopPreset(AutoStopPreset::twoHours);
+    manager->autoStopPreset = AutoStopPreset::twoHours;
     EXPECT_THAT(manager->remainingAutoStopSeconds.get(), Optional(7200));
     runUntil(3000 + 7199);
     EXPECT_TRUE(manager->isEnabled);
@@ -95,17 +95,17 @@ TEST_F(KeepAwakeManagerStopTest, ChangedPresetRestartsTheCountdown) {
 }
 
 TEST_F(KeepAwakeManagerStopTest, PresetChangedToNeverTakesTheCountdownAway) {
-    load().setAutoStopPreset(AutoStopPreset::oneHour);
-    manager->setEnabled(true);
+    load().autoStopPreset = AutoStopPreset::oneHour;
+    manager->isEnabled = true;
     runUntil(100);
-    manager->setAutoStopPreset(AutoStopPreset::never);
+    manager->autoStopPreset = AutoStopPreset::never;
     EXPECT_EQ(manager->remainingAutoStopSeconds.get(), std::nullopt);
     runUntil(10000);
     EXPECT_TRUE(manager->isEnabled);
 }
 
 TEST_F(KeepAwakeManagerStopTest, PresetChangedWhileOffSchedulesNothing) {
-    load().setAutoStopPreset(AutoStopPreset::oneHour);
+    load().autoStopPreset = AutoStopPreset::oneHour;
     EXPECT_EQ(manager->remainingAutoStopSeconds.get(), std::nullopt);
     desktop.defaults.erase("keep_awake_enabled");
     runUntil(4000);
@@ -113,10 +113,10 @@ TEST_F(KeepAwakeManagerStopTest, PresetChangedWhileOffSchedulesNothing) {
 }
 
 TEST_F(KeepAwakeManagerStopTest, EnabledTwiceRestartsTheCountdownOnly) {
-    load().setAutoStopPreset(AutoStopPreset::oneHour);
-    manager->setEnabled(true);
+    load().autoStopPreset = AutoStopPreset::oneHour;
+    manager->isEnabled = true;
     runUntil(270);
-    manager->setEnabled(true);
+    manager->isEnabled = true;
     EXPECT_THAT(manager->remainingAutoStopSeconds.get(), Optional(3600));
     runUntil(300);
     // One watch, which still knows its last nudge.
@@ -141,18 +141,18 @@ TEST_F(KeepAwakeManagerStopTest, IdleIsInhibitedWhileTheUserIsAway) {
 }
 
 TEST_F(KeepAwakeManagerStopTest, InhibitionEndsWithStopAutoStopAndTheManager) {
-    load().setAutoStopPreset(AutoStopPreset::oneHour);
+    load().autoStopPreset = AutoStopPreset::oneHour;
     runUntil(200);
-    manager->setEnabled(true);
+    manager->isEnabled = true;
     EXPECT_EQ(desktop.idleHolds, 1);
-    manager->setEnabled(false);
+    manager->isEnabled = false;
     EXPECT_EQ(desktop.idleHolds, 0);
-    manager->setEnabled(true);
+    manager->isEnabled = true;
     EXPECT_EQ(desktop.idleHolds, 1);
     runUntil(200 + 3600);
     EXPECT_FALSE(manager->isEnabled);
     EXPECT_EQ(desktop.idleHolds, 0);
-    manager->setEnabled(true);
+    manager->isEnabled = true;
     EXPECT_EQ(desktop.idleHolds, 1);
     manager.reset();
     EXPECT_EQ(desktop.idleHolds, 0);
@@ -167,10 +167,10 @@ TEST_F(KeepAwakeManagerStopTest, NothingIsInhibitedWhileItIsOff) {
 // A whole night
 
 TEST_F(KeepAwakeManagerStopTest, NightPassesWithoutTheDesktopEverIdleForLong) {
-    load().setAutoStopPreset(AutoStopPreset::eightHours);
+    load().autoStopPreset = AutoStopPreset::eightHours;
     runUntil(10);
     userMoves();
-    manager->setEnabled(true);
+    manager->isEnabled = true;
     constexpr double evening = 10;
     constexpr double morning = evening + 8 * 3600;
     runUntil(morning - 1);

@@ -89,29 +89,29 @@ TEST_F(KeepAwakeManagerTest, EnabledWhenLoadedWatchesAtOnce) {
 
 TEST_F(KeepAwakeManagerTest, SettersWriteWhatTheyAreGivenWithoutClamping) {
     auto& keepAwake = load();
-    keepAwake.setIdleThresholdMinutes(0.25);
-    keepAwake.setMoveEveryMinutes(75);
-    keepAwake.setAutoStopPreset(AutoStopPreset::fourHours);
-    keepAwake.setEnabled(true);
+    keepAwake.idleThresholdMinutes = 0.25;
+    keepAwake.moveEveryMinutes = 75;
+    keepAwake.autoStopPreset = AutoStopPreset::fourHours;
+    keepAwake.isEnabled = true;
     EXPECT_EQ(keepAwake.idleThresholdMinutes, 0.25);
     EXPECT_EQ(desktop.defaults["keep_awake_idle_threshold_minutes"], DefaultsValue{0.25});
     EXPECT_EQ(desktop.defaults["keep_awake_move_every_minutes"], DefaultsValue{75.0});
     EXPECT_EQ(desktop.defaults["keep_awake_auto_stop_preset"], DefaultsValue{std::string("fourHours")});
     EXPECT_EQ(desktop.defaults["keep_awake_enabled"], DefaultsValue{true});
-    keepAwake.setEnabled(false);
+    keepAwake.isEnabled = false;
     EXPECT_EQ(desktop.defaults["keep_awake_enabled"], DefaultsValue{false});
 }
 
 TEST_F(KeepAwakeManagerTest, SettingTheSameValueAgainStoresItAgain) {
     auto& keepAwake = load();
-    keepAwake.setEnabled(false);
+    keepAwake.isEnabled = false;
     EXPECT_EQ(desktop.defaults["keep_awake_enabled"], DefaultsValue{false});
 }
 
 TEST_F(KeepAwakeManagerTest, ChangedThresholdHoldsFromTheNextTick) {
     auto& keepAwake = loadEnabled();
     runUntil(90);
-    keepAwake.setIdleThresholdMinutes(1);
+    keepAwake.idleThresholdMinutes = 1;
     EXPECT_FALSE(keepAwake.isCurrentlyAway);
     runUntil(91);
     EXPECT_TRUE(keepAwake.isCurrentlyAway);
@@ -154,7 +154,7 @@ TEST_F(KeepAwakeManagerTest, NudgesComeAtTheIntervalWhileAway) {
 TEST_F(KeepAwakeManagerTest, UserAwayForLongIsNudgedTheMomentItIsEnabled) {
     load();
     runUntil(1000.5);
-    manager->setEnabled(true);
+    manager->isEnabled = true;
     EXPECT_THAT(nudges(), ElementsAre(1000.5));
     EXPECT_THAT(manager->nextMoveInSeconds.get(), Optional(0));
     runUntil(1001.5);
@@ -210,9 +210,9 @@ TEST_F(KeepAwakeManagerTest, AwayAgainAfterALongReturnIsNudgedAtTheThreshold) {
 TEST_F(KeepAwakeManagerTest, EnablingAnewForgetsTheLastNudge) {
     loadEnabled();
     runUntil(241);
-    manager->setEnabled(false);
+    manager->isEnabled = false;
     userMoves();
-    manager->setEnabled(true);
+    manager->isEnabled = true;
     runUntil(241 + 239);
     EXPECT_THAT(nudges(), ElementsAre(240));
     runUntil(241 + 240);
@@ -282,14 +282,14 @@ TEST_F(KeepAwakeManagerTest, EventThatCannotBeMadeSetsTheMessageUntilTheNextStar
     desktop.failures.eventCreate = false;
     runUntil(301);
     EXPECT_THAT(manager->lastErrorMessage.get(), Optional(Eq("Unable to create mouse event.")));
-    manager->setEnabled(false);
+    manager->isEnabled = false;
     EXPECT_EQ(manager->lastErrorMessage.get(), std::nullopt);
 }
 
 TEST_F(KeepAwakeManagerTest, StoppedDuringANudgeStillPutsThePointerBack) {
     loadEnabled();
     runUntil(240.05);
-    manager->setEnabled(false);
+    manager->isEnabled = false;
     runUntil(241);
     EXPECT_EQ(desktop.pointer, (Point{720, 450}));
 }

@@ -93,19 +93,6 @@ TEST_F(NotificationPosterTest, AnnouncementKeepsItsKind) {
     EXPECT_EQ(last().kind, "caps-lock");
 }
 
-TEST_F(NotificationPosterTest, OnlyFalseTurnsAKindOfNotificationOff) {
-    const auto wanted = [this] { return wantsNotifications(desktop.userDefaults(), "k"); };
-    EXPECT_TRUE(wanted());
-    desktop.defaults["k"] = false;
-    EXPECT_FALSE(wanted());
-    desktop.defaults["k"] = true;
-    EXPECT_TRUE(wanted());
-    desktop.defaults["k"] = std::string("no");
-    EXPECT_TRUE(wanted());
-    desktop.defaults["k"] = 0.0;
-    EXPECT_TRUE(wanted());
-}
-
 TEST_F(NotificationPosterTest, VersionLabelFallsBackToOne) {
     EXPECT_EQ(versionLabel(desktop.bundleInfo()), "v1.0");
     desktop.bundle["CFBundleShortVersionString"] = "0.1.0";

@@ -101,7 +101,8 @@ TEST_F(ProfileTransferTest, BackupReplacesProfilesAndStoresTheActiveOne) {
 
 TEST_F(ProfileTransferTest, BackupsSettingsAreHandedOn) {
     AppSettingsSnapshot settings;
-    settings.mouseSpeed = 1.3;
+    settings.set(setting::row("mouseSpeed"), 1.3);
+    settings.set(setting::row("language"), std::string("Español"));
     ASSERT_FALSE(store.exportBackup(files, "f", settings));
     const auto result = store.importBackup(files, "f");
     const auto* imported = std::get_if<BackupImportResult>(&result);

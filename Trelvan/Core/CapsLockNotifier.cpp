@@ -1,5 +1,8 @@
 #include "Core/CapsLockNotifier.hpp"
 
+#include "Core/Settings/Setting.hpp"
+#include "Core/Settings/SettingsCatalogue.hpp"
+
 namespace trelvan {
 
 namespace {
@@ -39,7 +42,7 @@ void CapsLockNotifier::noteState(EventFlags flags) {
     if (lastCapsState_ == isOn) return;
     // Also while nothing is to be posted, so that what is switched on later announces no old change.
     lastCapsState_ = isOn;
-    if (!wantsNotifications(ports_.defaults, settingKey)) return;
+    if (!storedValue<bool>(setting::row("notifyCapsLock"), ports_.defaults)) return;
     if (isOn) {
         poster_.announce(notificationKind, "Caps On", "Caps activado");
     } else {

@@ -8,7 +8,6 @@
 
 #include <memory>
 #include <optional>
-#include <string_view>
 
 namespace trelvan {
 
@@ -22,7 +21,6 @@ class CapsLockNotifier {
         const UserDefaults& defaults;
     };
 
-    static constexpr std::string_view settingKey = "notify_caps_lock";
     static constexpr Seconds pollInterval{0.4};
 
     CapsLockNotifier(const Ports& ports, NotificationPoster& poster) : ports_(ports), poster_(poster) {}

@@ -46,7 +46,17 @@ std::int32_t inThirtyTwoBits(std::int64_t delta) {
 }  // namespace
 
 EventMonitor::EventMonitor(const Ports& ports, PermissionsProvider permissions, Logger& logger)
-    : presses(ports.mainQueue), ports_(ports), permissions_(std::move(permissions)), logger_(logger) {
+    : scrollSpeedVertical(setting::row("scrollSpeedVertical"), ports.defaults),
+      horizontalScrollEnabled(setting::row("horizontalScrollEnabled"), ports.defaults),
+      scrollSpeedHorizontal(setting::row("scrollSpeedHorizontal"), ports.defaults),
+      swapScrollDirection(setting::row("swapScrollDirection"), ports.defaults),
+      mouseSpeed(setting::row("mouseSpeed"), ports.defaults),
+      advancedMouseSpeedEnabled(setting::row("advancedMouseSpeedEnabled"), ports.defaults),
+      mouseAcceleration(setting::row("mouseAcceleration"), ports.defaults),
+      presses(ports.mainQueue),
+      ports_(ports),
+      permissions_(std::move(permissions)),
+      logger_(logger) {
     publishTask_ = ports_.mainQueue.makeCoalescedTask([this] { deliverPublished(); });
     const auto say = [this](bool usable) {
         logger_.info(usable ? "La sesión vuelve a estar en uso: los botones actúan de nuevo"
@@ -54,8 +64,10 @@ EventMonitor::EventMonitor(const Ports& ports, PermissionsProvider permissions, 
     };
     sessionObserver_ = ports_.session.observe(say);
     if (!ports_.session.isUsable()) say(false);
-    loadSpeedSettings();
-    outsideChange_ = ports_.defaults.onOutsideChange([this](const auto& keys) { followOutsideChange(keys); });
+    for (auto* const setting : shapingSettings()) tellIfReset(setting->load());
+    outsideChange_ = ports_.defaults.onOutsideChange([this](const auto& keys) {
+        for (auto* const setting : shapingSettings()) tellIfReset(setting->follow(keys));
+    });
 }
 
 EventMonitor::~EventMonitor() {
@@ -333,74 +345,22 @@ void EventMonitor::deliverPublished() {
 
 // Settings
 
-const std::array<EventMonitor::NumberProperty, 4> EventMonitor::numberProperties{
-    {{"scrollSpeedVertical", setting::scrollSpeedVertical, &EventMonitor::scrollSpeedVertical},
-     {"scrollSpeedHorizontal", setting::scrollSpeedHorizontal, &EventMonitor::scrollSpeedHorizontal},
-     {"mouseSpeed", setting::mouseSpeed, &EventMonitor::mouseSpeed},
-     {"mouseAcceleration", setting::mouseAcceleration, &EventMonitor::mouseAcceleration}}};
-
-const std::array<EventMonitor::SwitchProperty, 3> EventMonitor::switchProperties{
-    {{"horizontalScrollEnabled", setting::horizontalScrollEnabled, &EventMonitor::horizontalScrollEnabled},
-     {"swapScrollDirection", setting::swapScrollDirection, &EventMonitor::swapScrollDirection},
-     {"advancedMouseSpeedEnabled", setting::advancedMouseSpeedEnabled,
-      &EventMonitor::advancedMouseSpeedEnabled}}};
-
-void EventMonitor::setNumber(const NumberProperty& property, double number) {
-    if (const auto accepted = property.row.accepted(number)) this->*property.value = *accepted;
+std::array<AnySetting*, 7> EventMonitor::shapingSettings() {
+    return {&scrollSpeedVertical, &horizontalScrollEnabled,   &scrollSpeedHorizontal, &swapScrollDirection,
+            &mouseSpeed,          &advancedMouseSpeedEnabled, &mouseAcceleration};
 }
 
-void EventMonitor::loadSpeedSettings() {
-    for (const auto& property : numberProperties) loadNumber(property);
-    for (const auto& property : switchProperties) loadSwitch(property);
+std::array<const AnySetting*, 7> EventMonitor::shapingSettings() const {
+    return {&scrollSpeedVertical, &horizontalScrollEnabled,   &scrollSpeedHorizontal, &swapScrollDirection,
+            &mouseSpeed,          &advancedMouseSpeedEnabled, &mouseAcceleration};
 }
 
-void EventMonitor::followOutsideChange(const UserDefaults::Keys& keys) {
-    // A setting that was taken out has its default again; one of the wrong kind changes nothing.
-    const auto isGone = [this](const SettingRow& row) { return !ports_.defaults.object(row.key); };
-    for (const auto& property : numberProperties) {
-        if (!contains(keys, property.row.key)) continue;
-        if (isGone(property.row)) this->*property.value = property.row.initial;
-        loadNumber(property);
-    }
-    for (const auto& property : switchProperties) {
-        if (!contains(keys, property.row.key)) continue;
-        if (isGone(property.row)) this->*property.value = property.row.isOn;
-        loadSwitch(property);
-    }
-}
-
-void EventMonitor::loadSwitch(const SwitchProperty& property) {
-    if (const auto stored = looseBool(ports_.defaults.object(property.row.key)))
-        this->*property.value = *stored;
-}
-
-void EventMonitor::loadNumber(const NumberProperty& property) {
-    if (property.row.key == mouseSpeedKey) return loadMouseSpeed();
-    const auto stored = property.row.accepted(asDouble(ports_.defaults.object(property.row.key)));
-    if (stored) this->*property.value = *stored;
-}
-
-void EventMonitor::loadMouseSpeed() {
-    const auto stored = asDouble(ports_.defaults.object(mouseSpeedKey));
-    const auto accepted = setting::mouseSpeed.accepted(stored);
-    if (!accepted) return;
-    if (*accepted == *stored && *stored <= maxLoadedMouseSpeed) {
-        mouseSpeed = *stored;
-        return;
-    }
-    mouseSpeed = defaultMouseSpeed;
-    ports_.defaults.set(mouseSpeedKey, defaultMouseSpeed);
-    logger_.warning(resetSpeedLine);
+void EventMonitor::tellIfReset(Loaded loaded) {
+    if (loaded == Loaded::reset) logger_.warning(resetSpeedLine);
 }
 
 void EventMonitor::persistSpeedSettings() {
-    ports_.defaults.set(scrollSpeedVerticalKey, scrollSpeedVertical.get());
-    ports_.defaults.set(horizontalScrollEnabledKey, horizontalScrollEnabled.get());
-    ports_.defaults.set(scrollSpeedHorizontalKey, scrollSpeedHorizontal.get());
-    ports_.defaults.set(swapScrollDirectionKey, swapScrollDirection.get());
-    ports_.defaults.set(mouseSpeedKey, mouseSpeed.get());
-    ports_.defaults.set(advancedMouseSpeedEnabledKey, advancedMouseSpeedEnabled.get());
-    ports_.defaults.set(mouseAccelerationKey, mouseAcceleration.get());
+    for (auto* const setting : shapingSettings()) setting->save();
 }
 
 // The set of buttons

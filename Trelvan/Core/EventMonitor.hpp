@@ -2,7 +2,8 @@
 
 #include "Core/PermissionsManager.hpp"
 #include "Core/PressWatch.hpp"
-#include "Core/SettingsCatalogue.hpp"
+#include "Core/Settings/Setting.hpp"
+#include "Core/Settings/SettingsCatalogue.hpp"
 #include "Core/Shaping.hpp"
 #include "Platform/EventPoster.hpp"
 #include "Platform/EventTap.hpp"
@@ -66,22 +67,22 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     /// The process that shows the system's own menu-bar menus; while it is in front buttons pass.
     static constexpr std::string_view systemMenuOwner = "com.apple.systemuiserver";
 
-    static constexpr std::string_view scrollSpeedVerticalKey = setting::scrollSpeedVertical.key;
-    static constexpr std::string_view horizontalScrollEnabledKey = setting::horizontalScrollEnabled.key;
-    static constexpr std::string_view scrollSpeedHorizontalKey = setting::scrollSpeedHorizontal.key;
-    static constexpr std::string_view swapScrollDirectionKey = setting::swapScrollDirection.key;
-    static constexpr std::string_view mouseSpeedKey = setting::mouseSpeed.key;
-    static constexpr std::string_view advancedMouseSpeedEnabledKey = setting::advancedMouseSpeedEnabled.key;
-    static constexpr std::string_view mouseAccelerationKey = setting::mouseAcceleration.key;
+    static constexpr std::string_view scrollSpeedVerticalKey = setting::row("scrollSpeedVertical").key;
+    static constexpr std::string_view horizontalScrollEnabledKey =
+        setting::row("horizontalScrollEnabled").key;
+    static constexpr std::string_view scrollSpeedHorizontalKey = setting::row("scrollSpeedHorizontal").key;
+    static constexpr std::string_view swapScrollDirectionKey = setting::row("swapScrollDirection").key;
+    static constexpr std::string_view mouseSpeedKey = setting::row("mouseSpeed").key;
+    static constexpr std::string_view advancedMouseSpeedEnabledKey =
+        setting::row("advancedMouseSpeedEnabled").key;
+    static constexpr std::string_view mouseAccelerationKey = setting::row("mouseAcceleration").key;
 
     /// Written into the user-data field of every pointer event the monitor posts, so that the tap knows them
     /// again: the ASCII bytes T R K M.
     static constexpr std::int64_t scaledMotionMarker = 0x54524B4D;
-    static constexpr double defaultMouseSpeed = setting::mouseSpeed.initial;
-    static constexpr double minMouseSpeed = setting::mouseSpeed.minimum;
-    static constexpr double maxMouseSpeed = setting::mouseSpeed.maximum;
-    /// A faster speed lasts until the next launch only, so that nobody is locked in with a wild pointer.
-    static constexpr double maxLoadedMouseSpeed = 1.4;
+    static constexpr double defaultMouseSpeed = setting::row("mouseSpeed").initial;
+    static constexpr double minMouseSpeed = setting::row("mouseSpeed").minimum;
+    static constexpr double maxMouseSpeed = setting::row("mouseSpeed").maximum;
     static constexpr std::size_t debugLogCapacity = 50;
 
     /// Event types 1, 3, 5, 6, 7, 22, 25, 26 and 27.
@@ -101,38 +102,27 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     /// Newest first, at most `debugLogCapacity`, filled only while `debugMode` is on.
     Published<std::vector<MouseEventInfo>> debugLog;
 
-    /// Factor on vertical scroll deltas, 0.2 to 3.0 when loaded.
-    Published<double> scrollSpeedVertical{setting::scrollSpeedVertical.initial};
+    // The shaping settings: loaded at the start, followed when another program changes them, and written by
+    // `persistSpeedSettings` only.
+
+    /// Factor on vertical scroll deltas.
+    Setting<double> scrollSpeedVertical;
     /// Whether horizontal deltas are scaled; they are never blocked.
-    Published<bool> horizontalScrollEnabled{setting::horizontalScrollEnabled.isOn};
-    /// Factor on horizontal scroll deltas, 0.2 to 3.0 when loaded.
-    Published<double> scrollSpeedHorizontal{setting::scrollSpeedHorizontal.initial};
+    Setting<bool> horizontalScrollEnabled;
+    /// Factor on horizontal scroll deltas.
+    Setting<double> scrollSpeedHorizontal;
     /// Reverses both scroll axes.
-    Published<bool> swapScrollDirection{setting::swapScrollDirection.isOn};
+    Setting<bool> swapScrollDirection;
     /// Pointer gain; exactly 1.0 leaves the pointer alone.
-    Published<double> mouseSpeed{defaultMouseSpeed};
+    Setting<double> mouseSpeed;
     /// Whether scaled motion is posted as a repositioned copy rather than written into the event.
-    Published<bool> advancedMouseSpeedEnabled{setting::advancedMouseSpeedEnabled.isOn};
-    /// 0.0 to 1.0; shapes the gain above speed 1.0.
-    Published<double> mouseAcceleration{setting::mouseAcceleration.initial};
+    Setting<bool> advancedMouseSpeedEnabled;
+    /// Shapes the gain above speed 1.0.
+    Setting<double> mouseAcceleration;
 
-    /// The shaping settings by the names of their properties.
-    struct NumberProperty {
-        std::string_view name;
-        const SettingRow& row;
-        Published<double> EventMonitor::*value;
-    };
-    struct SwitchProperty {
-        std::string_view name;
-        const SettingRow& row;
-        Published<bool> EventMonitor::*value;
-    };
-    static const std::array<NumberProperty, 4> numberProperties;
-    static const std::array<SwitchProperty, 3> switchProperties;
-
-    /// Sets the property to a number from outside (a backup, a script), moved into the setting's range; what
-    /// is not a number changes nothing.
-    void setNumber(const NumberProperty& property, double number);
+    /// The seven of them, in the order of the catalogue.
+    [[nodiscard]] std::array<AnySetting*, 7> shapingSettings();
+    [[nodiscard]] std::array<const AnySetting*, 7> shapingSettings() const;
 
     ButtonHandler onButtonEvent;
     bool debugMode = false;
@@ -150,11 +140,7 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
   private:
     static TapAnswer eventTapCallback(void* userInfo, TapEvent& event);
 
-    void loadSpeedSettings();
-    void loadNumber(const NumberProperty& property);
-    void loadSwitch(const SwitchProperty& property);
-    void followOutsideChange(const UserDefaults::Keys& keys);
-    void loadMouseSpeed();
+    void tellIfReset(Loaded loaded);
 
     TapAnswer handle(TapEvent& event);
     TapAnswer handleButton(TapEvent& event);

@@ -1,5 +1,7 @@
 #include "Core/KeepAwakeManager.hpp"
 
+#include "Core/Settings/SettingsCatalogue.hpp"
+
 #include <algorithm>
 #include <cmath>
 
@@ -10,15 +12,6 @@ namespace {
 constexpr double secondsInMinute = 60.0;
 /// How far a nudge keeps from the edges of the screen, in points.
 constexpr double edgeMargin = 2.0;
-
-double storedMinutes(const UserDefaults& defaults, const SettingRow& row) {
-    return row.accepted(strictNumber(defaults.object(row.key))).value_or(row.initial);
-}
-
-AutoStopPreset storedPreset(const UserDefaults& defaults) {
-    const auto stored = asText(defaults.object(setting::autoStopPreset.key));
-    return fromRawValue<AutoStopPreset>(stored.value_or(std::string())).value_or(AutoStopPreset::never);
-}
 
 /// Seconds as a countdown shows them: never below zero, and never beyond what a whole number holds.
 std::int64_t countdown(double wholeSeconds) {
@@ -39,63 +32,35 @@ double awayFromEdge(double coordinate, double edge) {
 
 }  // namespace
 
-KeepAwakeManager::KeepAwakeManager(const Ports& ports) : ports_(ports) {
-    loadSettings();
+KeepAwakeManager::KeepAwakeManager(const Ports& ports)
+    : isEnabled(setting::row("isEnabled"), ports.defaults,
+                [this] { isEnabled ? startMonitoring() : stopMonitoring(); }),
+      idleThresholdMinutes(setting::row("idleThresholdMinutes"), ports.defaults),
+      moveEveryMinutes(setting::row("moveEveryMinutes"), ports.defaults),
+      autoStopPreset(setting::row("autoStopPreset"), ports.defaults,
+                     [this] {
+                         if (isEnabled) scheduleAutoStop();
+                     }),
+      ports_(ports) {
+    for (auto* const setting : settings()) setting->load();
     if (isEnabled) startMonitoring();
     outsideChange_ = ports_.defaults.onOutsideChange([this](const auto& keys) { followOutsideChange(keys); });
 }
 
-void KeepAwakeManager::loadSettings() {
-    const auto& defaults = ports_.defaults;
-    isEnabled = strictBool(defaults.object(enabledKey)).value_or(setting::keepAwakeEnabled.isOn);
-    idleThresholdMinutes = storedMinutes(defaults, setting::idleThresholdMinutes);
-    moveEveryMinutes = storedMinutes(defaults, setting::moveEveryMinutes);
-    autoStopPreset = storedPreset(defaults);
+std::array<AnySetting*, 4> KeepAwakeManager::settings() {
+    return {&isEnabled, &idleThresholdMinutes, &moveEveryMinutes, &autoStopPreset};
+}
+
+std::array<const AnySetting*, 4> KeepAwakeManager::settings() const {
+    return {&isEnabled, &idleThresholdMinutes, &moveEveryMinutes, &autoStopPreset};
 }
 
 void KeepAwakeManager::followOutsideChange(const UserDefaults::Keys& keys) {
-    const auto& defaults = ports_.defaults;
-    if (contains(keys, idleThresholdKey))
-        idleThresholdMinutes = storedMinutes(defaults, setting::idleThresholdMinutes);
-    if (contains(keys, moveEveryKey)) moveEveryMinutes = storedMinutes(defaults, setting::moveEveryMinutes);
     const bool wasEnabled = isEnabled;
-    if (contains(keys, enabledKey))
-        isEnabled = strictBool(defaults.object(enabledKey)).value_or(setting::keepAwakeEnabled.isOn);
-    const auto preset = storedPreset(defaults);
-    const bool isOtherPreset = contains(keys, autoStopPresetKey) && preset != autoStopPreset.get();
-    if (isOtherPreset) autoStopPreset = preset;
-    if (isEnabled && (!wasEnabled || isOtherPreset)) startMonitoring();
+    const AutoStopPreset preset = autoStopPreset;
+    for (auto* const setting : settings()) setting->follow(keys);
+    if (isEnabled && (!wasEnabled || autoStopPreset != preset)) startMonitoring();
     if (!isEnabled && wasEnabled) stopMonitoring();
-}
-
-// Settings
-
-void KeepAwakeManager::setEnabled(bool enabled) {
-    isEnabled = enabled;
-    ports_.defaults.set(enabledKey, enabled);
-    if (enabled) {
-        startMonitoring();
-    } else {
-        stopMonitoring();
-    }
-}
-
-void KeepAwakeManager::setIdleThresholdMinutes(double minutes) {
-    if (std::isnan(minutes)) return;
-    idleThresholdMinutes = minutes;
-    ports_.defaults.set(idleThresholdKey, minutes);
-}
-
-void KeepAwakeManager::setMoveEveryMinutes(double minutes) {
-    if (std::isnan(minutes)) return;
-    moveEveryMinutes = minutes;
-    ports_.defaults.set(moveEveryKey, minutes);
-}
-
-void KeepAwakeManager::setAutoStopPreset(AutoStopPreset preset) {
-    autoStopPreset = preset;
-    ports_.defaults.set(autoStopPresetKey, std::string(rawValue(preset)));
-    if (isEnabled) scheduleAutoStop();
 }
 
 // Watching
@@ -131,7 +96,7 @@ void KeepAwakeManager::scheduleAutoStop() {
         return;
     }
     remainingAutoStopSeconds = countdown(length->count());
-    autoStopTimer_ = ports_.timers.once(*length, [this] { setEnabled(false); });
+    autoStopTimer_ = ports_.timers.once(*length, [this] { isEnabled = false; });
 }
 
 void KeepAwakeManager::tick() {
@@ -150,7 +115,10 @@ void KeepAwakeManager::tick() {
         length && enabledAt_ ? std::optional(length->count() - secondsSince(*enabledAt_)) : std::nullopt;
     remainingAutoStopSeconds = left ? std::optional(countdown(std::trunc(*left))) : std::nullopt;
     // The timer stands still while the computer sleeps.
-    if (left && *left <= 0) return setEnabled(false);
+    if (left && *left <= 0) {
+        isEnabled = false;
+        return;
+    }
 
     if (!away) {
         nextMoveInSeconds = countdown(std::ceil(threshold - idle));

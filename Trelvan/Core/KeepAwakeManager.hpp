@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Core/Model/AutoStopPreset.hpp"
-#include "Core/SettingsCatalogue.hpp"
+#include "Core/Settings/Setting.hpp"
 #include "Platform/EventPoster.hpp"
 #include "Platform/IdleInhibitor.hpp"
 #include "Platform/InputState.hpp"
@@ -12,12 +12,12 @@
 #include "Utilities/LifetimeToken.hpp"
 #include "Utilities/PublishedBy.hpp"
 
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace trelvan {
 
@@ -38,11 +38,6 @@ class KeepAwakeManager {
         IdleInhibitor& inhibitor;
     };
 
-    static constexpr std::string_view enabledKey = setting::keepAwakeEnabled.key;
-    static constexpr std::string_view idleThresholdKey = setting::idleThresholdMinutes.key;
-    static constexpr std::string_view moveEveryKey = setting::moveEveryMinutes.key;
-    static constexpr std::string_view autoStopPresetKey = setting::autoStopPreset.key;
-
     static constexpr Seconds pollInterval{1.0};
     /// How long the pointer stays at the place it was nudged to.
     static constexpr Seconds nudgeLength{0.12};
@@ -55,12 +50,21 @@ class KeepAwakeManager {
     template <typename T>
     using Property = PublishedBy<T, KeepAwakeManager>;
 
-    Property<bool> isEnabled;
-    /// Minutes without input after which the user counts as away; 1 to 120 when loaded.
-    Property<double> idleThresholdMinutes;
-    /// Minutes between nudges while the user is away; 1 to 60 when loaded.
-    Property<double> moveEveryMinutes;
-    Property<AutoStopPreset> autoStopPreset;
+    // Each of these is written at once when it is set, also to the value that it has. Minutes are not moved
+    // into their range before the next launch.
+
+    /// Setting it starts and stops the watch.
+    Setting<bool> isEnabled;
+    /// Minutes without input after which the user counts as away.
+    Setting<double> idleThresholdMinutes;
+    /// Minutes between nudges while the user is away.
+    Setting<double> moveEveryMinutes;
+    /// While enabled, setting it starts the countdown again from now.
+    Setting<AutoStopPreset> autoStopPreset;
+    /// The four of them, in the order of the catalogue.
+    [[nodiscard]] std::array<AnySetting*, 4> settings();
+    [[nodiscard]] std::array<const AnySetting*, 4> settings() const;
+
     Property<bool> isCurrentlyAway;
     /// Until the user counts as away or, while away, until the next nudge; none while off.
     Property<std::optional<std::int64_t>> nextMoveInSeconds;
@@ -70,17 +74,7 @@ class KeepAwakeManager {
     /// The last failure; the next start clears it.
     Property<std::optional<std::string>> lastErrorMessage;
 
-    // Each of these stores the value at once, also when it is the same as before. Minutes are not moved into
-    // their range before the next launch; what is not a number changes nothing.
-
-    void setEnabled(bool enabled);
-    void setIdleThresholdMinutes(double minutes);
-    void setMoveEveryMinutes(double minutes);
-    /// While enabled, the countdown starts again from now.
-    void setAutoStopPreset(AutoStopPreset preset);
-
   private:
-    void loadSettings();
     void followOutsideChange(const UserDefaults::Keys& keys);
     void startMonitoring();
     void stopMonitoring();

@@ -1,5 +1,8 @@
 #include "Core/MicMuteNotifier.hpp"
 
+#include "Core/Settings/Setting.hpp"
+#include "Core/Settings/SettingsCatalogue.hpp"
+
 #include <algorithm>
 #include <array>
 
@@ -40,7 +43,7 @@ std::optional<bool> MicMuteNotifier::currentMicMuteState() const {
 
 void MicMuteNotifier::pollMicMuteState() {
     // While it is not wanted the state is left as it was: a change in that time is announced afterwards.
-    if (!wantsNotifications(ports_.defaults, settingKey)) return;
+    if (!storedValue<bool>(setting::row("notifyMicMuteUnmute"), ports_.defaults)) return;
     const auto isMuted = currentMicMuteState();
     if (!isMuted || lastMutedState_ == isMuted) return;
     const bool wasKnown = lastMutedState_.has_value();

@@ -7,7 +7,6 @@
 
 #include <memory>
 #include <optional>
-#include <string_view>
 
 namespace trelvan {
 
@@ -21,7 +20,6 @@ class MicMuteNotifier {
         const UserDefaults& defaults;
     };
 
-    static constexpr std::string_view settingKey = "notify_mic_mute_unmute";
     static constexpr Seconds pollInterval{1.0};
 
     MicMuteNotifier(const Ports& ports, NotificationPoster& poster) : ports_(ports), poster_(poster) {}

@@ -2,6 +2,7 @@
 
 #include "Core/Model/AppLanguage.hpp"
 #include "Core/ProgramTitle.hpp"
+#include "Core/Settings/LanguageSetting.hpp"
 
 #include <utility>
 
@@ -38,10 +39,6 @@ void NotificationPoster::post(std::string_view kind, std::string title, std::str
                        .title = std::move(title),
                        .body = std::move(body),
                        .level = InterruptionLevel::timeSensitive});
-}
-
-bool wantsNotifications(const UserDefaults& defaults, std::string_view key) {
-    return strictBool(defaults.object(key)).value_or(true);
 }
 
 }  // namespace trelvan

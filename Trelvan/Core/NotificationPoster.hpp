@@ -41,8 +41,4 @@ class NotificationPoster {
     UuidSource uuids_;
 };
 
-/// Whether the user wants notifications of a kind, by its settings key: only the boolean false says no,
-/// so that a setting that is missing or damaged keeps nobody uninformed.
-[[nodiscard]] bool wantsNotifications(const UserDefaults& defaults, std::string_view key);
-
 }  // namespace trelvan

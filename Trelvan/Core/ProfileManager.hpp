@@ -5,7 +5,7 @@
 #include "Core/Model/CodingError.hpp"
 #include "Core/Model/ProfileSnapshot.hpp"
 #include "Core/Model/TrackballProfile.hpp"
-#include "Core/SettingsCatalogue.hpp"
+#include "Core/Settings/SettingsCatalogue.hpp"
 #include "Platform/Files.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Utilities/Logger.hpp"
@@ -46,9 +46,9 @@ class ProfileManager {
     using Profiles = std::vector<TrackballProfile>;
 
     /// The settings key of the profile list.
-    static constexpr std::string_view storageKey = setting::profiles.key;
+    static constexpr std::string_view storageKey = setting::row("profiles").key;
     /// The settings key of the active profile's identifier.
-    static constexpr std::string_view activeKey = setting::activeProfile.key;
+    static constexpr std::string_view activeKey = setting::row("activeProfileID").key;
 
     /// Loads what is stored. The defaults and the logger must outlive the manager.
     ProfileManager(UserDefaults& defaults, Logger& logger, UuidSource newId = Uuid::random);

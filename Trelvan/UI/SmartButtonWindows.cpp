@@ -1,5 +1,7 @@
 #include "UI/SmartButtonWindows.hpp"
 
+#include "Core/Settings/LanguageSetting.hpp"
+
 #include <QApplication>
 #include <QPalette>
 #include <QScreen>
@@ -12,18 +14,14 @@ namespace trelvan {
 
 namespace {
 
-/// Raw values of the theme setting; any other follows the desktop.
-constexpr std::string_view themeKey = "general_theme";
-constexpr std::string_view lightTheme = "Light";
-constexpr std::string_view darkTheme = "Dark";
-
-constexpr QSize editorSize{900, 960};
+constexpr QSize editorSize{static_cast<int>(setting::row("windowWidth").initial),
+                           static_cast<int>(setting::row("windowHeight").initial)};
 constexpr QSize smallestEditor{780, 860};
 
 bool isDark(const UserDefaults& defaults, const Appearance& appearance) {
-    const auto theme = asText(defaults.object(themeKey));
-    if (theme == lightTheme) return false;
-    if (theme == darkTheme) return true;
+    const auto theme = storedValue<std::string>(setting::row("theme"), defaults);
+    if (theme == rawValue(AppTheme::light)) return false;
+    if (theme == rawValue(AppTheme::dark)) return true;
     return appearance.prefersDark() || QApplication::palette().window().color().lightness() < 128;
 }
 

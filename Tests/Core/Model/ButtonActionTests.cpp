@@ -1,5 +1,6 @@
 #include "Core/Model/AppLanguage.hpp"
 #include "Core/Model/ButtonAction.hpp"
+#include "Core/Settings/LanguageSetting.hpp"
 #include "Support/FakeUserDefaults.hpp"
 #include "Utilities/Text.hpp"
 
@@ -121,7 +122,7 @@ TEST(AppLanguage, SettingIsEnglishUnlessSpanish) {
 TEST(AppLanguage, SettingIsReadWhenAsked) {
     test::FakeUserDefaults defaults;
     EXPECT_EQ(languageSetting(defaults), "English");
-    defaults.set(languageKey, DefaultsValue(std::string("Español")));
+    defaults.set("general_language", DefaultsValue(std::string("Español")));
     EXPECT_EQ(languageSetting(defaults), "Español");
 }
 

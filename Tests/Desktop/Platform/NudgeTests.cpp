@@ -52,8 +52,8 @@ class NudgeTest : public InputServerTest {
                                                 .mainQueue = simulated.mainQueue(),
                                                 .timers = simulated.timers(),
                                                 .inhibitor = simulated.idleInhibitor()});
-        manager->setIdleThresholdMinutes(1);
-        manager->setEnabled(true);
+        manager->idleThresholdMinutes = 1;
+        manager->isEnabled = true;
     }
 
     SimulatedDesktop simulated;

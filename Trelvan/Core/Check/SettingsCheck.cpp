@@ -2,8 +2,7 @@
 
 #include "Core/Check/RecordCheck.hpp"
 #include "Core/Check/SettingsPlaces.hpp"
-#include "Core/Model/AutoStopPreset.hpp"
-#include "Core/SettingsCatalogue.hpp"
+#include "Core/Settings/SettingsCatalogue.hpp"
 #include "Utilities/NearestWord.hpp"
 #include "Utilities/Text.hpp"
 
@@ -20,17 +19,8 @@ namespace {
 
 using json::Value;
 
-constexpr std::array<std::string_view, 3> themes{"System", "Light", "Dark"};
-/// A pointer speed above this does not survive a start.
-constexpr double maxLoadedMouseSpeed = 1.4;
-
-/// The texts that a setting may hold; empty for any text.
-std::span<const std::string_view> choicesOf(const SettingRow& row) {
-    if (row.key == setting::theme.key) return themes;
-    if (row.key == setting::language.key) return RawValueTable<AppLanguage>::rawValues;
-    if (row.key == setting::autoStopPreset.key) return RawValueTable<AutoStopPreset>::rawValues;
-    return {};
-}
+constexpr std::string_view profilesKey = setting::row("profiles").key;
+constexpr std::string_view activeProfileKey = setting::row("activeProfileID").key;
 
 std::string numberText(double number) {
     std::array<char, 32> digits{};
@@ -38,10 +28,11 @@ std::string numberText(double number) {
     return {digits.data(), end};
 }
 
-/// The settings whose loading reads any number as a boolean and any boolean as a number; the others ignore
-/// it.
-bool readsLoosely(const SettingRow& row) {
-    return row.key.starts_with("trackball_");
+DefaultsValue storedFormOf(const Value& value) {
+    if (value.is_boolean()) return value.get<bool>();
+    if (value.is_number()) return value.get<double>();
+    if (value.is_string()) return value.get<std::string>();
+    return Data{};
 }
 
 class Checker {
@@ -83,7 +74,7 @@ class Checker {
 
     void checkMember(const std::string& key, const Value& value, const SettingsPlaces& places) {
         const auto* const row = std::ranges::find(setting::all, key, &SettingRow::key);
-        if (row == setting::all.end()) return unknownKey(key);
+        if (row == setting::all.end() || !row->isStored()) return unknownKey(key);
         switch (row->kind) {
             case SettingKind::data:
                 return checkProfiles(value, places);
@@ -97,8 +88,10 @@ class Checker {
     }
 
     void unknownKey(const std::string& key) {
-        std::array<std::string_view, setting::all.size()> known;
-        std::ranges::transform(setting::all, known.begin(), &SettingRow::key);
+        std::vector<std::string_view> known;
+        for (const auto& row : setting::all) {
+            if (row.isStored()) known.push_back(row.key);
+        }
         add(Severity::warning, key, "unknown key, which has no effect", "clave desconocida, sin efecto");
         if (const auto nearest = nearestWord(key, known)) findings_.back().suggestion = known[*nearest];
     }
@@ -111,25 +104,20 @@ class Checker {
     }
 
     void checkNumber(const SettingRow& row, const Value& value) {
-        if (!value.is_number()) {
-            if (value.is_boolean() && readsLoosely(row))
-                return checkRange(row, value.get<bool>() ? 1.0 : 0.0);
-            return ignored(row, value, {"a number", "un número"}, numberText(row.initial));
-        }
-        checkRange(row, value.get<double>());
+        const auto number = row.numberOf(storedFormOf(value));
+        if (!number) return ignored(row, value, {"a number", "un número"}, numberText(row.initial));
+        checkRange(row, *number);
     }
 
     void checkRange(const SettingRow& row, double number) {
-        const bool isOutside = number < row.minimum || number > row.maximum;
-        const std::string range = numberText(row.minimum) + " – " + numberText(row.maximum);
-        if (row.key == setting::mouseSpeed.key && (isOutside || number > maxLoadedMouseSpeed)) {
-            const std::string reach = numberText(row.minimum) + " – " + numberText(maxLoadedMouseSpeed);
+        const std::string range = numberText(row.minimum) + " – " + numberText(row.maximumLoaded);
+        if (row.isReset(number)) {
             const std::string back = numberText(row.initial);
             add(Severity::warning, std::string(row.key),
-                "outside " + reach + ": a start sets it back to " + back + ", in the file too",
-                "fuera de " + reach + ": al iniciar vuelve a " + back + ", también en el archivo");
-        } else if (isOutside) {
-            const std::string taken = numberText(std::clamp(number, row.minimum, row.maximum));
+                "outside " + range + ": a start sets it back to " + back + ", in the file too",
+                "fuera de " + range + ": al iniciar vuelve a " + back + ", también en el archivo");
+        } else if (const double accepted = row.accepted(number).value_or(number); accepted != number) {
+            const std::string taken = numberText(accepted);
             add(Severity::warning, std::string(row.key), "outside " + range + ": counts as " + taken,
                 "fuera de " + range + ": cuenta como " + taken);
         }
@@ -137,11 +125,7 @@ class Checker {
 
     void checkBoolean(const SettingRow& row, const Value& value) {
         if (value.is_boolean()) return;
-        bool taken = row.isOn;
-        if (readsLoosely(row)) {
-            if (value.is_number()) taken = value.get<double>() != 0.0;
-            if (value.is_string()) taken = looseBool(value.get<std::string>()).value_or(false);
-        }
+        const bool taken = row.booleanOf(storedFormOf(value)).value_or(row.isOn);
         ignored(row, value, {"true or false", "true o false"}, taken ? "true" : "false");
     }
 
@@ -149,19 +133,17 @@ class Checker {
         const std::string instead = "\"" + std::string(row.text) + "\"";
         if (!value.is_string()) return ignored(row, value, {"a string", "una cadena de texto"}, instead);
         const auto& text = value.get_ref<const std::string&>();
-        const auto choices = choicesOf(row);
-        if (choices.empty() || std::ranges::find(choices, text) != choices.end()) return;
-        // A language may be written with its accent in two ways.
-        if (row.key == setting::language.key && fromRawValue<AppLanguage>(text)) return;
+        if (row.isWord(text)) return;
         const std::string found = json::serialize(value);
         add(Severity::warning, std::string(row.key), found + " is not known; counts as " + instead,
             found + " no se conoce; cuenta como " + instead);
-        if (const auto nearest = nearestWord(text, choices)) findings_.back().suggestion = choices[*nearest];
-        findings_.back().allowed.assign(choices.begin(), choices.end());
+        if (const auto nearest = nearestWord(text, row.words))
+            findings_.back().suggestion = row.words[*nearest];
+        findings_.back().allowed.assign(row.words.begin(), row.words.end());
     }
 
     void checkProfiles(const Value& value, const SettingsPlaces& places) {
-        const std::string key(setting::profiles.key);
+        const std::string key(profilesKey);
         if (value.is_array()) return checkProfileList(value);
         if (!value.is_object()) {
             return add(Severity::error, key, "expected an array of profiles",
@@ -183,7 +165,7 @@ class Checker {
     }
 
     void checkProfileList(const Value& profiles) {
-        const std::string key(setting::profiles.key);
+        const std::string key(profilesKey);
         checkProfileRecords(profiles, key, findings_);
         if (!profiles.is_array()) return;
         if (profiles.empty())
@@ -218,15 +200,15 @@ class Checker {
     }
 
     void checkActiveProfile(const Value& content) {
-        const auto* const active = json::member(content, setting::activeProfile.key);
+        const auto* const active = json::member(content, activeProfileKey);
         // Where the profiles are not read their identifiers are not known.
         const bool isUnread = std::ranges::any_of(
             findings_, [](const Finding& finding) { return finding.severity == Severity::error; });
         if (active == nullptr || !active->is_string() || isUnread) return;
         const auto id = Uuid::parse(active->get_ref<const std::string&>());
         if (id && std::ranges::find(ids_, *id) != ids_.end()) return;
-        add(Severity::warning, std::string(setting::activeProfile.key),
-            "names no profile: the first one is active", "no nombra ningún perfil: el primero está activo");
+        add(Severity::warning, std::string(activeProfileKey), "names no profile: the first one is active",
+            "no nombra ningún perfil: el primero está activo");
     }
 
     std::string_view file_;

@@ -1,6 +1,6 @@
 #include "Core/Check/SettingsPlaces.hpp"
 
-#include "Core/SettingsCatalogue.hpp"
+#include "Core/Settings/SettingsCatalogue.hpp"
 #include "Utilities/JsonText.hpp"
 
 #include <algorithm>
@@ -12,6 +12,7 @@ namespace trelvan {
 namespace {
 
 constexpr std::string_view innerKey = "utf8";
+constexpr std::string_view profilesKey = setting::row("profiles").key;
 
 std::uint32_t hexadecimal(std::string_view digits) {
     std::uint32_t number = 0;
@@ -66,8 +67,8 @@ SettingsPlaces::SettingsPlaces(std::string_view file) : file_(file) {
 }
 
 void SettingsPlaces::readInner() {
-    const auto path = std::string(setting::profiles.key) + "." + std::string(innerKey);
-    const auto object = jsonValueAt(file_, offsetOfJson(file_, setting::profiles.key));
+    const auto path = std::string(profilesKey) + "." + std::string(innerKey);
+    const auto object = jsonValueAt(file_, offsetOfJson(file_, profilesKey));
     if (!object.starts_with('{')) return;
     const std::size_t start = offsetOfJson(file_, path);
     const auto token = jsonValueAt(file_, start);
@@ -99,10 +100,10 @@ TextPosition SettingsPlaces::ofInner(std::size_t offset) const {
 }
 
 TextPosition SettingsPlaces::of(std::string_view path) const {
-    const bool isInner = !origins_.empty() && path.starts_with(setting::profiles.key) &&
-                         path.size() > setting::profiles.key.size();
+    const bool isInner =
+        !origins_.empty() && path.starts_with(profilesKey) && path.size() > profilesKey.size();
     if (!isInner) return positionOf(file_, offsetOfJson(file_, path));
-    return ofInner(offsetOfJson(inner_, path.substr(setting::profiles.key.size())));
+    return ofInner(offsetOfJson(inner_, path.substr(profilesKey.size())));
 }
 
 }  // namespace trelvan

@@ -1,10 +1,8 @@
 #pragma once
 
 #include "Core/Model/RawRepresentable.hpp"
-#include "Platform/UserDefaults.hpp"
 
 #include <array>
-#include <string>
 #include <string_view>
 
 namespace trelvan {
@@ -18,9 +16,6 @@ struct RawValueTable<AppLanguage> {
     static constexpr std::array<std::string_view, 2> rawValues{"English", "Español"};
 };
 
-/// The settings key that holds the raw value of the interface's language.
-inline constexpr std::string_view languageKey = "general_language";
-
 /// The language that a setting's text stands for: English unless it is the Spanish raw value.
 [[nodiscard]] inline AppLanguage languageFromSetting(std::string_view setting) {
     return fromRawValue<AppLanguage>(setting).value_or(AppLanguage::english);
@@ -29,11 +24,6 @@ inline constexpr std::string_view languageKey = "general_language";
 /// The language of texts that are English for the English raw value only, and Spanish for any other setting.
 constexpr AppLanguage spanishUnlessEnglish(std::string_view setting) {
     return setting == rawValue(AppLanguage::english) ? AppLanguage::english : AppLanguage::spanish;
-}
-
-/// The text of the language setting as it is now; the English raw value when nothing is stored.
-[[nodiscard]] inline std::string languageSetting(const UserDefaults& defaults) {
-    return asText(defaults.object(languageKey)).value_or(std::string(rawValue(AppLanguage::english)));
 }
 
 /// The one of a pair of texts that the language shows.

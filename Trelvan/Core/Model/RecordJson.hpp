@@ -19,6 +19,10 @@
 #include <utility>
 #include <vector>
 
+namespace trelvan {
+class AppSettingsSnapshot;
+}
+
 /// How any record is read from JSON and written to it. For the sources of coders only: the JSON library is
 /// too large for headers that everybody includes. Nothing here throws.
 namespace trelvan::json {
@@ -45,6 +49,8 @@ using Problem = std::optional<CodingError>;
 [[nodiscard]] Problem readWhole(const Value& value, std::int64_t minimum, std::uint64_t maximum,
                                 std::uint64_t& bits);
 [[nodiscard]] CodingError notOneOf(std::string_view noun, const std::string& text);
+
+[[nodiscard]] Problem read(const Value& value, AppSettingsSnapshot& out, const UuidSource& newId);
 
 template <std::integral Number>
 [[nodiscard]] Problem read(const Value& value, Number& out, const UuidSource& /*newId*/) {
@@ -133,6 +139,7 @@ Problem read(const Value& value, Record& out, const UuidSource& newId) {
 /// Fails on what is not UTF-8.
 [[nodiscard]] Problem write(const std::string& in, Value& value);
 [[nodiscard]] Problem write(const Uuid& in, Value& value);
+[[nodiscard]] Problem write(const AppSettingsSnapshot& in, Value& value);
 
 template <std::integral Number>
 [[nodiscard]] Problem write(Number in, Value& value) {

@@ -1,6 +1,7 @@
 #include "Tools/Explain/ActionsCommand.hpp"
 
 #include "Core/ActionReport.hpp"
+#include "Core/Settings/LanguageSetting.hpp"
 #include "Platform/SettingsSnapshot.hpp"
 #include "Tools/Simulate/JsonLine.hpp"
 #include "Utilities/Text.hpp"

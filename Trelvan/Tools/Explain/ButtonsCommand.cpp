@@ -1,6 +1,7 @@
 #include "Tools/Explain/ButtonsCommand.hpp"
 
 #include "Core/ProfileManager.hpp"
+#include "Core/Settings/LanguageSetting.hpp"
 #include "Platform/SettingsSnapshot.hpp"
 #include "Tools/Simulate/InputLine.hpp"
 #include "Utilities/Logger.hpp"
@@ -29,10 +30,9 @@ Present readPresent(const command::Buttons& request, AppLanguage terminal) {
     const bool isRead = std::holds_alternative<SettingsSnapshot::Values>(read);
     SettingsSnapshot settings(isRead ? std::get<SettingsSnapshot::Values>(std::move(read))
                                      : SettingsSnapshot::Values{});
-    const auto stored = asText(settings.object(languageKey));
     Logger silent;
     return {.profile = ProfileManager(settings, silent).activeSnapshot(),
-            .language = request.language.value_or(stored ? languageFromSetting(*stored) : terminal)};
+            .language = request.language.value_or(chosenLanguage(settings).value_or(terminal))};
 }
 
 }  // namespace

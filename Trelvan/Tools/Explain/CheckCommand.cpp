@@ -1,6 +1,7 @@
 #include "Tools/Explain/CheckCommand.hpp"
 
 #include "Core/Check/SettingsCheck.hpp"
+#include "Core/Settings/LanguageSetting.hpp"
 #include "Platform/SettingsSnapshot.hpp"
 #include "StartReport.hpp"
 #include "Tools/Simulate/JsonLine.hpp"
@@ -24,8 +25,7 @@ AppLanguage languageOf(const command::Check& request, AppLanguage terminal) {
     const auto read = readSettings(request.configDirectory);
     const auto* const values = std::get_if<SettingsSnapshot::Values>(&read);
     if (values == nullptr) return terminal;
-    const auto stored = asText(SettingsSnapshot(*values).object(languageKey));
-    return stored ? languageFromSetting(*stored) : terminal;
+    return chosenLanguage(SettingsSnapshot(*values)).value_or(terminal);
 }
 
 std::string jsonOf(const Finding& finding, AppLanguage language) {

@@ -3,6 +3,7 @@
 #include "Core/MappingExplanation.hpp"
 #include "Core/Model/RecordCoding.hpp"
 #include "Core/ProfileManager.hpp"
+#include "Core/Settings/LanguageSetting.hpp"
 #include "Platform/SettingsSnapshot.hpp"
 #include "Tools/Simulate/JsonLine.hpp"
 #include "Utilities/Logger.hpp"

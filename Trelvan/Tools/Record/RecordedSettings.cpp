@@ -1,14 +1,12 @@
 #include "Tools/Record/RecordedSettings.hpp"
 
-#include "Core/EventMonitor.hpp"
 #include "Core/Model/ActionCatalogue.hpp"
-#include "Core/Model/AppLanguage.hpp"
 #include "Core/Model/RecordCoding.hpp"
 #include "Core/ProfileManager.hpp"
+#include "Core/Settings/SettingsCatalogue.hpp"
 #include "Utilities/Text.hpp"
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <string_view>
 #include <type_traits>
@@ -20,18 +18,6 @@ namespace trelvan {
 namespace {
 
 using Json = TraceJson;
-
-/// The plain settings that decide what becomes of an event.
-constexpr std::array recordedKeys{
-    EventMonitor::scrollSpeedVerticalKey,
-    EventMonitor::horizontalScrollEnabledKey,
-    EventMonitor::scrollSpeedHorizontalKey,
-    EventMonitor::swapScrollDirectionKey,
-    EventMonitor::mouseSpeedKey,
-    EventMonitor::advancedMouseSpeedEnabledKey,
-    EventMonitor::mouseAccelerationKey,
-    languageKey,
-};
 
 /// The value as a script takes it; bytes have no form of their own there.
 std::optional<Json> scriptValue(const DefaultsValue& value) {
@@ -124,10 +110,10 @@ RecordedSettings recordedSettings(const UserDefaults& defaults, const Workspace&
         if (const auto bytes = encodeProfiles({std::move(*profile)}))
             result.defaults[std::string(ProfileManager::storageKey)] = Json::parse(*bytes);
     }
-    for (const auto key : recordedKeys) {
-        const auto stored = defaults.object(key);
+    for (const auto& row : setting::all) {
+        const auto stored = row.isRecorded ? defaults.object(row.key) : std::nullopt;
         if (!stored) continue;
-        if (auto value = scriptValue(*stored)) result.defaults[std::string(key)] = std::move(*value);
+        if (auto value = scriptValue(*stored)) result.defaults[std::string(row.key)] = std::move(*value);
     }
     // Applications that an action finds by their identifier.
     for (const auto& row : actionCatalogue()) {

@@ -1,6 +1,6 @@
 #include "Tools/Simulate/Operations.hpp"
 
-#include "Core/SettingsTransfer.hpp"
+#include "Core/Settings/SettingsTransfer.hpp"
 #include "Platform/Files.hpp"
 #include "Tools/Simulate/ScriptLines.hpp"
 
@@ -108,44 +108,32 @@ Problem setDebugMode(const Call& call) {
     });
 }
 
-/// Reads the value of a setting and hands it on.
-template <typename Setting, typename Set>
-Problem setTo(const Call& call, const Value& value, Set&& set) {
-    Setting setting{};
-    if (auto problem = json::read(value, setting, nullptr)) return std::move(*problem).inside("value");
-    std::forward<Set>(set)(setting);
-    return call.done();
-}
-
-/// Sets the property of Keep Awake that is called so.
-Problem setKeepAwake(const Call& call, const std::string& name, const Value& value) {
-    KeepAwakeManager& manager = call.app.keepAwakeManager;
-    if (name == "isEnabled") return setTo<bool>(call, value, [&](bool on) { manager.setEnabled(on); });
-    if (name == "idleThresholdMinutes")
-        return setTo<double>(call, value, [&](double minutes) { manager.setIdleThresholdMinutes(minutes); });
-    if (name == "moveEveryMinutes")
-        return setTo<double>(call, value, [&](double minutes) { manager.setMoveEveryMinutes(minutes); });
-    if (name == "autoStopPreset")
-        return setTo<AutoStopPreset>(call, value,
-                                     [&](AutoStopPreset preset) { manager.setAutoStopPreset(preset); });
-    return wrong("name", "\"" + name + "\" is not a setting");
+/// Reads a value of the row's type; an unknown word is wrong where it could not stand.
+Problem readSetting(const SettingRow& row, const Value& value, DefaultsValue& out) {
+    const auto readAs = [&](auto read) -> Problem {
+        if (auto problem = json::read(value, read, nullptr)) return problem;
+        out = std::move(read);
+        return std::nullopt;
+    };
+    if (row.kind == SettingKind::boolean) return readAs(bool{});
+    if (row.kind == SettingKind::number) return readAs(double{});
+    auto problem = readAs(std::string());
+    if (problem || row.keepsUnknownWords) return problem;
+    const auto& text = std::get<std::string>(out);
+    return row.isWord(text) ? std::nullopt : Problem(json::notOneOf(row.wordNoun, text));
 }
 
 Problem setSetting(const Call& call) {
-    EventMonitor& monitor = *call.app.eventMonitor;
     return with<script::Name>(call, [&](const auto& record) -> Problem {
         const Value* value = json::member(call.line, "value");
         if (value == nullptr) return wrong("value", "required key is missing");
-        for (const auto& property : EventMonitor::numberProperties) {
-            if (property.name == record.name)
-                return setTo<double>(call, *value,
-                                     [&](double number) { monitor.setNumber(property, number); });
-        }
-        for (const auto& property : EventMonitor::switchProperties) {
-            if (property.name == record.name)
-                return setTo<bool>(call, *value, [&](bool on) { monitor.*property.value = on; });
-        }
-        return setKeepAwake(call, record.name, *value);
+        auto* const setting = call.app.settings.named(record.name);
+        if (setting == nullptr) return wrong("name", "\"" + record.name + "\" is not a setting");
+        DefaultsValue given;
+        if (auto problem = readSetting(setting->row(), *value, given))
+            return std::move(*problem).inside("value");
+        setting->take(given);
+        return call.done();
     });
 }
 
@@ -275,13 +263,10 @@ Problem menuDismiss(const Call& call) {
     });
 }
 
-SettingsTransfer settingsOf(const Call& call) {
-    return {call.defaults, *call.app.eventMonitor, call.app.loginManager};
-}
-
 Problem exportBackup(const Call& call) {
     return with<script::Backup>(call, [&](const auto& record) {
-        const auto settings = record.settings ? std::optional(settingsOf(call).current()) : std::nullopt;
+        const auto settings =
+            record.settings ? std::optional(SettingsTransfer(call.app.settings).current()) : std::nullopt;
         const auto error = call.app.profileManager.exportBackup(call.files, record.path, settings);
         return error ? call.failed(error->text) : call.done();
     });
@@ -292,7 +277,7 @@ Problem importBackup(const Call& call) {
         const auto imported = call.app.profileManager.importBackup(call.files, record.path);
         if (const auto* error = std::get_if<TransferError>(&imported)) return call.failed(error->text);
         const auto& result = std::get<BackupImportResult>(imported);
-        if (result.settings) settingsOf(call).apply(*result.settings);
+        if (result.settings) SettingsTransfer(call.app.settings).apply(*result.settings);
         call.tell(std::to_string(result.profileCount));
         return Problem();
     });

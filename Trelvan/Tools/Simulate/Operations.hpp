@@ -2,7 +2,6 @@
 
 #include "Core/Model/RecordJson.hpp"
 #include "Platform/Files.hpp"
-#include "Platform/UserDefaults.hpp"
 #include "Tools/Simulate/SimulatedMenu.hpp"
 #include "TrelvanApp.hpp"
 #include "Utilities/Uuid.hpp"
@@ -29,7 +28,6 @@ using TellOutcome = std::function<void(std::string_view operation, const Outcome
 struct OperationScope {
     TrelvanApp& app;
     const SimulatedMenu& menu;
-    UserDefaults& defaults;
     Files& files;
     const UuidSource& uuids;
 };

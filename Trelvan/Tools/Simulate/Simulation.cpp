@@ -2,6 +2,7 @@
 
 #include "CommandLine.hpp"
 #include "Core/Model/RecordJson.hpp"
+#include "Core/Settings/LanguageSetting.hpp"
 #include "Platform/Simulated/SimulatedDesktop.hpp"
 #include "Tools/Simulate/DesktopRules.hpp"
 #include "Tools/Simulate/Operations.hpp"
@@ -338,7 +339,7 @@ class Simulation::World {
         // The one operation whose answer has a line of its own.
         const Value* asked = json::member(line, "operation");
         if (asked != nullptr && *asked == "explain") return explain(line);
-        return callOperation({*app_, menu_, desktop_.userDefaults(), files_, uuids_}, line,
+        return callOperation({*app_, menu_, files_, uuids_}, line,
                              [this](std::string_view operation, const Outcome& outcome) {
                                  const Seconds now = desktop_.time.uptime();
                                  if (const auto* error = std::get_if<OperationError>(&outcome)) {

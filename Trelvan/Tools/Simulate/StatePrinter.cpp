@@ -4,6 +4,8 @@
 #include "Tools/Simulate/TraceJson.hpp"
 #include "Utilities/JsonText.hpp"
 
+#include <span>
+#include <string>
 #include <type_traits>
 
 namespace trelvan {
@@ -51,18 +53,18 @@ std::string defaultsJson(const SimulatedDesktop& desktop) {
     return traceText(result);
 }
 
+void addSettings(Json& state, std::span<const AnySetting* const> settings) {
+    for (const auto* const setting : settings)
+        state[std::string(setting->row().name)] = jsonOf(setting->exported());
+}
+
 std::string monitorJson(const EventMonitor& monitor) {
     const auto& last = monitor.lastEvent.get();
-    return traceText({{"isRunning", monitor.isRunning.get()},
-                      {"lastEvent", last ? jsonOf(*last) : Json()},
-                      {"debugMode", monitor.debugMode},
-                      {"scrollSpeedVertical", plainNumber(monitor.scrollSpeedVertical)},
-                      {"horizontalScrollEnabled", monitor.horizontalScrollEnabled.get()},
-                      {"scrollSpeedHorizontal", plainNumber(monitor.scrollSpeedHorizontal)},
-                      {"swapScrollDirection", monitor.swapScrollDirection.get()},
-                      {"mouseSpeed", plainNumber(monitor.mouseSpeed)},
-                      {"advancedMouseSpeedEnabled", monitor.advancedMouseSpeedEnabled.get()},
-                      {"mouseAcceleration", plainNumber(monitor.mouseAcceleration)}});
+    Json state{{"isRunning", monitor.isRunning.get()},
+               {"lastEvent", last ? jsonOf(*last) : Json()},
+               {"debugMode", monitor.debugMode}};
+    addSettings(state, monitor.shapingSettings());
+    return traceText(state);
 }
 
 /// The value as JSON; null for none.
@@ -73,17 +75,15 @@ Json jsonOf(const std::optional<Value>& value) {
 
 std::string keepAwakeJson(const KeepAwakeManager& manager) {
     const auto& moved = manager.lastMoveDate.get();
-    return traceText(
-        {{"isEnabled", manager.isEnabled.get()},
-         {"idleThresholdMinutes", plainNumber(manager.idleThresholdMinutes)},
-         {"moveEveryMinutes", plainNumber(manager.moveEveryMinutes)},
-         {"autoStopPreset", rawValue(manager.autoStopPreset.get())},
-         {"isCurrentlyAway", manager.isCurrentlyAway.get()},
-         {"nextMoveInSeconds", jsonOf(manager.nextMoveInSeconds.get())},
-         {"remainingAutoStopSeconds", jsonOf(manager.remainingAutoStopSeconds.get())},
-         // The virtual day starts at the epoch: a date is its second there.
-         {"lastMoveDate", moved ? plainNumber(Seconds(moved->time_since_epoch()).count()) : Json()},
-         {"lastErrorMessage", jsonOf(manager.lastErrorMessage.get())}});
+    Json state = Json::object();
+    addSettings(state, manager.settings());
+    state["isCurrentlyAway"] = manager.isCurrentlyAway.get();
+    state["nextMoveInSeconds"] = jsonOf(manager.nextMoveInSeconds.get());
+    state["remainingAutoStopSeconds"] = jsonOf(manager.remainingAutoStopSeconds.get());
+    // The virtual day starts at the epoch: a date is its second there.
+    state["lastMoveDate"] = moved ? plainNumber(Seconds(moved->time_since_epoch()).count()) : Json();
+    state["lastErrorMessage"] = jsonOf(manager.lastErrorMessage.get());
+    return traceText(state);
 }
 
 std::string debugLogJson(const EventMonitor& monitor) {
