@@ -6,6 +6,9 @@
 namespace trelvan {
 namespace {
 
+// Types 1, 3, 5, 6, 7, 22, 25, 26 and 27.
+static_assert(EventMonitor::eventMask == 0x0E4000EA);
+
 using test::MonitorFixture;
 using testing::Contains;
 using testing::ElementsAre;

@@ -169,7 +169,7 @@ TapAnswer EventMonitor::handleButton(TapEvent& event) {
          .flags = event.flags});
     if (event.type == EventType::otherMouseDown) noteSession(event.buttonNumber);
     const bool isFollowing = ports_.tap.releasesFollowPresses();
-    if (isFollowing && event.type == EventType::otherMouseUp) return handleFollowingUp(event);
+    if (isFollowing && event.type == EventType::otherMouseUp) return handleOtherUp(event);
     if (shouldBypassMapping(event)) {
         // A press whose release never came, of a device that was pulled out, says nothing about this one's.
         if (isFollowing) handledOtherButtonsOnDown_.remove(event.buttonNumber);
@@ -212,25 +212,15 @@ TapAnswer EventMonitor::handleOtherUp(const TapEvent& event) {
         return TapAnswer::swallow;
     }
     if (passedUnusable_.remove(event.buttonNumber)) return TapAnswer::deliver;
-    // A press that was declined is offered once more on release.
+    // A press that was declined is offered once more on release. Where a release follows its press, it comes
+    // here from everywhere, and from what is bypassed it is not offered.
+    const bool isFollowing = ports_.tap.releasesFollowPresses();
+    if (isFollowing && shouldBypassMapping(event)) return TapAnswer::deliver;
     if (!offer(event.buttonNumber, event.flags)) return TapAnswer::deliver;
-    logger_.debug(InlineText("Evento botón ", event.buttonNumber, " consumido (swallowed)"));
-    return TapAnswer::swallow;
-}
-
-TapAnswer EventMonitor::handleFollowingUp(const TapEvent& event) {
-    pressedOtherButtons_.remove(event.buttonNumber);
-    if (handledOtherButtonsOnDown_.remove(event.buttonNumber)) {
-        logger_.debug(
-            InlineText("Evento botón ", event.buttonNumber, " ya manejado en down; no se repite en up"));
-        return TapAnswer::swallow;
-    }
-    if (passedUnusable_.remove(event.buttonNumber)) return TapAnswer::deliver;
-    if (!shouldBypassMapping(event) && offer(event.buttonNumber, event.flags)) {
-        logger_.debug(InlineText("Evento botón ", event.buttonNumber,
-                                 " consumido en up; pasa como su pulsación (passed)"));
-    }
-    return TapAnswer::deliver;
+    logger_.debug(InlineText(
+        "Evento botón ", event.buttonNumber,
+        isFollowing ? " consumido en up; pasa como su pulsación (passed)" : " consumido (swallowed)"));
+    return isFollowing ? TapAnswer::deliver : TapAnswer::swallow;
 }
 
 bool EventMonitor::shouldBypassMapping(const TapEvent& event) const {

@@ -85,8 +85,13 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     static constexpr double maxMouseSpeed = setting::row("mouseSpeed").maximum;
     static constexpr std::size_t debugLogCapacity = 50;
 
-    /// Event types 1, 3, 5, 6, 7, 22, 25, 26 and 27.
-    static constexpr std::uint64_t eventMask = 0x0E4000EA;
+    /// Presses, movements and turns; of the left and right buttons releases are left out.
+    static constexpr std::uint64_t eventMask =
+        maskBit(EventType::leftMouseDown) | maskBit(EventType::rightMouseDown) |
+        maskBit(EventType::mouseMoved) | maskBit(EventType::leftMouseDragged) |
+        maskBit(EventType::rightMouseDragged) | maskBit(EventType::scrollWheel) |
+        maskBit(EventType::otherMouseDown) | maskBit(EventType::otherMouseUp) |
+        maskBit(EventType::otherMouseDragged);
 
     /// Where the permissions are found when the tap is to start; they are made after the monitor.
     using PermissionsProvider = std::function<PermissionsManager&()>;
@@ -150,8 +155,6 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     void noteSession(std::int64_t buttonNumber);
     TapAnswer handleOtherDown(const TapEvent& event);
     TapAnswer handleOtherUp(const TapEvent& event);
-    /// On a platform where the release goes the way of its press.
-    TapAnswer handleFollowingUp(const TapEvent& event);
     TapAnswer handleScroll(TapEvent& event);
     TapAnswer handleMotion(TapEvent& event);
     void shapeScroll(TapEvent& event) const;
