@@ -1,9 +1,9 @@
 #include "Tools/Simulate/Simulation.hpp"
 
-#include "CommandLine.hpp"
 #include "Core/Model/RecordJson.hpp"
 #include "Core/Settings/LanguageSetting.hpp"
 #include "Platform/Simulated/SimulatedDesktop.hpp"
+#include "Tools/Simulate/DesktopLines.hpp"
 #include "Tools/Simulate/DesktopRules.hpp"
 #include "Tools/Simulate/Operations.hpp"
 #include "Tools/Simulate/ScriptLimits.hpp"
@@ -12,13 +12,7 @@
 #include "TrelvanApp.hpp"
 #include "Utilities/Text.hpp"
 
-#include <unistd.h>
-
 #include <array>
-#include <cmath>
-#include <cstdio>
-#include <fstream>
-#include <iostream>
 #include <utility>
 
 namespace trelvan {
@@ -44,27 +38,6 @@ UuidSource repeatingUuids() {
 
 CodingError wrong(std::string_view key, std::string problem) {
     return {std::string(key), std::move(problem)};
-}
-
-std::optional<EventType> eventType(std::int64_t number) {
-    if (number < 0 || number >= 64) return std::nullopt;
-    return static_cast<EventType>(number);
-}
-
-HotKeyEntry hotKeyEntry(const Value& entry) {
-    HotKeyEntry result;
-    const Value* enabled = json::member(entry, "enabled");
-    result.enabled = enabled != nullptr && enabled->is_boolean() && enabled->get<bool>();
-    const Value* value = json::member(entry, "value");
-    const Value* parameters =
-        value != nullptr && value->is_object() ? json::member(*value, "parameters") : nullptr;
-    if (parameters == nullptr || !parameters->is_array()) return result;
-    for (const Value& parameter : *parameters) {
-        std::int64_t number = 0;
-        const bool whole = !json::read(parameter, number, nullptr);
-        result.parameters.push_back(whole ? std::optional{number} : std::nullopt);
-    }
-    return result;
 }
 
 }  // namespace
@@ -145,13 +118,6 @@ class Simulation::World {
         return std::nullopt;
     }
 
-    Problem doAccessibility(const Value& line) {
-        return with<script::Accessibility>(line, [this](const auto& record) -> Problem {
-            desktop_.accessibility = record.granted;
-            return std::nullopt;
-        });
-    }
-
     Problem doStart(const Value& /*line*/) {
         if (app_) return CodingError{"", "started already"};
         app_ = std::make_unique<TrelvanApp>(desktop_, menu_, desktop_.logger, uuids_);
@@ -159,144 +125,18 @@ class Simulation::World {
         return std::nullopt;
     }
 
-    Problem doModifiers(const Value& line) {
-        return with<script::Modifiers>(line, [this](const auto& record) -> Problem {
-            desktop_.modifierFlags = record.flags;
-            return std::nullopt;
-        });
-    }
-
-    Problem doScreens(const Value& line) {
-        return with<script::Screens>(line, [this](const auto& record) -> Problem {
-            std::vector<BottomLeftRect> frames;
-            for (const auto& numbers : record.frames) {
-                BottomLeftRect frame;
-                if (auto problem = script::readRect(numbers, frame))
-                    return std::move(*problem).inside(frames.size()).inside("frames");
-                frames.push_back(frame);
-            }
-            desktop_.screenFrames = std::move(frames);
-            return std::nullopt;
-        });
-    }
-
-    Problem doPointer(const Value& line) {
-        return with<script::Pointer>(line, [this](const auto& record) -> Problem {
-            if (auto problem = script::outOfReach(record)) return problem;
-            desktop_.pointer = {record.x, record.y};
-            return std::nullopt;
-        });
-    }
-
-    Problem doOwnWindows(const Value& line) {
-        return with<script::OwnWindows>(line, [this](const auto& record) -> Problem {
-            std::vector<OwnWindow> windows;
-            for (const auto& asked : record.windows) {
-                OwnWindow window;
-                if (auto problem = script::readWindow(asked, window))
-                    return std::move(*problem).inside(windows.size()).inside("windows");
-                windows.push_back(window);
-            }
-            desktop_.windows = std::move(windows);
-            return std::nullopt;
-        });
-    }
-
-    Problem doFrontmost(const Value& line) {
-        return with<script::Frontmost>(line, [this](const auto& record) -> Problem {
-            desktop_.bringToFront(record.bundle);
-            return std::nullopt;
-        });
-    }
-
-    Problem doHotKeys(const Value& line) {
-        const Value* table = json::member(line, "table");
-        if (table == nullptr || !table->is_object()) return wrong("table", "must be an object");
-        std::map<int, HotKeyEntry> entries;
-        for (const auto& [key, entry] : table->items()) {
-            int id = 0;
-            const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), id);
-            if (error != std::errc{} || end != key.data() + key.size())
-                return wrong("table." + key, "is not a whole number");
-            // An entry of another shape is in the table and resolves to nothing, as on a real system.
-            if (entry.is_object()) entries[id] = hotKeyEntry(entry);
-        }
-        desktop_.hotKeyEntries = std::move(entries);
-        return std::nullopt;
-    }
-
-    Problem doDisk(const Value& line) {
-        return with<script::Disk>(line, [this](const auto& record) -> Problem {
-            using Kind = SimulatedItem::Kind;
-            if (record.kind == "none") {
-                desktop_.disk.erase(record.path);
-                return std::nullopt;
-            }
-            constexpr std::array<std::pair<std::string_view, Kind>, 3> kinds{
-                {{"application", Kind::application}, {"folder", Kind::folder}, {"file", Kind::file}}};
-            for (const auto& [name, kind] : kinds) {
-                if (name != record.kind) continue;
-                desktop_.disk[record.path] = {kind, record.bundle};
-                return std::nullopt;
-            }
-            return wrong("kind", "must be application, folder, file or none");
-        });
-    }
-
-    Problem doFail(const Value& line) {
-        return with<script::Fail>(line, [this](const auto& record) -> Problem {
-            const std::array<std::pair<std::string_view, bool*>, 7> switches{
-                {{"tapCreate", &desktop_.failures.tapCreate},
-                 {"eventCopy", &desktop_.failures.eventCopy},
-                 {"eventCreate", &desktop_.failures.eventCreate},
-                 {"scriptCreate", &desktop_.failures.scriptCreate},
-                 {"scriptRun", &desktop_.failures.scriptRun},
-                 {"loginItem", &desktop_.failures.loginItem},
-                 {"save", &desktop_.failures.save}}};
-            for (const auto& [name, failure] : switches) {
-                if (name != record.what) continue;
-                desktop_.settleDefaults();
-                *failure = record.on;
-                return std::nullopt;
-            }
-            return wrong("what", "\"" + record.what + "\" is not a call that can fail here");
-        });
-    }
-
-    Problem doTapDisabled(const Value& line) {
-        return with<script::TapDisabled>(line, [this](const auto& record) -> Problem {
-            if (record.by == "timeout") {
-                desktop_.disableTap(EventType::tapDisabledByTimeout);
-            } else if (record.by == "userInput") {
-                desktop_.disableTap(EventType::tapDisabledByUserInput);
-            } else {
-                return wrong("by", "must be timeout or userInput");
-            }
-            return std::nullopt;
-        });
-    }
-
-    Problem doEvent(const Value& line) {
-        return with<script::Event>(line, [this](const script::Event& record) -> Problem {
-            const auto type = eventType(record.type);
-            if (!type) return wrong("type", "is not an event number");
-            if (auto problem = script::outOfReach(record)) return problem;
-            desktop_.send(
-                {.type = *type,
-                 .flags = record.flags,
-                 .location = {record.x.value_or(desktop_.pointer.x), record.y.value_or(desktop_.pointer.y)},
-                 .buttonNumber = record.button,
-                 .deltaX = record.dx,
-                 .deltaY = record.dy,
-                 .scrollDeltaAxis1 = record.scrollY,
-                 .scrollDeltaAxis2 = record.scrollX,
-                 .scrollPointDeltaAxis1 = record.pointY,
-                 .scrollPointDeltaAxis2 = record.pointX,
-                 .sourceUserData = record.userData});
-            return std::nullopt;
-        });
-    }
-
+    Problem doEvent(const Value& line) { return lines::sendEvent(desktop_, line); }
+    Problem doAccessibility(const Value& line) { return lines::setAccessibility(desktop_, line); }
+    Problem doModifiers(const Value& line) { return lines::setModifiers(desktop_, line); }
+    Problem doScreens(const Value& line) { return lines::setScreens(desktop_, line); }
+    Problem doPointer(const Value& line) { return lines::movePointer(desktop_, line); }
+    Problem doOwnWindows(const Value& line) { return lines::setOwnWindows(desktop_, line); }
+    Problem doFrontmost(const Value& line) { return lines::bringToFront(desktop_, line); }
+    Problem doHotKeys(const Value& line) { return lines::setHotKeys(desktop_, line); }
+    Problem doViews(const Value& line) { return lines::offerViews(desktop_, line); }
+    Problem doDisk(const Value& line) { return lines::changeDisk(desktop_, line); }
+    Problem doFail(const Value& line) { return lines::letFail(desktop_, line); }
+    Problem doTapDisabled(const Value& line) { return lines::disableTap(desktop_, line); }
     Problem doKey(const Value& line) { return lines::pressKey(desktop_, line); }
     Problem doCapsLock(const Value& line) { return lines::switchCapsLock(desktop_, line); }
     Problem doMicrophone(const Value& line) { return lines::setMicrophone(desktop_, line); }
@@ -313,13 +153,6 @@ class Simulation::World {
             if (!isMac && record.name != "linux") return wrong("name", "must be macos or linux");
             rules_.choose(isMac ? macShortcuts : linuxShortcuts);
             desktop_.postedCountsAsActivity = record.postedCountsAsActivity.value_or(isMac);
-            return std::nullopt;
-        });
-    }
-
-    Problem doViews(const Value& line) {
-        return with<script::Views>(line, [this](const auto& record) -> Problem {
-            desktop_.offeredViews = {record.offered.begin(), record.offered.end()};
             return std::nullopt;
         });
     }
@@ -430,63 +263,6 @@ std::optional<std::string> Simulation::runLine(std::string_view line) {
 
 void Simulation::finish() {
     world_->finish();
-}
-
-namespace {
-
-/// Reads one line without its end; `isWhole` is false for one that is longer than any script's, which is not
-/// read to its end. False at the end of the input.
-bool readLine(std::istream& input, std::string& line, bool& isWhole) {
-    using Traits = std::istream::traits_type;
-    line.clear();
-    isWhole = true;
-    auto& buffer = *input.rdbuf();
-    for (auto next = buffer.sbumpc(); !Traits::eq_int_type(next, Traits::eof()); next = buffer.sbumpc()) {
-        if (next == '\n') return true;
-        if (line.size() == Files::largest) {
-            isWhole = false;
-            return true;
-        }
-        line += Traits::to_char_type(next);
-    }
-    return !line.empty();
-}
-
-}  // namespace
-
-int simulate(const std::string& script, const ActionShortcuts* shortcuts, AppLanguage language) {
-    std::ifstream file;
-    const bool fromFile = script != "-";
-    if (fromFile) {
-        file.open(script);
-        if (!file) {
-            const std::string reason(localized(language, "cannot read ", "no se puede leer "));
-            std::fprintf(stderr, "trelvan: %s%s\n", reason.c_str(), script.c_str());
-            return exitStatus::badUsage;
-        }
-    }
-    std::istream& input = fromFile ? static_cast<std::istream&>(file) : std::cin;
-    // A person or program that feeds lines one by one sees what each did before the next.
-    const bool live = !fromFile;
-    StandardFiles files;
-    const auto print = [](std::string_view line) { std::fwrite(line.data(), 1, line.size(), stdout); };
-    Simulation simulation =
-        shortcuts != nullptr ? Simulation(*shortcuts, files, print) : Simulation(files, print);
-    std::string line;
-    bool isWhole = true;
-    for (std::size_t number = 1; readLine(input, line, isWhole); ++number) {
-        const auto reason = isWhole ? simulation.runLine(line) : std::optional<std::string>("is too long");
-        if (reason) {
-            std::fflush(stdout);
-            std::fprintf(stderr, "line %zu: %s\n", number, visible(*reason).c_str());
-            return exitStatus::badUsage;
-        }
-        if (live && input.rdbuf()->in_avail() <= 0) std::fflush(stdout);
-    }
-    simulation.finish();
-    // A line that could not be written was lost, even where the last one could.
-    const bool isWritten = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
-    return isWritten ? exitStatus::ok : exitStatus::unavailable;
 }
 
 }  // namespace trelvan
