@@ -45,7 +45,7 @@ unsigned long pixelAt(ClientWindow& client, Position place) {
 }
 
 bool waitForPixel(ClientWindow& client, Position place, const std::function<bool(unsigned long)>& isThere) {
-    const auto end = Clock::now() + patience;
+    const auto end = Clock::now() + timeout;
     while (!isThere(pixelAt(client, place))) {
         if (Clock::now() > end) return false;
         std::this_thread::sleep_for(pollInterval);

@@ -124,6 +124,8 @@ TEST_F(NewNoteTest, EditorThatNamesItsStartIsKnownWhateverItsClass) {
     std::string id = readFile(idFile);
     id.pop_back();
     ClientWindow& editor = openEditor("Something-Else");
+    // The window manager gives a new window the focus in its own time.
+    activate(editor);
     EXPECT_TRUE(editor.strokes().empty());
     // Named only once something else is in front: the program types as soon as it knows the window there.
     activate(client());

@@ -126,7 +126,7 @@ class NudgeOnMonitorsTest : public NudgeTest {
     }
     [[nodiscard]] Pixel pixel() const { return pointerLocation(connection->display(), connection->root()); }
 
-    X11Screens screens{pump, tap, origin};
+    X11Screens screens{pump, backend.pointer(), origin};
 
   private:
     std::vector<std::string> names;
