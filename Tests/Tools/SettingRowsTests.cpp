@@ -83,7 +83,7 @@ TEST_P(ToolsSettingRowTest, Recording_HasItIfItDecidesWhatBecomesOfAnEvent) {
     const auto recorded = recordedSettings(desktop.userDefaults(), desktop.workspace());
     EXPECT_EQ(recorded.defaults.contains(key), row.isRecorded);
     if (row.isRecorded) {
-        EXPECT_EQ(recorded.defaults.at(key), other);
+        EXPECT_EQ(recorded.defaults.at(key).dump(), other.dump());
     }
 }
 
