@@ -52,7 +52,7 @@ TrelvanApp::TrelvanApp(Platform& platform, SmartButtonPanels& panels, Logger& lo
       missingViewNotifier(platform.systemViews(), notificationPoster),
       settings(platform.userDefaults()),
       debugMode_(
-          setting::row("debugMode"), [this] { return eventMonitor->debugMode; },
+          setting::row("debugMode"), [this] { return eventMonitor->debugMode.get(); },
           [this](bool isOn) { eventMonitor->debugMode = isOn; }),
       launchAtLogin_(
           setting::row("launchAtLoginEnabled"), [this] { return loginManager.isEnabled.get(); },
@@ -60,6 +60,7 @@ TrelvanApp::TrelvanApp(Platform& platform, SmartButtonPanels& panels, Logger& lo
               // The registration is touched only where it differs.
               if (loginManager.isEnabled != isOn) loginManager.toggle();
           }),
+      monitorSwitch(*eventMonitor, platform.clock()),
       platform_(platform),
       logger_(logger) {
     settings.add(eventMonitor->shapingSettings());
@@ -130,7 +131,9 @@ void TrelvanApp::watchPermission() {
 }
 
 void TrelvanApp::startIfPermitted() {
-    if (permissions.accessibilityGranted && !eventMonitor->isRunning) eventMonitor->start();
+    monitorSwitch.refresh();
+    if (permissions.accessibilityGranted && !eventMonitor->isRunning && !monitorSwitch.isOff)
+        eventMonitor->start();
 }
 
 }  // namespace trelvan

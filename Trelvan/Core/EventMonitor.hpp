@@ -130,7 +130,8 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     [[nodiscard]] std::array<const AnySetting*, 7> shapingSettings() const;
 
     ButtonHandler onButtonEvent;
-    bool debugMode = false;
+    /// Whether events are recorded for the debug history.
+    Published<bool> debugMode{false};
     /// Presses and turns for the interface, and the way to take the next one.
     PressWatch presses;
 

@@ -1,11 +1,10 @@
 #include "UI/SmartButtonWindows.hpp"
 
 #include "Core/Settings/LanguageSetting.hpp"
+#include "UI/Components/Theme.hpp"
 
 #include <QApplication>
-#include <QPalette>
 #include <QScreen>
-#include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -19,16 +18,7 @@ constexpr QSize editorSize{static_cast<int>(setting::row("windowWidth").initial)
 constexpr QSize smallestEditor{780, 860};
 
 bool isDark(const UserDefaults& defaults, const Appearance& appearance) {
-    const auto theme = storedValue<std::string>(setting::row("theme"), defaults);
-    if (theme == rawValue(AppTheme::light)) return false;
-    if (theme == rawValue(AppTheme::dark)) return true;
-    return appearance.prefersDark() || QApplication::palette().window().color().lightness() < 128;
-}
-
-/// Toolkit styles of desktops without animations give their length as nothing.
-bool isAnimated(const Appearance& appearance) {
-    return !appearance.reducesMotion() &&
-           QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) > 0;
+    return isDarkTheme(storedValue<std::string>(setting::row("theme"), defaults), appearance);
 }
 
 class OverlayPanel final : public SmartButtonPanels::Panel {
@@ -115,7 +105,7 @@ SmartButtonOverlay::Look SmartButtonWindows::look() {
             .input = ports_.input,
             .theme = isDark(ports_.defaults, ports_.appearance) ? RadialTheme::dark() : RadialTheme::light(),
             .language = languageFromSetting(languageSetting(ports_.defaults)),
-            .isAnimated = isAnimated(ports_.appearance),
+            .isAnimated = movesWindows(ports_.appearance),
             .isComposited = ports_.appearance.composites(),
             .isMissing =
                 [this](const SmartButtonApp& app) {

@@ -62,7 +62,7 @@ std::string monitorJson(const EventMonitor& monitor) {
     const auto& last = monitor.lastEvent.get();
     Json state{{"isRunning", monitor.isRunning.get()},
                {"lastEvent", last ? jsonOf(*last) : Json()},
-               {"debugMode", monitor.debugMode}};
+               {"debugMode", monitor.debugMode.get()}};
     addSettings(state, monitor.shapingSettings());
     return traceText(state);
 }
