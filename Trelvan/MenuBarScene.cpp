@@ -125,7 +125,8 @@ void MenuBarScene::choose(const MenuEntry& entry) {
             }
             return;
         case MenuCommand::keepAwake:
-            return app_.keepAwakeManager.setEnabled(!app_.keepAwakeManager.isEnabled);
+            app_.keepAwakeManager.isEnabled = !app_.keepAwakeManager.isEnabled;
+            return;
         case MenuCommand::quit:
             return quit_();
     }

@@ -50,6 +50,7 @@ TrelvanApp::TrelvanApp(Platform& platform, SmartButtonPanels& panels, Logger& lo
           {.audio = platform.audioInput(), .timers = platform.timers(), .defaults = platform.userDefaults()},
           notificationPoster),
       missingViewNotifier(platform.systemViews(), notificationPoster),
+      monitorSwitch(*eventMonitor, platform.clock()),
       settings(platform.userDefaults()),
       debugMode_(
           setting::row("debugMode"), [this] { return eventMonitor->debugMode.get(); },
@@ -60,7 +61,6 @@ TrelvanApp::TrelvanApp(Platform& platform, SmartButtonPanels& panels, Logger& lo
               // The registration is touched only where it differs.
               if (loginManager.isEnabled != isOn) loginManager.toggle();
           }),
-      monitorSwitch(*eventMonitor, platform.clock()),
       platform_(platform),
       logger_(logger) {
     settings.add(eventMonitor->shapingSettings());

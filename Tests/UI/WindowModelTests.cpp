@@ -1,4 +1,4 @@
-#include "Core/SettingsCatalogue.hpp"
+#include "Core/Settings/SettingsCatalogue.hpp"
 #include "Support/TestDesktop.hpp"
 #include "UI/Models/EscapeChain.hpp"
 #include "UI/Models/InterfaceSettings.hpp"

@@ -74,7 +74,7 @@ class KeyRecorderServerTest : public InputServerTest {
 
     QtMainQueue queue;
     Logger logger;
-    X11KeyMonitors monitors{pump, modifiers};
+    KeyMonitors& monitors = backend.keyMonitors();
     OwnWindow window;
     ActiveRecorderID active;
     KeyRecorder recorder{{monitors, input, queue, logger}, active, "a-main", nullptr};

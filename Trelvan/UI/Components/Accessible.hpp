@@ -10,13 +10,13 @@ class AccessibleAs {
   public:
     AccessibleAs(const AccessibleAs&) = delete;
     AccessibleAs& operator=(const AccessibleAs&) = delete;
+    virtual ~AccessibleAs() = default;
 
     [[nodiscard]] virtual QAccessible::Role accessibleRole() const = 0;
 
   protected:
     /// Has the toolkit ask components for their roles from now on.
     AccessibleAs();
-    virtual ~AccessibleAs() = default;
 };
 
 }  // namespace trelvan

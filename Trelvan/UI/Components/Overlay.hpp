@@ -15,6 +15,8 @@ class Overlay : public QWidget {
     /// Told once it is closed, however that came about.
     std::function<void()> onClosed;
 
+    ~Overlay() override;
+
     /// Opens with the keyboard on `first`.
     void open(QWidget* first);
     void close();
@@ -24,7 +26,6 @@ class Overlay : public QWidget {
 
   protected:
     Overlay(Look& look, QWidget* covered);
-    ~Overlay() override;
 
     bool focusNextPrevChild(bool next) override;
     [[nodiscard]] Look& look() const { return look_; }

@@ -1,6 +1,7 @@
 #include "UI/Models/InterfaceSettings.hpp"
 
-#include "Core/SettingsCatalogue.hpp"
+#include "Core/Settings/LanguageSetting.hpp"
+#include "Core/Settings/SettingsCatalogue.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -17,7 +18,8 @@ double numberOf(const UserDefaults& defaults, const SettingRow& row) {
 
 InterfaceSettings::InterfaceSettings(UserDefaults& defaults)
     : defaults_(defaults), outsideChange_(defaults.onOutsideChange([this](const UserDefaults::Keys& keys) {
-          if (contains(keys, setting::language.key) || contains(keys, setting::theme.key)) changed_ = true;
+          if (contains(keys, setting::row("language").key) || contains(keys, setting::row("theme").key))
+              changed_ = true;
       })) {}
 
 AppLanguage InterfaceSettings::language() const {
@@ -25,16 +27,16 @@ AppLanguage InterfaceSettings::language() const {
 }
 
 AppTheme InterfaceSettings::theme() const {
-    const auto stored = asText(defaults_.object(setting::theme.key)).value_or("");
+    const auto stored = asText(defaults_.object(setting::row("theme").key)).value_or("");
     return fromRawValue<AppTheme>(stored).value_or(AppTheme::system);
 }
 
 void InterfaceSettings::setLanguage(AppLanguage language) {
-    store(setting::language.key, rawValue(language));
+    store(setting::row("language").key, rawValue(language));
 }
 
 void InterfaceSettings::setTheme(AppTheme theme) {
-    store(setting::theme.key, rawValue(theme));
+    store(setting::row("theme").key, rawValue(theme));
 }
 
 void InterfaceSettings::store(std::string_view key, std::string_view rawValue) {
@@ -43,13 +45,13 @@ void InterfaceSettings::store(std::string_view key, std::string_view rawValue) {
 }
 
 WindowSize InterfaceSettings::windowSize() const {
-    return {std::max(numberOf(defaults_, setting::windowWidth), smallestWindow.width),
-            std::max(numberOf(defaults_, setting::windowHeight), smallestWindow.height)};
+    return {std::max(numberOf(defaults_, setting::row("windowWidth")), smallestWindow.width),
+            std::max(numberOf(defaults_, setting::row("windowHeight")), smallestWindow.height)};
 }
 
 void InterfaceSettings::setWindowSize(WindowSize size) {
-    defaults_.set(setting::windowWidth.key, size.width);
-    defaults_.set(setting::windowHeight.key, size.height);
+    defaults_.set(setting::row("windowWidth").key, size.width);
+    defaults_.set(setting::row("windowHeight").key, size.height);
 }
 
 Subscription InterfaceSettings::observe(std::function<void()> changed) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Core/Model/AppLanguage.hpp"
-#include "Core/Model/RawRepresentable.hpp"
+#include "Core/Model/AppTheme.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Utilities/Published.hpp"
 
@@ -11,15 +11,6 @@
 #include <string_view>
 
 namespace trelvan {
-
-/// How windows look; stored by its raw value.
-enum class AppTheme { system, light, dark };
-
-template <>
-struct RawValueTable<AppTheme> {
-    static constexpr std::string_view noun = "a theme";
-    static constexpr std::array<std::string_view, 3> rawValues{"System", "Light", "Dark"};
-};
 
 /// A window's size in points.
 struct WindowSize {

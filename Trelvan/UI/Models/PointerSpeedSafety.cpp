@@ -20,7 +20,7 @@ PointerSpeedSafety::~PointerSpeedSafety() {
 }
 
 void PointerSpeedSafety::write(double speed) {
-    const auto accepted = setting::mouseSpeed.accepted(speed);
+    const auto accepted = setting::row("mouseSpeed").accepted(speed);
     if (!accepted) return;
     isWriting_ = true;
     monitor_.mouseSpeed = *accepted;
@@ -55,7 +55,8 @@ void PointerSpeedSafety::confirm() {
 void PointerSpeedSafety::revert() {
     if (!isPending()) return;
     isWriting_ = true;
-    monitor_.mouseSpeed = setting::mouseSpeed.accepted(saved_).value_or(EventMonitor::defaultMouseSpeed);
+    monitor_.mouseSpeed =
+        setting::row("mouseSpeed").accepted(saved_).value_or(EventMonitor::defaultMouseSpeed);
     isWriting_ = false;
     settle();
 }

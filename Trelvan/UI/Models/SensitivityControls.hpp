@@ -14,7 +14,7 @@ struct SensitivityToggle {
     TextPair label;
     /// One line of help.
     TextPair help;
-    Published<bool> EventMonitor::*value;
+    Setting<bool> EventMonitor::*value;
 };
 
 /// A slider of the sensitivity controls; its range and default are its setting's.
@@ -24,7 +24,7 @@ struct SensitivitySlider {
     TextPair label;
     TextPair help;
     const SettingRow& row;
-    Published<double> EventMonitor::*value;
+    Setting<double> EventMonitor::*value;
     Unit unit = Unit::factor;
     double step = 0.1;
 };
