@@ -34,6 +34,16 @@ TEST(CommandLineTest, ConfigFolderIsTakenInBothForms) {
     EXPECT_EQ(std::get<command::Run>(parse({"--config=/nowhere/y"})).configDirectory, "/nowhere/y");
 }
 
+TEST(CommandLineTest, ShowAsksForTheWindow) {
+    EXPECT_FALSE(std::get<command::Run>(parse({})).show);
+    const auto parsed = parse({"--show", "--config", "/nowhere/x"});
+    ASSERT_TRUE(std::holds_alternative<command::Run>(parsed));
+    EXPECT_TRUE(std::get<command::Run>(parsed).show);
+    EXPECT_EQ(std::get<command::Run>(parsed).configDirectory, "/nowhere/x");
+    EXPECT_NE(helpText(AppLanguage::english).find("opens the settings window"), std::string::npos);
+    EXPECT_NE(helpText(AppLanguage::spanish).find("abre la ventana de ajustes"), std::string::npos);
+}
+
 TEST(CommandLineTest, ConfigWithoutFolderIsBadUsage) {
     EXPECT_EQ(complaint(parse({"--config"})), "--config needs a folder");
     EXPECT_EQ(complaint(parse({"--config="})), "--config needs a folder");

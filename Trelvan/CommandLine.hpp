@@ -18,6 +18,8 @@ namespace command {
 struct Run {
     /// Folder of the settings file; empty for the platform's own place.
     std::string configDirectory;
+    /// Whether the window is opened, of a program that runs already or of the one that starts.
+    bool show = false;
 };
 struct Simulate {
     /// A file's path, or "-" for standard input.

@@ -31,6 +31,9 @@ constexpr OptionRow languageOption{.name = "--language",
                                    .choices = languages};
 
 constexpr std::array runOptions{
+    OptionRow{.name = "--show",
+              .help = {"opens the settings window, of the Trelvan that runs or else of this one",
+                       "abre la ventana de ajustes, del Trelvan que funciona o, si no, de este"}},
     configOption,
     OptionRow{.name = "--version", .help = {"shows the version", "muestra la versión"}},
 };
@@ -82,7 +85,8 @@ constexpr std::array buttonsOptions{languageOption, configOption};
 
 constexpr std::array runStatuses{
     StatusRow{exitStatus::alreadyThere,
-              {"Trelvan already runs on this display", "Trelvan ya funciona en esta pantalla"}}};
+              {"Trelvan already runs on this display and cannot be asked to open its window",
+               "Trelvan ya funciona en esta pantalla y no se le puede pedir que abra su ventana"}}};
 constexpr std::array checkStatuses{
     StatusRow{exitStatus::findings, {"something is wrong or odd", "algo está mal o es extraño"}}};
 constexpr std::array initStatuses{
@@ -102,7 +106,7 @@ std::optional<AppLanguage> languageOf(const GivenArguments& given) {
 
 Command makeRun(const GivenArguments& given) {
     if (given.has("--version")) return command::ShowVersion{};
-    return command::Run{given.text("--config")};
+    return command::Run{.configDirectory = given.text("--config"), .show = given.has("--show")};
 }
 
 Command makeSimulate(const GivenArguments& given) {
@@ -153,10 +157,12 @@ constexpr std::array rows{
                .description =
                    {"Turns the extra buttons and the wheel of a trackball or mouse into shortcuts, system "
                     "actions and application launches. Runs until it is told to end (Control+C, or the "
-                    "terminate signal).",
+                    "terminate signal). Where it runs on this display already its settings window is "
+                    "opened.",
                     "Convierte los botones extra y la rueda de un trackball o ratón en atajos, acciones "
                     "del sistema y apertura de aplicaciones. Funciona hasta que se le pide terminar "
-                    "(Control+C o la señal de terminación)."},
+                    "(Control+C o la señal de terminación). Donde ya funciona en esta pantalla se abre su "
+                    "ventana de ajustes."},
                .options = runOptions,
                .argument = std::nullopt,
                .example = "trelvan --config ~/trelvan-test",

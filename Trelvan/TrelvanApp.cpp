@@ -50,6 +50,7 @@ TrelvanApp::TrelvanApp(Platform& platform, SmartButtonPanels& panels, Logger& lo
           {.audio = platform.audioInput(), .timers = platform.timers(), .defaults = platform.userDefaults()},
           notificationPoster),
       missingViewNotifier(platform.systemViews(), notificationPoster),
+      monitorSwitch(*eventMonitor, platform.clock()),
       platform_(platform),
       logger_(logger),
       alive_(std::make_shared<TrelvanApp*>(this)) {
@@ -121,7 +122,9 @@ void TrelvanApp::watchPermission() {
 }
 
 void TrelvanApp::startIfPermitted() {
-    if (permissions.accessibilityGranted && !eventMonitor->isRunning) eventMonitor->start();
+    monitorSwitch.refresh();
+    if (permissions.accessibilityGranted && !eventMonitor->isRunning && !monitorSwitch.isOff)
+        eventMonitor->start();
 }
 
 }  // namespace trelvan

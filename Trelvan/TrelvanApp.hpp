@@ -7,6 +7,7 @@
 #include "Core/LaunchAtLoginManager.hpp"
 #include "Core/MicMuteNotifier.hpp"
 #include "Core/MissingViewNotifier.hpp"
+#include "Core/MonitorSwitch.hpp"
 #include "Core/NotificationPoster.hpp"
 #include "Core/PermissionsManager.hpp"
 #include "Core/ProfileManager.hpp"
@@ -51,6 +52,8 @@ class TrelvanApp {
     CapsLockNotifier capsLockNotifier;
     MicMuteNotifier micMuteNotifier;
     MissingViewNotifier missingViewNotifier;
+    /// What the permission trigger respects: a monitor that the user stopped stays stopped.
+    MonitorSwitch monitorSwitch;
 
   private:
     void startNotifiers();

@@ -2,6 +2,7 @@
 #include "Core/ActionReport.hpp"
 #include "Core/Model/RecordCoding.hpp"
 #include "Core/StarterProfile.hpp"
+#include "MenuBarScene.hpp"
 #include "Platform/Platform.hpp"
 #include "Platform/SettingsSnapshot.hpp"
 #include "StartReport.hpp"
@@ -18,6 +19,7 @@
 #include "Utilities/Logger.hpp"
 #include "Version.hpp"
 
+#include <QCoreApplication>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -92,15 +94,56 @@ SmartButtonWindows menuWindows(Platform& platform) {
                                .input = platform.menuInput()});
 }
 
+/// The display is served already: opens the window of the program that serves it.
+int showRunningProgram(const PlatformFailure& failure, AppLanguage language) {
+    if (askRunningProgramToShow()) {
+        print(stdout,
+              std::string(localized(language, "Trelvan already runs on this display; its window is open\n",
+                                    "Trelvan ya funciona en esta pantalla; su ventana está abierta\n")));
+        return exitStatus::ok;
+    }
+    print(stderr, "trelvan: " + std::string(reasonOf(failure, language)) + "\n");
+    print(stderr,
+          std::string(localized(language,
+                                "Its window cannot be opened from here: it is not on this session's bus "
+                                "(DBUS_SESSION_BUS_ADDRESS), or another user's\n",
+                                "Su ventana no se puede abrir desde aquí: no está en el bus de esta sesión "
+                                "(DBUS_SESSION_BUS_ADDRESS) o es de otro usuario\n")));
+    return exitStatus::alreadyThere;
+}
+
+/// Says where a further start will not reach this program.
+void reportReach(SingleInstance::Reach reach, AppLanguage language) {
+    if (reach == SingleInstance::Reach::reachable) return;
+    const bool hasNoBus = reach == SingleInstance::Reach::noBus;
+    const std::string_view spanish =
+        hasNoBus ? "No hay bus de sesión: otro inicio de Trelvan no podrá abrir esta ventana"
+                 : "Otro programa tiene el nombre de Trelvan en el bus de sesión: otro inicio no podrá abrir "
+                   "esta ventana";
+    const std::string_view english =
+        hasNoBus ? "There is no session bus: a further start of Trelvan cannot open this one's window"
+                 : "Another program has Trelvan's name on the session bus: a further start cannot open this "
+                   "one's window";
+    AppLogger.warning(spanish);
+    print(stderr, "trelvan: " + std::string(localized(language, english, spanish)) + "\n");
+}
+
 int runApplication(int& argc, char** argv, const command::Run& options, AppLanguage language) {
     const auto settings = readSettingsText(options.configDirectory);
-    const auto opened = openPlatform(argc, argv, options.configDirectory, language);
-    if (const auto* status = std::get_if<int>(&opened)) return *status;
+    auto opened = makePlatform(argc, argv, {.configDirectory = options.configDirectory});
+    if (const auto* failure = std::get_if<PlatformFailure>(&opened)) {
+        if (failure->alreadyRuns) return showRunningProgram(*failure, language);
+        print(stderr, "trelvan: " + std::string(reasonOf(*failure, language)) + "\n");
+        return exitStatus::unavailable;
+    }
     const auto& platform = std::get<std::unique_ptr<Platform>>(opened);
     SmartButtonWindows windows = menuWindows(*platform);
     TrelvanApp app(*platform, windows, AppLogger);
-    app.appear();
+    MenuBarScene scene(app, *platform, [] { QCoreApplication::quit(); });
+    const auto reach = scene.start();
     reportStart(app, settings, platform->userDefaults().problem.get(), language);
+    reportReach(reach, language);
+    if (options.show) scene.showWindow();
     const auto tellOfProblem = [&app](const std::optional<SettingsProblem>& problem) {
         if (!problem) return;
         app.notificationPoster.announce(StartReport::notificationKind, problem->englishText(),

@@ -133,7 +133,8 @@ class EventMonitor : public std::enable_shared_from_this<EventMonitor> {
     void setNumber(const NumberProperty& property, double number);
 
     ButtonHandler onButtonEvent;
-    bool debugMode = false;
+    /// Whether events are recorded for the debug history.
+    Published<bool> debugMode{false};
     /// Presses and turns for the interface, and the way to take the next one.
     PressWatch presses;
 

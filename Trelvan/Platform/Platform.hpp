@@ -19,6 +19,8 @@
 #include "Platform/Screens.hpp"
 #include "Platform/ScriptRunner.hpp"
 #include "Platform/SessionState.hpp"
+#include "Platform/SingleInstance.hpp"
+#include "Platform/StatusArea.hpp"
 #include "Platform/SystemViews.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Platform/Workspace.hpp"
@@ -62,6 +64,8 @@ class Platform {
     virtual const BundleInfo& bundleInfo() = 0;
     virtual IdleInhibitor& idleInhibitor() = 0;
     virtual const Appearance& appearance() = 0;
+    virtual StatusArea& statusArea() = 0;
+    virtual SingleInstance& singleInstance() = 0;
     virtual const ActionShortcuts& actionShortcuts() = 0;
 
     /// Runs the main loop on the calling (main) thread until it is told to end. The process's exit status.
@@ -78,6 +82,10 @@ struct PlatformOptions {
 /// lives. `argc` and `argv` outlive it (toolkits keep them).
 [[nodiscard]] std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(
     int& argc, char** argv, const PlatformOptions& options);
+
+/// Asks the program that serves this display already to show its window, and waits for its answer. False
+/// where it cannot be reached. For a start that was told so by `PlatformFailure::alreadyRuns`.
+[[nodiscard]] bool askRunningProgramToShow();
 
 /// Makes the process ready to be told to end and to run into limits, whatever it inherited: the first call of
 /// `main`, before the first thread.

@@ -1,9 +1,10 @@
 #include "UI/SmartButtonWindows.hpp"
 
+#include "Core/SettingsCatalogue.hpp"
+#include "UI/Components/Theme.hpp"
+
 #include <QApplication>
-#include <QPalette>
 #include <QScreen>
-#include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -12,25 +13,11 @@ namespace trelvan {
 
 namespace {
 
-/// Raw values of the theme setting; any other follows the desktop.
-constexpr std::string_view themeKey = "general_theme";
-constexpr std::string_view lightTheme = "Light";
-constexpr std::string_view darkTheme = "Dark";
-
 constexpr QSize editorSize{900, 960};
 constexpr QSize smallestEditor{780, 860};
 
 bool isDark(const UserDefaults& defaults, const Appearance& appearance) {
-    const auto theme = asText(defaults.object(themeKey));
-    if (theme == lightTheme) return false;
-    if (theme == darkTheme) return true;
-    return appearance.prefersDark() || QApplication::palette().window().color().lightness() < 128;
-}
-
-/// Toolkit styles of desktops without animations give their length as nothing.
-bool isAnimated(const Appearance& appearance) {
-    return !appearance.reducesMotion() &&
-           QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) > 0;
+    return isDarkTheme(asText(defaults.object(setting::theme.key)).value_or(""), appearance);
 }
 
 class OverlayPanel final : public SmartButtonPanels::Panel {
@@ -117,7 +104,7 @@ SmartButtonOverlay::Look SmartButtonWindows::look() {
             .input = ports_.input,
             .theme = isDark(ports_.defaults, ports_.appearance) ? RadialTheme::dark() : RadialTheme::light(),
             .language = languageFromSetting(languageSetting(ports_.defaults)),
-            .isAnimated = isAnimated(ports_.appearance),
+            .isAnimated = movesWindows(ports_.appearance),
             .isComposited = ports_.appearance.composites(),
             .isMissing =
                 [this](const SmartButtonApp& app) {

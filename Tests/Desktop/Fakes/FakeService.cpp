@@ -7,6 +7,8 @@
 // answered with nothing. A value is "bool:true", "text:T", "path:/P", "list:A,B,C" or "map:KEY=true,KEY=T"
 // (of variants).
 //
+// "Introspect=XML" is what the service says of its interfaces.
+//
 // The call test.Signals.Emit PATH INTERFACE MEMBER VALUE... makes the service send that signal.
 
 #include <QCoreApplication>
@@ -60,6 +62,10 @@ class Service : public QDBusVirtualObject {
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
         if (message.interface() == "test.Signals" && message.member() == "Emit")
             return emitSignal(message, connection);
+        if (message.member() == "Introspect" && answers.contains("Introspect")) {
+            connection.send(message.createReply("<node>" + answers.value("Introspect") + "</node>"));
+            return true;
+        }
         QString line = message.path() + ' ' + message.member();
         for (const auto& argument : message.arguments()) line += ' ' + textOf(argument);
         write(line);

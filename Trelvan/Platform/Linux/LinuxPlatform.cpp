@@ -8,12 +8,14 @@
 #include "Platform/Linux/Poster/X11EventPoster.hpp"
 #include "Platform/Linux/Poster/X11InputState.hpp"
 #include "Platform/Linux/Poster/X11KeyMonitors.hpp"
+#include "Platform/Linux/Session/BusInstance.hpp"
 #include "Platform/Linux/Session/JournalSink.hpp"
 #include "Platform/Linux/Session/LinuxAppearance.hpp"
 #include "Platform/Linux/Session/LinuxBundleInfo.hpp"
 #include "Platform/Linux/Session/LinuxIdleInhibitor.hpp"
 #include "Platform/Linux/Session/LinuxNotifications.hpp"
 #include "Platform/Linux/Session/LinuxSessionState.hpp"
+#include "Platform/Linux/Session/LinuxStatusArea.hpp"
 #include "Platform/Linux/Session/PulseAudioInput.hpp"
 #include "Platform/Linux/Session/SettingsWatch.hpp"
 #include "Platform/Linux/Session/X11Screens.hpp"
@@ -72,6 +74,11 @@ std::unique_ptr<XConnection> furtherConnection() {
     auto opened = XConnection::open();
     auto* connection = std::get_if<std::unique_ptr<XConnection>>(&opened);
     return connection != nullptr ? std::move(*connection) : nullptr;
+}
+
+std::string displayName() {
+    const char* display = std::getenv("DISPLAY");
+    return display != nullptr ? display : "";
 }
 
 PlatformFailure alreadyRuns(const DisplayOwner::Other& other) {
@@ -159,6 +166,8 @@ struct LinuxPlatform::Parts {
     LinuxLoginItem loginItem;
     LinuxBundleInfo bundle;
     LinuxAppearance look{*connection, QDBusConnection::sessionBus()};
+    LinuxStatusArea statusArea{*connection, QDBusConnection::sessionBus(), timers};
+    BusInstance instance{QDBusConnection::sessionBus(), instanceName(displayName())};
     LinuxIdleInhibitor inhibitor{QDBusConnection::sessionBus(), QDBusConnection::systemBus(), *connection};
     GuardKeeper guardKeeper{*guard, timers};
     TerminationSignals termination{[] { QCoreApplication::quit(); }};
@@ -245,6 +254,13 @@ const Appearance& LinuxPlatform::appearance() {
     return parts_->look;
 }
 
+StatusArea& LinuxPlatform::statusArea() {
+    return parts_->statusArea;
+}
+SingleInstance& LinuxPlatform::singleInstance() {
+    return parts_->instance;
+}
+
 int LinuxPlatform::run() {
     return QApplication::exec();
 }
@@ -280,6 +296,15 @@ std::variant<std::unique_ptr<Platform>, PlatformFailure> makePlatform(int& argc,
         std::get<std::unique_ptr<XConnection>>(std::move(posting)), options);
     if (leftOver.any()) AppLogger.info("Se soltó lo que una ejecución anterior dejó pulsado");
     return platform;
+}
+
+bool askRunningProgramToShow() {
+    // On a connection of its own, since there is no application object yet and will be none.
+    constexpr const char* connection = "trelvan-further-start";
+    const bool isShown = askInstanceToShow(
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, connection), instanceName(displayName()));
+    QDBusConnection::disconnectFromBus(connection);
+    return isShown;
 }
 
 std::optional<int> runHelperProcess(int argc, char** argv) {

@@ -42,6 +42,8 @@ class LinuxPlatform : public Platform {
     const BundleInfo& bundleInfo() override;
     IdleInhibitor& idleInhibitor() override;
     const Appearance& appearance() override;
+    StatusArea& statusArea() override;
+    SingleInstance& singleInstance() override;
     const ActionShortcuts& actionShortcuts() override { return platformShortcuts(); }
 
     int run() override;

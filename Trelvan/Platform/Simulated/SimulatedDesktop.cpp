@@ -25,6 +25,8 @@ struct SimulatedDesktop::Parts {
           loginItem(desktop),
           bundleInfo(desktop),
           idleInhibitor(desktop),
+          appearance(desktop),
+          instance(desktop),
           traceLog(desktop) {}
 
     SimulatedInputState input;
@@ -46,6 +48,8 @@ struct SimulatedDesktop::Parts {
     SimulatedBundleInfo bundleInfo;
     SimulatedIdleInhibitor idleInhibitor;
     SimulatedAppearance appearance;
+    SimulatedStatusArea statusArea;
+    SimulatedInstance instance;
     SimulatedLog traceLog;
 };
 
@@ -170,6 +174,24 @@ const BundleInfo& SimulatedDesktop::bundleInfo() {
 }
 const Appearance& SimulatedDesktop::appearance() {
     return parts_->appearance;
+}
+StatusArea& SimulatedDesktop::statusArea() {
+    return parts_->statusArea;
+}
+SingleInstance& SimulatedDesktop::singleInstance() {
+    return parts_->instance;
+}
+
+void SimulatedDesktop::showStatusArea() {
+    parts_->statusArea.found();
+}
+bool SimulatedDesktop::startAgain() {
+    return parts_->instance.startAgain();
+}
+void SimulatedDesktop::changeAppearance(bool dark, std::optional<Rgb> accent) {
+    prefersDark = dark;
+    accentColor = accent;
+    parts_->appearance.tellChange();
 }
 IdleInhibitor& SimulatedDesktop::idleInhibitor() {
     return parts_->idleInhibitor;

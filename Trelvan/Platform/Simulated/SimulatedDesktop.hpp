@@ -105,6 +105,11 @@ class SimulatedDesktop : public Platform {
     /// How many idle inhibitions are in force.
     int idleHolds = 0;
     bool accessibility = true;
+    /// Whether a further start can reach the program that runs.
+    bool hasBus = true;
+    /// How windows should look; `changeAppearance` tells those who follow it.
+    bool prefersDark = false;
+    std::optional<Rgb> accentColor;
     std::map<int, HotKeyEntry> hotKeyEntries;
     /// None: the information is missing.
     std::optional<std::vector<SimulatedPowerSource>> powerSources{std::in_place};
@@ -153,10 +158,16 @@ class SimulatedDesktop : public Platform {
     void switchCapsLock(bool on, bool monitored = true);
     /// The login item is changed by somebody else, on a platform that is told so.
     void changeLoginItem(LoginItem::Status status);
+    /// The desktop's panel comes up, with a place for the program's item.
+    void showStatusArea();
+    /// The user starts the program a second time; whether the running one was reached.
+    bool startAgain();
     /// The screen is locked or unlocked, the session gets or loses the screen.
     void changeSession(bool locked, bool active);
     /// Whether the program itself is the frontmost application.
     [[nodiscard]] bool isFrontmost() const;
+    /// The user changes how windows look.
+    void changeAppearance(bool dark, std::optional<Rgb> accent = {});
     /// The system takes the tap out of service and says why.
     void disableTap(EventType why);
     [[nodiscard]] bool tapExists() const;
@@ -188,6 +199,8 @@ class SimulatedDesktop : public Platform {
     const BundleInfo& bundleInfo() override;
     IdleInhibitor& idleInhibitor() override;
     const Appearance& appearance() override;
+    StatusArea& statusArea() override;
+    SingleInstance& singleInstance() override;
     const ActionShortcuts& actionShortcuts() override { return shortcuts_; }
     /// Also for what has been handed `actionShortcuts` before.
     void setActionShortcuts(const ActionShortcuts& shortcuts) { shortcuts_ = shortcuts; }

@@ -184,4 +184,27 @@ std::unique_ptr<IdleInhibitor::Hold> SimulatedIdleInhibitor::hold() {
     return std::make_unique<Counted>(desktop_.idleHolds);
 }
 
+// Appearance
+
+bool SimulatedAppearance::prefersDark() const {
+    return desktop_.prefersDark;
+}
+
+std::optional<Rgb> SimulatedAppearance::accentColor() const {
+    return desktop_.accentColor;
+}
+
+// Single instance
+
+SingleInstance::Reach SimulatedInstance::serve(std::function<void()> onShow) {
+    if (!desktop_.hasBus) return Reach::noBus;
+    onShow_ = std::move(onShow);
+    return Reach::reachable;
+}
+
+bool SimulatedInstance::startAgain() {
+    if (onShow_) onShow_();
+    return static_cast<bool>(onShow_);
+}
+
 }  // namespace trelvan

@@ -7,6 +7,8 @@
 #include "Platform/KeyMonitors.hpp"
 #include "Platform/LoginItem.hpp"
 #include "Platform/Notifications.hpp"
+#include "Platform/SingleInstance.hpp"
+#include "Platform/StatusArea.hpp"
 
 #include <cstdint>
 #include <functional>
@@ -114,12 +116,39 @@ class SimulatedIdleInhibitor final : public IdleInhibitor {
     SimulatedDesktop& desktop_;
 };
 
-/// Windows as they come: light, animated, translucent.
+/// Windows as they come: light, animated, translucent, until the user changes it.
 class SimulatedAppearance final : public Appearance {
   public:
-    [[nodiscard]] bool prefersDark() const override { return false; }
+    explicit SimulatedAppearance(const SimulatedDesktop& desktop) : desktop_(desktop) {}
+
+    [[nodiscard]] bool prefersDark() const override;
     [[nodiscard]] bool reducesMotion() const override { return false; }
     [[nodiscard]] bool composites() const override { return true; }
+    [[nodiscard]] std::optional<Rgb> accentColor() const override;
+    using Appearance::tellChange;
+
+  private:
+    const SimulatedDesktop& desktop_;
+};
+
+/// A desktop whose panel comes up when the test says so.
+class SimulatedStatusArea final : public StatusArea {
+  public:
+    using StatusArea::found;
+};
+
+/// A further start is a call.
+class SimulatedInstance final : public SingleInstance {
+  public:
+    explicit SimulatedInstance(const SimulatedDesktop& desktop) : desktop_(desktop) {}
+
+    [[nodiscard]] Reach serve(std::function<void()> onShow) override;
+    /// Whether anybody was reached.
+    bool startAgain();
+
+  private:
+    const SimulatedDesktop& desktop_;
+    std::function<void()> onShow_;
 };
 
 }  // namespace trelvan

@@ -55,7 +55,7 @@ std::string monitorJson(const EventMonitor& monitor) {
     const auto& last = monitor.lastEvent.get();
     return traceText({{"isRunning", monitor.isRunning.get()},
                       {"lastEvent", last ? jsonOf(*last) : Json()},
-                      {"debugMode", monitor.debugMode},
+                      {"debugMode", monitor.debugMode.get()},
                       {"scrollSpeedVertical", plainNumber(monitor.scrollSpeedVertical)},
                       {"horizontalScrollEnabled", monitor.horizontalScrollEnabled.get()},
                       {"scrollSpeedHorizontal", plainNumber(monitor.scrollSpeedHorizontal)},

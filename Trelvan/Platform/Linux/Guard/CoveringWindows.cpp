@@ -9,7 +9,13 @@ namespace trelvan {
 
 namespace {
 
+/// An icon in an X tray lies in a panel's window: it covers nothing, and would not come back by itself.
+bool isTrayIcon(const QWindow& window) {
+    return window.objectName() == "QSystemTrayIconSysWindow";
+}
+
 bool isUnmanaged(const QWindow& window) {
+    if (isTrayIcon(window)) return false;
     return window.type() == Qt::Popup || window.type() == Qt::ToolTip ||
            window.flags().testFlag(Qt::BypassWindowManagerHint);
 }

@@ -3,8 +3,10 @@
 #include "Platform/Linux/Session/BusCall.hpp"
 #include "Platform/Linux/X11/X11.hpp"
 
+#include <QDBusArgument>
 #include <QDBusVariant>
 #include <string>
+#include <tuple>
 #include <utility>
 
 namespace trelvan {
@@ -20,6 +22,9 @@ constexpr const char* colorScheme = "color-scheme";
 /// The value of `colorScheme` that asks for dark windows.
 constexpr uint dark = 1;
 
+/// Red, green and blue, 0 to 1; anything else stands for no colour.
+constexpr const char* accentColorKey = "accent-color";
+
 constexpr const char* interfaceGroup = "org.gnome.desktop.interface";
 constexpr const char* animations = "enable-animations";
 
@@ -29,12 +34,27 @@ QVariant unwrapped(QVariant value) {
     return value;
 }
 
+std::optional<Rgb> colorOf(const QVariant& value) {
+    if (!value.canConvert<QDBusArgument>()) return std::nullopt;
+    const auto argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != "(ddd)") return std::nullopt;
+    Rgb color;
+    argument.beginStructure();
+    argument >> color.red >> color.green >> color.blue;
+    argument.endStructure();
+    for (const double part : {color.red, color.green, color.blue}) {
+        if (!(part >= 0 && part <= 1)) return std::nullopt;
+    }
+    return color;
+}
+
 }  // namespace
 
 LinuxAppearance::LinuxAppearance(XConnection& connection, QDBusConnection session)
     : connection_(connection), session_(std::move(session)) {
     session_.connect(service, path, interface, "SettingChanged", this, SLOT(settingChanged(QDBusMessage)));
     ask(appearanceGroup, colorScheme);
+    ask(appearanceGroup, accentColorKey);
     ask(interfaceGroup, animations);
 }
 
@@ -54,8 +74,11 @@ void LinuxAppearance::settingChanged(const QDBusMessage& signal) {
 
 void LinuxAppearance::note(const QString& group, const QString& key, const QVariant& value) {
     const QVariant plain = unwrapped(value);
+    const auto former = std::tuple(prefersDark_, reducesMotion_, accentColor_);
     if (group == appearanceGroup && key == colorScheme) prefersDark_ = plain.toUInt() == dark;
+    if (group == appearanceGroup && key == accentColorKey) accentColor_ = colorOf(plain);
     if (group == interfaceGroup && key == animations) reducesMotion_ = !plain.toBool();
+    if (former != std::tuple(prefersDark_, reducesMotion_, accentColor_)) tellChange();
 }
 
 bool LinuxAppearance::composites() const {

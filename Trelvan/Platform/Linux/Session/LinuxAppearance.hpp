@@ -21,6 +21,7 @@ class LinuxAppearance final : public QObject, public Appearance {
     [[nodiscard]] bool prefersDark() const override { return prefersDark_; }
     [[nodiscard]] bool reducesMotion() const override { return reducesMotion_; }
     [[nodiscard]] bool composites() const override;
+    [[nodiscard]] std::optional<Rgb> accentColor() const override { return accentColor_; }
 
   private slots:
     void settingChanged(const QDBusMessage& signal);
@@ -33,6 +34,7 @@ class LinuxAppearance final : public QObject, public Appearance {
     QDBusConnection session_;
     bool prefersDark_ = false;
     bool reducesMotion_ = false;
+    std::optional<Rgb> accentColor_;
     /// Answers that come after this object find it gone.
     std::shared_ptr<char> alive_ = std::make_shared<char>();
 };

@@ -18,4 +18,12 @@ bool X11AccessibilityTrust::isTrusted() {
            XQueryExtension(connection_.display(), "XInputExtension", &opcode, &event, &error) != 0;
 }
 
+std::optional<AccessibilityTrust::Advice> X11AccessibilityTrust::advice() const {
+    return Advice{
+        "This X server lets Trelvan neither watch nor send input. Start Trelvan from your own desktop "
+        "session, not through an untrusted connection.",
+        "Este servidor X no deja a Trelvan ver ni enviar eventos. Inicia Trelvan desde tu propia sesión de "
+        "escritorio, no por una conexión sin confianza."};
+}
+
 }  // namespace trelvan

@@ -15,6 +15,7 @@ class X11AccessibilityTrust : public AccessibilityTrust {
 
     [[nodiscard]] bool isTrusted() override;
     [[nodiscard]] bool requestTrust() override { return isTrusted(); }
+    [[nodiscard]] std::optional<Advice> advice() const override;
 
   private:
     XConnection& connection_;
