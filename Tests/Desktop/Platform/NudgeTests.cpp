@@ -153,6 +153,8 @@ TEST_F(NudgeOnMonitorsTest, PointerIsNudgedByAPointAndComesBackToItsPixel) {
         const Pixel inMain{main.x + 211, main.y + 103};
         place(inMain);
         ASSERT_EQ(screens.eventLocation(screens.pointerLocation()).x, 211);
+        // From here on the user is idle, so that the first nudge comes after two minutes and not at once.
+        simulated.send({.type = EventType::mouseMoved});
         keepAwake(screens);
         simulated.time.runFor(Seconds{120});
         EXPECT_TRUE(runUntil([&] { return pixel() == Pixel{inMain.x + 1, inMain.y}; }));

@@ -145,8 +145,8 @@ void TextButton::paintEvent(QPaintEvent* /*event*/) {
     }
     painter.setPen(textColor());
     const bool isCentred = symbol().empty() && trailing_.empty();
-    painter.drawText(QRect(left, 0, right - left, height()),
-                     Qt::AlignVCenter | (isCentred ? Qt::AlignHCenter : Qt::AlignLeft),
+    const Qt::Alignment alignment = Qt::AlignVCenter | (isCentred ? Qt::AlignHCenter : Qt::AlignLeft);
+    painter.drawText(QRect(left, 0, right - left, height()), static_cast<int>(alignment.toInt()),
                      fontMetrics().elidedText(shownText(), Qt::ElideMiddle, right - left));
     if (isRinged()) drawFocusRing(painter, rect(), radius::control, theme());
 }
