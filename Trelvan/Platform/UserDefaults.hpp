@@ -48,6 +48,7 @@ class UserDefaults {
     /// Sets what `make` makes, which may be asked for as late as the value is read or written to disk, and
     /// not at all when another value is set before. Until then it must go on making the same value, or that
     /// of a later call. Whoever sets one reads the key before the end of what `make` uses.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): those that make it later keep it.
     virtual void setLazily(std::string_view key, Maker make) {
         if (auto value = make()) set(key, std::move(*value));
     }

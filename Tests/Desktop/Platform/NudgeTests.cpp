@@ -142,7 +142,9 @@ TEST_F(NudgeOnMonitorsTest, PointerIsNudgedByAPointAndComesBackToItsPixel) {
     const Arrangement arrangements[] = {{{37, 450, 1366, 450}, {0, 0, 1440, 450}},
                                         {{720, 200, 720, 700}, {0, 0, 720, 900}},
                                         {{0, 333, 701, 567}, {701, 0, 739, 900}}};
-    for (const auto& [main, other] : arrangements) {
+    for (const auto& arrangement : arrangements) {
+        const PixelRect& main = arrangement.main;
+        const PixelRect& other = arrangement.other;
         SCOPED_TRACE(testing::Message() << "main at " << main.x << ", " << main.y);
         arrange(main, other);
         const BottomLeftRect expected = screenFrames(std::vector{main}).front();

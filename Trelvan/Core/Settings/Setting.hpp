@@ -188,8 +188,9 @@ class Setting final : public AnySetting {
     bool take(const DefaultsValue& value) override {
         const auto given = Form::given(value);
         auto accepted = given ? Form::accepted(row(), *given) : std::nullopt;
-        if (accepted) set(*std::move(accepted));
-        return accepted.has_value();
+        if (!accepted) return false;
+        set(*std::move(accepted));
+        return true;
     }
 
   private:

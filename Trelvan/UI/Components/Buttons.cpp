@@ -30,7 +30,8 @@ ComponentButton::ComponentButton(Look& look, UiText text, std::string symbol, QW
         // The function may take this button away.
         if (const auto call = onClick) call();
     });
-    follows_ = look_.follow([this] { apply(); });
+    // The look of a plain one at first; a button of another kind follows with its own.
+    follows_ = look_.follow([this] { apply(); });  // NOLINT(clang-analyzer-optin.cplusplus.VirtualCall)
 }
 
 void ComponentButton::setText(UiText text) {
